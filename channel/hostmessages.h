@@ -1,0 +1,17 @@
+#pragma once
+
+class IOManager;
+class QString;
+
+/// What the plug-in says to the rest of the host: these two messages and no other.
+namespace HostMessages {
+
+/// Reports that something failed; the host shows it among its events. @p text is English,
+/// untranslated, and reaches the host as Latin-1.
+void reportError(IOManager *channel, const QString &text);
+
+/// Announces that the set of configurations or the active one may have changed, so that other
+/// modules read again what they show.
+void announceActiveConfigurationChanged(IOManager *channel);
+
+} // namespace HostMessages

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QMessageBox>
+
+/// The one place that opens message boxes.
+///
+/// While a box is open the host may destroy whoever opened it, by releasing the module or by
+/// deleting its window. Each function therefore takes the @p owner, the object whose code goes on
+/// after the box, besides the
+/// @p parent of the box, which may be null. Once the owner is gone the answer is
+/// QMessageBox::NoButton, and the caller returns at once without touching any member.
+namespace MessageBox {
+
+using Button = QMessageBox::StandardButton;
+
+Button information(const QObject *owner, QWidget *parent, const QString &title,
+                   const QString &text);
+Button critical(const QObject *owner, QWidget *parent, const QString &title, const QString &text);
+
+/// Boxes with more than Ok name their default button.
+Button warning(const QObject *owner, QWidget *parent, const QString &title, const QString &text,
+               QMessageBox::StandardButtons buttons = QMessageBox::Ok,
+               Button defaultButton = QMessageBox::Ok);
+Button question(const QObject *owner, QWidget *parent, const QString &title, const QString &text,
+                QMessageBox::StandardButtons buttons, Button defaultButton);
+
+} // namespace MessageBox

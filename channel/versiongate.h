@@ -1,0 +1,35 @@
+#pragma once
+
+#include "hostapi/version.h"
+
+/// Tells which features the controller's command interface offers.
+namespace VersionGate {
+
+/// True if @p version is at least 1.@p minor. A micro place that is not given passes.
+bool isAtLeastOneDot(int minor, const Version &version);
+
+/// Configurations can be locked with a password.
+inline bool hasLocks(const Version &version)
+{
+    return isAtLeastOneDot(9, version);
+}
+
+/// Configurations and backups can be transferred.
+inline bool hasTransfers(const Version &version)
+{
+    return isAtLeastOneDot(11, version);
+}
+
+/// The base configuration can be imported.
+inline bool importsBaseItem(const Version &version)
+{
+    return isAtLeastOneDot(17, version);
+}
+
+/// The fill of the configuration store can be asked for.
+inline bool reportsFreeSpace(const Version &version)
+{
+    return isAtLeastOneDot(27, version);
+}
+
+} // namespace VersionGate

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QDialog>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QObject>
+#include <QPointer>
+#include <QQueue>
+#include <QSet>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+/// What a test expects of one message box, and how it is answered.
+struct ExpectedBox
+{
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QString title;
+    QString text;
+    QMessageBox::StandardButton answer = QMessageBox::Ok;
+    QMessageBox::StandardButtons buttons = QMessageBox::Ok;
+    QMessageBox::StandardButton defaultButton = QMessageBox::Ok;
+    std::optional<QWidget *> parent; ///< compared when given; nullptr means no parent
+};
+
+/// Answers the modal windows that a test's actions open, in the order in which the test expects
+/// them.
+///
+/// It never waits and never hangs: a window that nobody expected, one that is not as expected, and
+/// one that is still open after its action has run are closed and fail the test; so does an
+/// expectation that is left over when the driver is destroyed or verify() is called.
+class ModalDriver : public QObject
+{
+public:
+    ModalDriver();
+    ~ModalDriver() override;
+
+    /// Expects a message box and clicks the button that answers it.
+    void expectBox(const ExpectedBox &expected);
+
+    /// Expects a dialog with @p objectName and runs @p action, which has to close it in the end.
+    /// The action may open further windows; they are expected after this one.
+    void expectDialog(const QString &objectName, std::function<void(QDialog *)> action);
+
+    /// Expects a file dialog with @p caption and chooses @p path in it; an empty path cancels it.
+    /// @p inspect may look at the dialog before.
+    void expectFileDialog(const QString &caption, const QString &path,
+                          std::function<void(QFileDialog *)> inspect = {});
+
+    /// Fails the test if anything went wrong or is left over, and forgets it.
+    void verify();
+
+private:
+    struct Step
+    {
+        QString name;
+        std::function<bool(QWidget *)> fits;
+        std::function<void(QWidget *)> action;
+    };
+
+    void scheduleTick();
+    void tick();
+    void handle(QWidget *window);
+    void complain(const QString &problem);
+
+    QQueue<Step> m_steps;
+    QList<QPointer<QWidget>> m_known;
+    QStringList m_problems;
+};
