@@ -1,0 +1,80 @@
+#include "simulator/controllerstate.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace {
+
+constexpr qint64 recordBytes = 512;
+
+auto tied(const Configuration &c)
+{
+    return std::tie(c.identifier, c.owner, c.description, c.password, c.data);
+}
+
+auto tied(const CascadeSlave &s)
+{
+    return std::tie(s.name, s.isConnected, s.isAvailable, s.isScanned);
+}
+
+auto tied(const ControllerState &s)
+{
+    return std::tie(s.hostName, s.serial, s.model, s.modelDescription, s.isEmbedded, s.net,
+                    s.domainName, s.nameServer, s.ntpServer, s.activity, s.storeCapacity,
+                    s.configurations, s.activeIdentifier, s.baseData, s.superPassword, s.slaves);
+}
+
+} // namespace
+
+qint64 Configuration::storedBytes() const
+{
+    return recordBytes + data.size();
+}
+
+qint64 ControllerState::usedBytes() const
+{
+    qint64 bytes = 0;
+    for (const Configuration &configuration : configurations) {
+        bytes += configuration.storedBytes();
+    }
+    return bytes;
+}
+
+double ControllerState::freeFraction() const
+{
+    if (storeCapacity <= 0) {
+        return 0;
+    }
+    const double used = static_cast<double>(usedBytes()) / static_cast<double>(storeCapacity);
+    return std::max(0.0, 1.0 - used);
+}
+
+bool operator==(const Configuration &left, const Configuration &right)
+{
+    return tied(left) == tied(right);
+}
+
+bool operator!=(const Configuration &left, const Configuration &right)
+{
+    return !(left == right);
+}
+
+bool operator==(const CascadeSlave &left, const CascadeSlave &right)
+{
+    return tied(left) == tied(right);
+}
+
+bool operator!=(const CascadeSlave &left, const CascadeSlave &right)
+{
+    return !(left == right);
+}
+
+bool operator==(const ControllerState &left, const ControllerState &right)
+{
+    return tied(left) == tied(right);
+}
+
+bool operator!=(const ControllerState &left, const ControllerState &right)
+{
+    return !(left == right);
+}
