@@ -32,6 +32,12 @@ struct Item
 /// The most that an archive may have, in bytes.
 inline constexpr int maxSize = 64 * 1024 * 1024;
 
+inline constexpr int headerSize = 12; ///< bytes before the first item
+
+/// How many bytes @p item takes in an archive.
+qint64 sizeOf(const Item &item);
+
+/// Identifier, owner and description of the items keep to their lengths.
 QByteArray pack(const QVector<Item> &items);
 
 /// Whether @p bytes begin as an archive does.

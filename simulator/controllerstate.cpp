@@ -1,5 +1,10 @@
 #include "simulator/controllerstate.h"
 
+#include "channel/identifiers.h"
+#include "simulator/limits.h"
+
+#include <QSet>
+
 #include <algorithm>
 #include <tuple>
 
@@ -22,6 +27,23 @@ auto tied(const ControllerState &s)
     return std::tie(s.hostName, s.serial, s.model, s.modelDescription, s.isEmbedded, s.net,
                     s.domainName, s.nameServer, s.ntpServer, s.activity, s.storeCapacity,
                     s.configurations, s.activeIdentifier, s.baseData, s.superPassword, s.slaves);
+}
+
+QString quoted(const QByteArray &text)
+{
+    return '"' + QString::fromLatin1(text) + '"';
+}
+
+QString problemOf(const Configuration &configuration)
+{
+    if (!Limits::isIdentifier(configuration.identifier)
+        || configuration.identifier == Identifiers::base) {
+        return quoted(configuration.identifier) + " is not an identifier";
+    }
+    if (!Limits::isText(configuration.owner) || !Limits::isText(configuration.description)) {
+        return "owner or description of " + quoted(configuration.identifier) + " is too long";
+    }
+    return {};
 }
 
 } // namespace
@@ -47,6 +69,27 @@ double ControllerState::freeFraction() const
     }
     const double used = static_cast<double>(usedBytes()) / static_cast<double>(storeCapacity);
     return std::max(0.0, 1.0 - used);
+}
+
+QString ControllerState::problem() const
+{
+    QSet<QByteArray> identifiers;
+    for (const Configuration &configuration : configurations) {
+        const QString problem = problemOf(configuration);
+        if (!problem.isEmpty()) {
+            return problem;
+        }
+        if (identifiers.contains(configuration.identifier)) {
+            return quoted(configuration.identifier) + " is stored twice";
+        }
+        identifiers.insert(configuration.identifier);
+    }
+    for (const QByteArray &needed : {QByteArray(Identifiers::standard), activeIdentifier}) {
+        if (!identifiers.contains(needed)) {
+            return quoted(needed) + " is not stored";
+        }
+    }
+    return {};
 }
 
 bool operator==(const Configuration &left, const Configuration &right)

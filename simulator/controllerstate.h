@@ -3,6 +3,7 @@
 #include "simulator/saltedhash.h"
 
 #include <QByteArray>
+#include <QString>
 #include <QVector>
 
 /// One stored configuration. Texts are bytes as they came through the channel, Latin-1.
@@ -59,6 +60,10 @@ struct ControllerState
     qint64 usedBytes() const;
     /// The free part of the store, 0 to 1.
     double freeFraction() const;
+
+    /// What makes this no state of a controller, for people; empty if all is well: identifiers
+    /// valid and unique, texts within their limits, "standard" and the active configuration stored.
+    QString problem() const;
 
     /// A controller as it is found in a laboratory: a dozen configurations with some hundred
     /// kilobytes of data in all, one of them locked with the password "lock"; the super password is

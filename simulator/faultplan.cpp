@@ -39,13 +39,20 @@ bool readFault(const QString &effect, Fault *fault, QString *error)
     return true;
 }
 
+// Not QRegularExpression::wildcardToRegularExpression(): its "*" stops at a slash.
+QString fromWildcard(const QString &wildcard)
+{
+    QString pattern = QRegularExpression::escape(wildcard);
+    pattern.replace(QLatin1String("\\*"), QLatin1String(".*"));
+    pattern.replace(QLatin1String("\\?"), QLatin1String("."));
+    return QRegularExpression::anchoredPattern(pattern);
+}
+
 bool readPattern(const QString &text, QRegularExpression *pattern, QString *error)
 {
     const bool isRegularExpression =
-        text.size() >= 2 && text.startsWith(QLatin1Char('/')) && text.endsWith(QLatin1Char('/'));
-    pattern->setPattern(isRegularExpression
-                            ? text.mid(1, text.size() - 2)
-                            : QRegularExpression::wildcardToRegularExpression(text));
+        text.size() > 2 && text.startsWith(QLatin1Char('/')) && text.endsWith(QLatin1Char('/'));
+    pattern->setPattern(isRegularExpression ? text.mid(1, text.size() - 2) : fromWildcard(text));
     if (!pattern->isValid()) {
         *error = QStringLiteral("\"%1\" is no pattern: %2").arg(text, pattern->errorString());
     }
@@ -56,7 +63,7 @@ bool readPattern(const QString &text, QRegularExpression *pattern, QString *erro
 
 bool FaultPlan::add(const QString &rule, QString *error)
 {
-    const RuleText text = splitRule(rule.trimmed());
+    const RuleText text = splitRule(rule);
     Rule made;
     if (!readFault(text.effect, &made.fault, error)) {
         return false;

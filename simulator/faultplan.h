@@ -24,8 +24,8 @@ struct Fault
 ///
 ///     RULE     = SELECTOR | SELECTOR "=" ANSWER | SELECTOR "~" MILLISECONDS
 ///     SELECTOR = N | N "+" | PATTERN | PATTERN "#" N | PATTERN "#" N "+"
-///     PATTERN  = a wildcard pattern (* ? [...]) for the whole command, or /regular expression/
-///                found anywhere in it
+///     PATTERN  = a wildcard pattern (* and ?) for the whole command, or /regular expression/
+///                found anywhere in it, itself without a slash
 ///
 /// N counts commands from 1, those that fit the pattern if there is one, beginning when the rule is
 /// added; "+" means that one and all later ones. A pattern without N takes every command that fits.

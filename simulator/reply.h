@@ -15,5 +15,7 @@ struct Reply
 
     static Reply answer(const QByteArray &text) { return {true, text.left(maxLength), {}}; }
     static Reply done() { return {true, {}, {}}; }
+    /// The success of a command that begins with "veltra2 ".
+    static Reply structuralOk() { return answer("veltra2 ok"); }
     static Reply refused(const QString &reason) { return {false, {}, reason}; }
 };

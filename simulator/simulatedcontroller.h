@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+class CommandTable;
 class ControllerSession;
 
 /// A tracking controller without the tracking: holds a controller's whole state and answers the
@@ -33,6 +34,9 @@ public:
     void setChangeCallback(std::function<void()> changed);
 
 private:
+    void announceChange() const;
+
+    std::unique_ptr<const CommandTable> m_table;
     std::unique_ptr<ControllerSession> m_session;
     std::function<void()> m_changed;
 };
