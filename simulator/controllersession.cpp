@@ -4,8 +4,8 @@
 
 #include <utility>
 
-ControllerSession::ControllerSession(const ControllerState &state)
-    : m_state(state)
+ControllerSession::ControllerSession(ControllerState state)
+    : m_state(std::move(state))
 {
     rebuildIndex();
 }

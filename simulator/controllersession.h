@@ -14,7 +14,7 @@ public:
     /// The password by which the active configuration was made changeable.
     enum class Presented { Nothing, Password, SuperPassword };
 
-    explicit ControllerSession(const ControllerState &state);
+    explicit ControllerSession(ControllerState state);
 
     const ControllerState &state() const { return m_state; }
     /// The state to be changed, except for which configurations there are; the change is noted.

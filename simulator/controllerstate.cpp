@@ -75,7 +75,7 @@ QString ControllerState::problem() const
 {
     QSet<QByteArray> identifiers;
     for (const Configuration &configuration : configurations) {
-        const QString problem = problemOf(configuration);
+        QString problem = problemOf(configuration);
         if (!problem.isEmpty()) {
             return problem;
         }

@@ -29,7 +29,7 @@ qint64 JsonReader::wholeNumber(const char *key)
 QByteArray JsonReader::text(const char *key)
 {
     const QString unicode = value(key, QJsonValue::String, "a text").toString();
-    const QByteArray latin1 = unicode.toLatin1();
+    QByteArray latin1 = unicode.toLatin1();
     if (QString::fromLatin1(latin1) != unicode || !Limits::isLine(latin1)) {
         complain(QStringLiteral("\"%1\" is no line of Latin-1").arg(QLatin1String(key)));
     }
@@ -75,7 +75,7 @@ void JsonReader::complain(const QString &problem)
 
 QJsonValue JsonReader::value(const char *key, QJsonValue::Type type, const char *typeName)
 {
-    const QJsonValue value = m_object.value(QLatin1String(key));
+    QJsonValue value = m_object.value(QLatin1String(key));
     if (value.isUndefined()) {
         complain(QStringLiteral("\"%1\" is missing").arg(QLatin1String(key)));
     } else if (value.type() != type) {

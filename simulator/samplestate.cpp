@@ -3,7 +3,7 @@
 
 namespace {
 
-constexpr qint64 kibi = 1024;
+constexpr int kibi = 1024;
 
 struct SampleConfiguration
 {
@@ -62,7 +62,7 @@ ControllerState ControllerState::sample()
     state.domainName = "lab.example";
     state.nameServer = "192.168.40.1";
     state.ntpServer = "ntp.lab.example";
-    state.storeCapacity = 2048 * kibi;
+    state.storeCapacity = qint64{2048} * kibi;
     state.configurations = makeConfigurations();
     state.activeIdentifier = sampleActive;
     state.baseData = FactoryData::bytes(12 * kibi, 3);

@@ -31,7 +31,7 @@ SimulatedController::~SimulatedController() = default;
 
 Reply SimulatedController::execute(const QByteArray &command)
 {
-    const Reply reply = m_table->execute(*m_session, command);
+    Reply reply = m_table->execute(*m_session, command);
     if (m_session->takeChanged()) {
         announceChange();
     }
