@@ -7,7 +7,7 @@ class MessageReceiver;
 /// Marks an operation as printf-like, so that the compiler checks every command against its
 /// arguments. Positions count from 1 with the object itself being the first.
 #define VELTRA4_PRINTF_LIKE(formatPosition)                                                        \
-    __attribute__((format(printf, formatPosition, formatPosition + 1)))
+    __attribute__((format(printf, formatPosition, (formatPosition) + 1)))
 
 /// The host's command channel to the tracking controller, together with the host's message system.
 ///

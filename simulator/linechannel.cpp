@@ -1,5 +1,9 @@
 #include "simulator/linechannel.h"
 
+#include "simulator/channelobserver.h"
+
+#include <QElapsedTimer>
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
@@ -14,6 +18,8 @@ QByteArray formatted(const char *format, va_list arguments)
 {
     va_list again;
     va_copy(again, arguments);
+    // The analyser takes the list for uninitialised, as va_start() stands in a macro below.
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
     const int length = std::vsnprintf(nullptr, 0, format, again);
     va_end(again);
     if (length < 0) {
@@ -24,7 +30,35 @@ QByteArray formatted(const char *format, va_list arguments)
     return line;
 }
 
-bool toBool(const QByteArray &answer, bool *value)
+bool takeText(const QByteArray &answer, char *reply)
+{
+    const int length = std::min(answer.size(), LineChannel::replyCapacity - 1);
+    std::memcpy(reply, answer.constData(), static_cast<std::size_t>(length));
+    reply[length] = '\0';
+    return true;
+}
+
+bool takeInt(const QByteArray &answer, int *value)
+{
+    bool ok = false;
+    const int number = answer.trimmed().toInt(&ok);
+    if (ok) {
+        *value = number;
+    }
+    return ok;
+}
+
+bool takeDouble(const QByteArray &answer, double *value)
+{
+    bool ok = false;
+    const double number = answer.trimmed().toDouble(&ok);
+    if (ok) {
+        *value = number;
+    }
+    return ok;
+}
+
+bool takeBool(const QByteArray &answer, bool *value)
 {
     const QByteArray word = answer.trimmed().toLower();
     const bool isTrue = word == "yes" || word == "true" || word == "1";
@@ -66,76 +100,62 @@ const char *LineChannel::nameOf(Operation operation)
 int LineChannel::sendCommandReply(char *reply, const char *format, ...)
 {
     FORMAT_LINE(format);
-    return askText(Operation::SendCommandReply, reply, line);
+    return exchange(Operation::SendCommandReply, line,
+                    [reply](const QByteArray &answer) { return takeText(answer, reply); });
 }
 
 int LineChannel::queryString(char *reply, const char *format, ...)
 {
     FORMAT_LINE(format);
-    return askText(Operation::QueryString, reply, line);
+    return exchange(Operation::QueryString, line,
+                    [reply](const QByteArray &answer) { return takeText(answer, reply); });
 }
 
 int LineChannel::queryInt(int *value, const char *format, ...)
 {
     FORMAT_LINE(format);
-    QByteArray answer;
-    const int result = transact(Operation::QueryInt, line, &answer);
-    if (result != success) {
-        return result;
-    }
-    bool ok = false;
-    const int number = answer.trimmed().toInt(&ok);
-    if (!ok) {
-        return notConvertible;
-    }
-    *value = number;
-    return success;
+    return exchange(Operation::QueryInt, line,
+                    [value](const QByteArray &answer) { return takeInt(answer, value); });
 }
 
 int LineChannel::queryDouble(double *value, const char *format, ...)
 {
     FORMAT_LINE(format);
-    QByteArray answer;
-    const int result = transact(Operation::QueryDouble, line, &answer);
-    if (result != success) {
-        return result;
-    }
-    bool ok = false;
-    const double number = answer.trimmed().toDouble(&ok);
-    if (!ok) {
-        return notConvertible;
-    }
-    *value = number;
-    return success;
+    return exchange(Operation::QueryDouble, line,
+                    [value](const QByteArray &answer) { return takeDouble(answer, value); });
 }
 
 int LineChannel::queryBool(bool *value, const char *format, ...)
 {
     FORMAT_LINE(format);
-    QByteArray answer;
-    const int result = transact(Operation::QueryBool, line, &answer);
-    if (result != success) {
-        return result;
-    }
-    return toBool(answer, value) ? success : notConvertible;
+    return exchange(Operation::QueryBool, line,
+                    [value](const QByteArray &answer) { return takeBool(answer, value); });
 }
 
 int LineChannel::sendCommand(const char *format, ...)
 {
     FORMAT_LINE(format);
-    QByteArray ignored;
-    return transact(Operation::SendCommand, line, &ignored);
+    return exchange(Operation::SendCommand, line, [](const QByteArray &) { return true; });
 }
 
-int LineChannel::askText(Operation operation, char *reply, const QByteArray &command)
+template <typename Take>
+int LineChannel::exchange(Operation operation, const QByteArray &command, Take take)
 {
-    QByteArray answer;
-    const int result = transact(operation, command, &answer);
-    if (result != success) {
-        return result;
+    QElapsedTimer timer;
+    timer.start();
+    Exchange exchange;
+    exchange.operation = operation;
+    exchange.command = command;
+    exchange.result = transact(operation, command, &exchange.answer);
+    if (exchange.result != success) {
+        exchange.failureReason = failureReason();
+    } else if (!take(exchange.answer)) {
+        exchange.result = notConvertible;
+        exchange.failureReason = QStringLiteral("the answer is not of the kind asked for");
     }
-    const int length = std::min(answer.size(), replyCapacity - 1);
-    std::memcpy(reply, answer.constData(), static_cast<std::size_t>(length));
-    reply[length] = '\0';
-    return success;
+    exchange.microseconds = timer.nsecsElapsed() / 1000;
+    if (m_observer != nullptr) {
+        m_observer->exchanged(exchange);
+    }
+    return exchange.result;
 }

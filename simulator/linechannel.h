@@ -3,6 +3,9 @@
 #include "hostapi/iomanager.h"
 
 #include <QByteArray>
+#include <QString>
+
+class ChannelObserver;
 
 /// A command channel in terms of whole lines: what the stand-ins for a real host's channel derive
 /// from.
@@ -28,6 +31,9 @@ public:
     /// The operation's name in the interface, "queryString" for example.
     static const char *nameOf(Operation operation);
 
+    /// @p observer is told of every exchange from now on; null ends it. It is not owned.
+    void setObserver(ChannelObserver *observer) { m_observer = observer; }
+
     int sendCommandReply(char *reply, const char *format, ...) override;
     int queryString(char *reply, const char *format, ...) override;
     int queryInt(int *value, const char *format, ...) override;
@@ -39,10 +45,18 @@ protected:
     LineChannel() = default;
     ~LineChannel() = default;
 
+    /// Null where nobody observes.
+    ChannelObserver *observer() const { return m_observer; }
+
     /// Sends @p command and stores the textual answer, empty where the operation yields none.
     /// @return 0 for success; otherwise @p answer is ignored
     virtual int transact(Operation operation, const QByteArray &command, QByteArray *answer) = 0;
+    /// Why the last transact() failed, for people.
+    virtual QString failureReason() const { return {}; }
 
 private:
-    int askText(Operation operation, char *reply, const QByteArray &command);
+    template <typename Take>
+    int exchange(Operation operation, const QByteArray &command, Take take);
+
+    ChannelObserver *m_observer = nullptr;
 };

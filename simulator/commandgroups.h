@@ -1,0 +1,16 @@
+#pragma once
+
+class CommandTable;
+
+/// The controller's commands by concern; each function adds its group to the table.
+namespace CommandGroups {
+
+void addConfigurationQueries(CommandTable &table);
+void addConfigurationCommands(CommandTable &table);
+void addPasswordCommands(CommandTable &table);
+void addSystemCommands(CommandTable &table);
+void addCascadeCommands(CommandTable &table);
+void addDownloadCommands(CommandTable &table);
+void addUploadCommands(CommandTable &table);
+
+} // namespace CommandGroups

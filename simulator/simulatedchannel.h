@@ -1,0 +1,64 @@
+#pragma once
+
+#include "simulator/faultplan.h"
+#include "simulator/linechannel.h"
+
+#include <QVector>
+
+#include <functional>
+
+class MessageReceiver;
+class SimulatedController;
+
+/// A command channel that leads to a simulated controller in the same process.
+///
+/// Commands take a settable latency. One that takes longer than the time-out in force fails when
+/// that has passed; the controller executes it all the same, as a real one would.
+class SimulatedChannel final : public LineChannel
+{
+public:
+    static constexpr int defaultTimeoutMs = 5000;
+
+    /// Results of the operations apart from 0.
+    enum Result {
+        Refused = 1, ///< the controller refused the command
+        TimedOut = 2,
+        Faulty = 3 ///< the fault plan said so
+    };
+
+    /// @p controller is not owned and must outlive the channel.
+    explicit SimulatedChannel(SimulatedController &controller);
+
+    void setLatency(int milliseconds) { m_latencyMs = milliseconds; }
+    /// Replaces what waits, QThread::msleep() at first, so that a test need not wait.
+    void setSleep(std::function<void(int milliseconds)> sleep) { m_sleep = std::move(sleep); }
+    /// What goes wrong from now on.
+    FaultPlan &faults() { return m_faults; }
+
+    /// The time-out in force, in milliseconds.
+    int timeoutMs() const { return m_timeoutMs; }
+
+    /// Forwards a message to all receivers. A receiver may remove itself or others meanwhile.
+    void deliverMessage(int id, const char *source, const char *text);
+    int receiverCount() const { return m_receivers.size(); }
+
+    int setTimeout(int channel, int milliseconds, int flag) override;
+    /// Hands the message to the observer.
+    int postMessage(const char *category, const char *source, int level, const char *text) override;
+    int addMessageReceiver(const char *name, MessageReceiver *receiver) override;
+    /// Goes by @p receiver alone.
+    int removeMessageReceiver(const char *name, MessageReceiver *receiver) override;
+
+private:
+    int transact(Operation operation, const QByteArray &command, QByteArray *answer) override;
+    QString failureReason() const override { return m_failureReason; }
+    int failed(Result result, const QString &reason);
+
+    SimulatedController &m_controller;
+    FaultPlan m_faults;
+    std::function<void(int)> m_sleep;
+    QVector<MessageReceiver *> m_receivers;
+    QString m_failureReason;
+    int m_latencyMs = 0;
+    int m_timeoutMs = defaultTimeoutMs;
+};

@@ -1,0 +1,62 @@
+#include "simulator/simulatedcontroller.h"
+
+#include "simulator/commandgroups.h"
+#include "simulator/commandtable.h"
+#include "simulator/controllersession.h"
+
+namespace {
+
+CommandTable wholeVocabulary()
+{
+    CommandTable table;
+    CommandGroups::addConfigurationQueries(table);
+    CommandGroups::addConfigurationCommands(table);
+    CommandGroups::addPasswordCommands(table);
+    CommandGroups::addSystemCommands(table);
+    CommandGroups::addCascadeCommands(table);
+    CommandGroups::addDownloadCommands(table);
+    CommandGroups::addUploadCommands(table);
+    return table;
+}
+
+} // namespace
+
+SimulatedController::SimulatedController(const ControllerState &state)
+    : m_table(std::make_unique<CommandTable>(wholeVocabulary()))
+    , m_session(std::make_unique<ControllerSession>(state))
+{
+}
+
+SimulatedController::~SimulatedController() = default;
+
+Reply SimulatedController::execute(const QByteArray &command)
+{
+    Reply reply = m_table->execute(*m_session, command);
+    if (m_session->takeChanged()) {
+        announceChange();
+    }
+    return reply;
+}
+
+const ControllerState &SimulatedController::state() const
+{
+    return m_session->state();
+}
+
+void SimulatedController::setState(const ControllerState &state)
+{
+    m_session = std::make_unique<ControllerSession>(state);
+    announceChange();
+}
+
+void SimulatedController::setChangeCallback(std::function<void()> changed)
+{
+    m_changed = std::move(changed);
+}
+
+void SimulatedController::announceChange() const
+{
+    if (m_changed) {
+        m_changed();
+    }
+}
