@@ -1,6 +1,7 @@
 #include "channel/identifiers.h"
 
 #include <QDateTime>
+#include <QLocale>
 #include <QThread>
 
 QString Identifiers::newStamp()
@@ -9,7 +10,9 @@ QString Identifiers::newStamp()
     // overwrite the earlier.
     static QString previous;
     const auto now = [] {
-        return QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmssz"));
+        // In plain digits: some users' locales write others, which no identifier can hold.
+        return QLocale::c().toString(QDateTime::currentDateTime(),
+                                     QStringLiteral("yyyyMMddHHmmssz"));
     };
     QString stamp = now();
     while (stamp == previous) {
