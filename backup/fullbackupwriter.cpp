@@ -59,7 +59,8 @@ bool FullBackup::writeToFile(const QString &path) const
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
-    if (!writeDocument(&file)) {
+    // Committing does not notice when the last of the buffer cannot be written.
+    if (!writeDocument(&file) || !file.flush()) {
         file.cancelWriting();
     }
     if (file.commit()) {
