@@ -67,7 +67,7 @@ bool ConfigurationDownload::fetchChunk(int number, QByteArray *bytes)
     if (m_channel->queryString(reply.data(), "system download %d", number) != 0) {
         return false;
     }
-    const std::optional<DownloadAnswer> answer = parseDownloadAnswer(reply.text().toLatin1());
+    const std::optional<DownloadAnswer> answer = parseDownloadAnswer(reply.bytes());
     if (!answer) {
         HostMessages::reportError(m_channel,
                                   QStringLiteral("invalid return: %1").arg(reply.text()));

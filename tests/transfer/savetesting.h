@@ -29,7 +29,7 @@ inline int takeCursors()
 inline bool isWaiting()
 {
     const QCursor *cursor = QGuiApplication::overrideCursor();
-    return cursor && cursor->shape() == Qt::WaitCursor;
+    return cursor != nullptr && cursor->shape() == Qt::WaitCursor;
 }
 
 inline QByteArray contentsOf(const QString &fileName)
