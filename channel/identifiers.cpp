@@ -1,6 +1,7 @@
 #include "channel/identifiers.h"
 
 #include <QDateTime>
+#include <QLocale>
 #include <QThread>
 
 namespace {
@@ -8,8 +9,10 @@ namespace {
 QString currentStamp()
 {
     const QDateTime now = QDateTime::currentDateTime();
+    // In plain digits: some users' locales write others, which no identifier can hold.
+    const QString seconds = QLocale::c().toString(now, QStringLiteral("yyyyMMddHHmmss"));
     // Not with Qt's own "z": that is the fraction of a second, "005" for 5 ms and "5" for 500 ms.
-    return now.toString(QStringLiteral("yyyyMMddHHmmss")) + QString::number(now.time().msec());
+    return seconds + QString::number(now.time().msec());
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
+
 namespace {
 
 QString describe(QWidget *window)
