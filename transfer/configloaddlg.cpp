@@ -2,10 +2,13 @@
 
 #include "ui_configloaddlg.h"
 
+#include "backup/backupschema.h"
 #include "channel/filedialog.h"
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
+#include "channel/messagebox.h"
 #include "hostapi/iomanager.h"
+#include "transfer/backuprestore.h"
 #include "transfer/configurationimport.h"
 #include "transfer/configurationupload.h"
 #include "transfer/lockstates.h"
@@ -17,12 +20,20 @@
 #include <QResizeEvent>
 
 #include <algorithm>
+#include <exception>
 
 namespace {
 
 enum Column { DescriptionColumn, OwnerColumn, IdentifierColumn, StatusColumn };
 
-constexpr int nothingToShow = 1; ///< what openAndExec() returns
+// What openAndExec() returns besides the codes of a restore and the result of the dialog.
+constexpr int nothingToShow = 1;
+constexpr int restoreThrew = 10;
+
+// What validateBackupFile() returns.
+constexpr int schemaUnusable = -1;
+constexpr int noBackup = 0;
+constexpr int isBackup = 1;
 
 } // namespace
 
@@ -54,7 +65,45 @@ int ConfigLoadDlg::openAndExec()
         return nothingToShow;
     }
     m_lastDirectory = QFileInfo(path).absolutePath();
-    return loadConfigurationFile(path);
+
+    const QPointer<ConfigLoadDlg> watched(this);
+    const int verdict = validateBackupFile(path);
+    if (!watched) {
+        return verdict;
+    }
+    if (verdict == schemaUnusable) {
+        HostMessages::reportError(
+            m_channel, QStringLiteral("Error: Unable to validate backup or configuration file"));
+        return verdict;
+    }
+    if (verdict == noBackup) {
+        return loadConfigurationFile(path);
+    }
+    try {
+        return restoreFromBackupFile(path);
+    } catch (const std::exception &) {
+        // The connection broke. No exception may reach the event loop that called.
+        return restoreThrew;
+    }
+}
+
+int ConfigLoadDlg::validateBackupFile(const QString &path)
+{
+    switch (BackupSchema::validate(path)) {
+    case BackupSchema::Verdict::SchemaUnusable:
+        MessageBox::critical(this, this, tr("Development error"), tr("XMLSchema is invalid!"));
+        return schemaUnusable;
+    case BackupSchema::Verdict::NoBackup:
+        return noBackup;
+    case BackupSchema::Verdict::Backup:
+        break;
+    }
+    return isBackup;
+}
+
+int ConfigLoadDlg::restoreFromBackupFile(const QString &path)
+{
+    return BackupRestore(m_channel, m_versions, this, path).run(m_configurations);
 }
 
 int ConfigLoadDlg::loadConfigurationFile(const QString &path)

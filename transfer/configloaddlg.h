@@ -53,6 +53,8 @@ private slots: // connected by name in setupUi()
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    int validateBackupFile(const QString &path);
+    int restoreFromBackupFile(const QString &path);
     int loadConfigurationFile(const QString &path);
     bool upload(const QString &path);
     bool readImportItems();
