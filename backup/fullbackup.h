@@ -25,6 +25,10 @@ struct BackendVersions;
 class FullBackup
 {
 public:
+    /// The most that is believed when the controller tells how many slots, slaves or items it has;
+    /// more counts as a failed query.
+    static constexpr int maxAnsweredNumber = 10000;
+
     /// @p channel and @p versions are not owned and must outlive the backup.
     FullBackup(IOManager *channel, BackendVersions *versions);
     virtual ~FullBackup();
@@ -52,7 +56,7 @@ public:
     /// incomplete.)
     /// @return false if the file cannot be opened, if a text has a character that XML cannot carry,
     /// in both cases leaving everything as it was; or if writing failed
-    bool writeToFile(const QString &path);
+    bool writeToFile(const QString &path) const;
 
     /// @}
     /// @name Collecting a backup from the controller
@@ -138,10 +142,11 @@ public:
 
 private:
     bool isRepresentableInXml() const;
-    bool writeDocument(QIODevice *device);
-    bool write_ZORControllerInfo_toFile(QXmlStreamWriter &xml);
-    bool write_ZORBackupInfo_toFile(QXmlStreamWriter &xml);
-    bool write_ZORBackupData_toFile(QXmlStreamWriter &xml);
+    bool writeToDevice(const QString &path) const;
+    bool writeDocument(QIODevice *device) const;
+    bool write_ZORControllerInfo_toFile(QXmlStreamWriter &xml) const;
+    static bool write_ZORBackupInfo_toFile(QXmlStreamWriter &xml);
+    bool write_ZORBackupData_toFile(QXmlStreamWriter &xml) const;
 
     bool read_ZOR_fromFile(QXmlStreamReader &xml);
     bool read_ZORFileInfo_fromFile(QXmlStreamReader &xml);
@@ -150,8 +155,10 @@ private:
     bool read_ZORBackupData_fromFile(QXmlStreamReader &xml);
     bool read_ZORXQUSlaves_fromFile(QXmlStreamReader &xml);
 
-    bool readControllerText(const char *query, QString *text);
+    bool readIdentity();
     bool readNetworkSettings();
     bool prepareDownload();
+    void prepareSlot(int slot);
     bool downloadChunks();
+    bool ask(const char *query, QString *text);
 };
