@@ -51,7 +51,10 @@ struct Fixture
     /// Expects that the dialog is shown, and runs @p action on it.
     void whenShown(const std::function<void()> &action)
     {
-        driver.expectDialog("ConfigLoadDlgClass", [action](QDialog *) { action(); });
+        driver.expectDialog("ConfigLoadDlgClass", [action](QDialog *shown) {
+            QVERIFY(QTest::qWaitForWindowActive(shown)); // before that nothing has the focus
+            action();
+        });
     }
 
     /// The same, and closes it again.
