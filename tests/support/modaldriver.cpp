@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
+
 namespace {
 
 QString describe(QWidget *window)
@@ -140,11 +142,16 @@ void ModalDriver::scheduleTick()
 void ModalDriver::tick()
 {
     scheduleTick();
-    m_known.removeAll(QPointer<QWidget>());
     QWidget *window = QApplication::activeModalWidget();
     if (window && !m_known.contains(window)) {
         m_known.append(window);
         handle(window);
+        // Closed by now: when it shows again, that is another time.
+        m_known.erase(std::remove_if(m_known.begin(), m_known.end(),
+                                     [](const QPointer<QWidget> &known) {
+                                         return !known || !known->isVisible();
+                                     }),
+                      m_known.end());
     }
 }
 
