@@ -1,5 +1,6 @@
 #include "channel/transferencoding.h"
 #include "hostapi/backendversions.h"
+#include "tests/backup/samplebackup.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
@@ -73,6 +74,20 @@ struct Fixture
         box.title = "Load Configurations";
         box.text = text;
         box.parent = dialog;
+        driver.expectBox(box);
+    }
+
+    void expectConfirmation(QMessageBox::StandardButton answer)
+    {
+        ExpectedBox box;
+        box.icon = QMessageBox::Warning;
+        box.title = "Confirmation";
+        box.text = "Restoring this backup overwrites all settings and already existing "
+                   "configurations.\n\nAny previous settings will get lost!\n\nProceed?";
+        box.buttons = QMessageBox::Yes | QMessageBox::No;
+        box.defaultButton = QMessageBox::No;
+        box.answer = answer;
+        box.parent = parent.get();
         driver.expectBox(box);
     }
 
@@ -257,6 +272,13 @@ private slots:
     void anItemThatIsNotDescribedStillMakesARow();
     void aDocumentThatIsNoBackupIsUploaded_data();
     void aDocumentThatIsNoBackupIsUploaded();
+
+    void aBackupIsRestoredWhateverItsName_data();
+    void aBackupIsRestoredWhateverItsName();
+    void aBackupIsRefusedWhileAConfigurationIsLocked();
+    void anEmptyBackupEndsInItsRefusal();
+    void anExceptionEndsTheRestoreWithTen();
+    void thePathOfABackupIsNotShown();
 
     void lockedConfigurationsAreShownAsLocked();
     void lockedConfigurationsCannotBeSelected();
@@ -707,6 +729,80 @@ void TestConfigLoadDlg::aDocumentThatIsNoBackupIsUploaded()
                       + QString::fromLatin1(TransferEncoding::encode(contents)),
                   "queryString system import available",
                   ScriptedChannel::reported("Error: Configuration file can not be recognized")}));
+}
+
+void TestConfigLoadDlg::aBackupIsRestoredWhateverItsName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("xml") << "backup.xml";
+    QTest::newRow("dat") << "backup.dat";
+    QTest::newRow("none") << "backup";
+}
+
+void TestConfigLoadDlg::aBackupIsRestoredWhateverItsName()
+{
+    QFETCH(const QString, name);
+    Fixture f;
+    f.choose(fileWith(SampleBackup::document(), name));
+    f.expectConfirmation(QMessageBox::No);
+    QCOMPARE(f.dialog->openAndExec(), 2);
+    QCOMPARE(f.channel.trace(), QStringList());
+}
+
+void TestConfigLoadDlg::aBackupIsRefusedWhileAConfigurationIsLocked()
+{
+    Fixture f;
+    f.dialog->setConfigurationList({entry("config1"), entry("config2", true)});
+    const QString path = fileWith(SampleBackup::document());
+    f.choose(path);
+    ExpectedBox box;
+    box.icon = QMessageBox::Information;
+    box.title = "Cannot load backup";
+    box.text =
+        "Cannot load backup from file '" + path + "' !\n One or more Configurations are locked.";
+    box.parent = f.dialog;
+    f.driver.expectBox(box);
+    QCOMPARE(f.dialog->openAndExec(), 1);
+    QCOMPARE(f.channel.trace(), QStringList());
+}
+
+void TestConfigLoadDlg::anEmptyBackupEndsInItsRefusal()
+{
+    Fixture f;
+    f.versions = SampleBackup::versions();
+    f.channel.answer("system controller_embedded", "yes");
+    const QString path = fileWith("<ZOR/>", "some.xml");
+    f.choose(path);
+    f.expectConfirmation(QMessageBox::Yes);
+    ExpectedBox box;
+    box.icon = QMessageBox::Critical;
+    box.title = "Invalid backup file";
+    box.text = "Unable to restore from backup (" + path + ")";
+    box.parent = f.parent.get();
+    f.driver.expectBox(box);
+    QCOMPARE(f.dialog->openAndExec(), 3);
+}
+
+void TestConfigLoadDlg::anExceptionEndsTheRestoreWithTen()
+{
+    Fixture f;
+    f.versions = SampleBackup::versions();
+    f.channel.fail("system controller_embedded");
+    f.choose(fileWith(SampleBackup::document()));
+    f.expectConfirmation(QMessageBox::Yes);
+    QCOMPARE(f.dialog->openAndExec(), 10);
+    QCOMPARE(f.channel.trace(),
+             QStringList({"setTimeout 0 3000 1", "queryBool system controller_embedded"}));
+    QCOMPARE(takeCursors(), 0);
+}
+
+void TestConfigLoadDlg::thePathOfABackupIsNotShown()
+{
+    Fixture f;
+    f.choose(fileWith(SampleBackup::document()));
+    f.expectConfirmation(QMessageBox::No);
+    f.dialog->openAndExec();
+    QCOMPARE(f.child<QLineEdit>("lineEdit_path")->text(), QString());
 }
 
 void TestConfigLoadDlg::lockedConfigurationsAreShownAsLocked()
