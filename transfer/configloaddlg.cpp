@@ -113,9 +113,9 @@ int ConfigLoadDlg::loadConfigurationFile(const QString &path)
         return nothingToShow;
     }
     fillTable();
-    on_pushButton_selectAll_clicked();
-    // An empty table has no selection that could change.
+    // An empty table has no selection whose change would set the buttons.
     on_tableWidget_itemSelectionChanged();
+    on_pushButton_selectAll_clicked();
     return exec();
 }
 

@@ -8,6 +8,7 @@
 #include "tests/transfer/loadtesting.h"
 #include "transfer/backuprestore.h"
 
+#include <QAbstractButton>
 #include <QDialog>
 #include <QTemporaryDir>
 #include <QtTest>

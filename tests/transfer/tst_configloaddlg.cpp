@@ -261,6 +261,8 @@ private slots:
     void everythingIsSelectedAtFirst();
     void theNextFileReplacesTheTable();
 
+    void theSameFileMayBeLoadedAgain();
+
     void aFileThatVanishesIsReported();
     void anEmptyFileIsReported();
     void aFileThatShrinksIsReported();
@@ -282,6 +284,7 @@ private slots:
 
     void lockedConfigurationsAreShownAsLocked();
     void lockedConfigurationsCannotBeSelected();
+    void anIdentifierThatOccursTwiceIsLockedIfEitherIs();
     void theStatusColumnComesAndGoes();
     void theListOfConfigurationsIsACopyThatIsReplaced();
 
@@ -595,6 +598,21 @@ void TestConfigLoadDlg::theNextFileReplacesTheTable()
     f.dialog->openAndExec();
 }
 
+void TestConfigLoadDlg::theSameFileMayBeLoadedAgain()
+{
+    Fixture f;
+    f.offer(threeItems);
+    for (int i = 0; i < 3; ++i) {
+        f.choose(oneByte());
+        f.look([&f] {
+            QCOMPARE(f.selectedRows(), QList<int>({0, 1, 2}));
+            QCOMPARE(f.enabledButtons(), QString("-CL"));
+        });
+        f.dialog->openAndExec();
+        QCOMPARE(f.channel.takeTrace(), uploadOfOneByte + queriesForThreeItems);
+    }
+}
+
 void TestConfigLoadDlg::aFileThatVanishesIsReported()
 {
     const QString path = oneByte();
@@ -844,6 +862,17 @@ void TestConfigLoadDlg::lockedConfigurationsCannotBeSelected()
     f.dialog->openAndExec();
     QVERIFY(f.channel.trace().contains(imported("config1")));
     QVERIFY(!f.channel.trace().contains(imported("config2")));
+}
+
+void TestConfigLoadDlg::anIdentifierThatOccursTwiceIsLockedIfEitherIs()
+{
+    Fixture f;
+    f.offer(threeItems);
+    f.dialog->setConfigurationList({entry("config1"), entry("config1", true),
+                                    entry("config2", true), entry("config2")});
+    f.choose(oneByte());
+    f.look([&f] { QCOMPARE(f.selectedRows(), QList<int>({2})); });
+    f.dialog->openAndExec();
 }
 
 void TestConfigLoadDlg::theStatusColumnComesAndGoes()
