@@ -6,9 +6,9 @@
 #include <QAbstractMessageHandler>
 #include <QFile>
 #include <QFileInfo>
-#include <QMetaMethod>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QNetworkRequest>
 #include <QResource>
 #include <QUrl>
 #include <QXmlSchema>
@@ -28,7 +28,8 @@ protected:
     }
 };
 
-// Has failed before anybody can wait for it.
+// Has failed already: the validator does not wait for it in an event loop of its own, in which
+// anything could happen to the dialog that called it.
 class RefusedReply : public QNetworkReply
 {
 public:
@@ -41,6 +42,7 @@ public:
         setOperation(operation);
         setError(ContentAccessDenied, QStringLiteral("refused"));
         setFinished(true);
+        QMetaObject::invokeMethod(this, &RefusedReply::notify, Qt::QueuedConnection);
     }
 
     void abort() override { }
@@ -48,16 +50,11 @@ public:
 protected:
     qint64 readData(char * /*data*/, qint64 /*maxSize*/) override { return -1; }
 
-    // Whoever asks to be told is told at once. Otherwise the validator would wait in an event loop
-    // of its own, in which anything could happen to the dialog that called it.
-    void connectNotify(const QMetaMethod &signal) override
+private:
+    void notify()
     {
-        if (signal == QMetaMethod::fromSignal(&QNetworkReply::finished)) {
-            emit finished();
-        } else if (signal.name() == "error" || signal.name() == "errorOccurred") {
-            signal.invoke(this, Qt::DirectConnection,
-                          Q_ARG(QNetworkReply::NetworkError, ContentAccessDenied));
-        }
+        emit errorOccurred(error());
+        emit finished();
     }
 };
 

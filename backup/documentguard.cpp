@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTextCodec>
 #include <QXmlStreamReader>
 
@@ -13,12 +14,6 @@
 namespace {
 
 constexpr int pieceSize = 64 * 1024; // bytes
-
-struct Prologue
-{
-    QTextCodec *codec = nullptr; // null if the document is not even decodable
-    bool hasDeclaration = false;
-};
 
 // The encoding of a document that does not name one: its first character can only be "<" or a byte
 // order mark.
@@ -37,33 +32,44 @@ QTextCodec *codecOfFirstCharacter(const QByteArray &document)
     return QTextCodec::codecForUtfText(document, QTextCodec::codecForName("UTF-8"));
 }
 
-Prologue prologueOf(const QByteArray &document)
+bool hasDeclaration(const QString &text)
 {
-    QXmlStreamReader xml(document.left(pieceSize));
-    if (xml.readNext() != QXmlStreamReader::StartDocument) {
-        return {};
-    }
-    const QByteArray encoding = xml.documentEncoding().toLatin1();
-    return {encoding.isEmpty() ? codecOfFirstCharacter(document)
-                               : QTextCodec::codecForName(encoding),
-            !xml.documentVersion().isEmpty()};
+    static const QRegularExpression declaration(QStringLiteral("\\A<\\?xml\\s"));
+    return text.contains(declaration);
 }
 
+// Null if the declaration is not one, or names an encoding that nobody knows.
+QTextCodec *codecOf(const QByteArray &document)
+{
+    const QByteArray beginning = document.left(pieceSize);
+    QTextCodec *const codec = codecOfFirstCharacter(beginning);
+    if (!hasDeclaration(codec->toUnicode(beginning))) {
+        return codec;
+    }
+    QXmlStreamReader xml(beginning);
+    if (xml.readNext() != QXmlStreamReader::StartDocument) {
+        return nullptr;
+    }
+    const QByteArray encoding = xml.documentEncoding().toLatin1();
+    return encoding.isEmpty() ? codec : QTextCodec::codecForName(encoding);
+}
+
+// What is admitted is UTF-8, whatever the declaration says.
 QString withoutDeclaration(const QString &text)
 {
     const QString end = QStringLiteral("?>");
-    return text.mid(text.indexOf(end) + end.size());
+    return hasDeclaration(text) ? text.mid(text.indexOf(end) + end.size()) : text;
 }
 
 } // namespace
 
 std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
 {
-    const Prologue prologue = prologueOf(document);
-    if (!prologue.codec) {
+    QTextCodec *const codec = codecOf(document);
+    if (!codec) {
         return QByteArray();
     }
-    const std::unique_ptr<QTextDecoder> decoder(prologue.codec->makeDecoder());
+    const std::unique_ptr<QTextDecoder> decoder(codec->makeDecoder());
     const std::unique_ptr<QTextEncoder> encoder(
         QTextCodec::codecForName("UTF-8")->makeEncoder(QTextCodec::IgnoreHeader));
     MarkupMeter meter;
@@ -74,7 +80,7 @@ std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
         if (decoder->hasFailure()) {
             break;
         }
-        if (begin == 0 && prologue.hasDeclaration) {
+        if (begin == 0) {
             text = withoutDeclaration(text);
         }
         if (!meter.feed(text)) {

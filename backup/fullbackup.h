@@ -51,9 +51,9 @@ public:
     /// Writes the document to @p path, replacing what is there.
     ///
     /// Under that name there is the whole new document afterwards or, after a failed write, no file
-    /// at all. A process that is killed meanwhile leaves what was there before. (Where the folder
-    /// is not writable but the file is, the file is written in place, and being killed leaves it
-    /// incomplete.)
+    /// at all. A process that is killed meanwhile leaves what was there before, and a file beside
+    /// it whose name has six more letters. (Where the folder is closed but the file is writable, it
+    /// is written in place, and being killed leaves it incomplete.)
     /// @return false if the file cannot be opened, if a text has a character that XML cannot carry,
     /// in both cases leaving everything as it was; or if writing failed
     bool writeToFile(const QString &path) const;

@@ -2,7 +2,7 @@
 
 #include "backup/restoreprocedure.h"
 #include "channel/identifiers.h"
-#include "channel/replybuffer.h"
+#include "channel/importitem.h"
 #include "channel/transferencoding.h"
 #include "channel/versiongate.h"
 #include "hostapi/backendversions.h"
@@ -32,20 +32,14 @@ int FullBackup::uploadConfigData()
 
 bool FullBackup::readImportItems(QStringList *list)
 {
-    ReplyBuffer available;
-    if (m_channel->queryString(available.data(), "system import available") != 0) {
-        return false;
-    }
-    const QStringList words = available.utf8Text().split(QLatin1Char(' '));
-    const int number = words.first().toInt();
-    if (words.value(1) != QLatin1String("config") || number > maxAnsweredNumber) {
+    ImportItemList items;
+    if (queryImportItems(m_channel, &items) != ImportOffer::Read) {
         return false;
     }
     list->clear();
-    for (int i = 1; i <= number; ++i) {
-        ReplyBuffer item;
-        m_channel->queryString(item.data(), "system import item i%02d", i);
-        const QString identifier = item.utf8Text().section(QStringLiteral(" '"), 0, 0);
+    for (const ImportItem &item : qAsConst(items)) {
+        // Decoded like the identifiers in the record, with which they are compared.
+        const QString identifier = QString::fromUtf8(item.identifier.toLatin1());
         if (identifier != QLatin1String(Identifiers::base)) {
             list->append(identifier);
         } else if (VersionGate::importsBaseItem(m_versions->interfaceVersion)) {

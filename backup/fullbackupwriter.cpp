@@ -14,18 +14,26 @@ namespace {
 
 constexpr int oneTabPerLevel = -1;
 
-// What XML 1.0 calls a character. Surrogates are paired already, lone ones are none.
-bool isXmlCharacter(uint codePoint)
+// What XML 1.0 calls a character, of those that are no surrogates.
+bool isXmlCharacter(QChar character)
 {
-    return codePoint == '\t' || codePoint == '\n' || codePoint == '\r'
-        || (codePoint >= 0x20 && codePoint < 0xd800) || (codePoint >= 0xe000 && codePoint < 0xfffe)
-        || codePoint >= 0x10000;
+    const ushort unit = character.unicode();
+    return unit == '\t' || unit == '\n' || unit == '\r'
+        || (unit >= 0x20 && unit < 0xfffe && !character.isSurrogate());
 }
 
 bool isXmlText(const QString &text)
 {
-    const QVector<uint> codePoints = text.toUcs4(); // keeps lone surrogates
-    return std::all_of(codePoints.begin(), codePoints.end(), isXmlCharacter);
+    for (int i = 0; i < text.size(); ++i) {
+        const bool isPair =
+            text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (isPair) {
+            ++i;
+        } else if (!isXmlCharacter(text.at(i))) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void writeText(QXmlStreamWriter &xml, const QString &element, const QString &text)
@@ -47,7 +55,7 @@ void writeText(QXmlStreamWriter &xml, const QString &element, const QString &tex
 
 bool FullBackup::writeToFile(const QString &path) const
 {
-    if (!isRepresentableInXml()) {
+    if (path.isEmpty() || !isRepresentableInXml()) {
         return false;
     }
     const QFileInfo target(path);
@@ -59,15 +67,19 @@ bool FullBackup::writeToFile(const QString &path) const
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
-    if (!writeDocument(&file)) {
+    // commit() does not tell of a failure to flush, nor of any when the file is written in place.
+    const bool isWritten = writeDocument(&file) && file.flush();
+    if (!isWritten) {
         file.cancelWriting();
     }
-    if (file.commit()) {
+    if (file.commit() && isWritten) {
         return true;
     }
     // An older file goes too: whatever has this name after a failure would pass for the backup that
-    // was asked for.
-    QFile::remove(path);
+    // was asked for. What cannot be removed is at least no half backup.
+    if (!QFile::remove(path)) {
+        QFile::resize(path, 0);
+    }
     return false;
 }
 
