@@ -282,6 +282,7 @@ private slots:
     void aLockedConfigurationRefusesEverything();
     void aFileThatCannotBeReadIsRefused_data();
     void aFileThatCannotBeReadIsRefused();
+    void aPathIsShownAsItIs();
     void withoutYesNothingIsSent_data();
     void withoutYesNothingIsSent();
     void aBackupThatDoesNotFitIsRefused_data();
@@ -376,6 +377,20 @@ void TestBackupRestore::aFileThatCannotBeReadIsRefused()
                "Cannot read '" + m_path + "' !");
     QCOMPARE(f.restore(m_path), 1);
     QCOMPARE(f.channel.trace(), QStringList());
+}
+
+void TestBackupRestore::aPathIsShownAsItIs()
+{
+    const QString path =
+        writeFile(m_folder.filePath("<b>%1 &amp; more.xml"), "<ZOR><a/></ZOR>");
+    Fixture f;
+    f.driver.expectDialog({}, [path](QDialog *box) {
+        auto *message = qobject_cast<QMessageBox *>(box);
+        QCOMPARE(message->text(), "Cannot read '" + path + "' !");
+        QCOMPARE(message->textFormat(), Qt::PlainText);
+        message->button(QMessageBox::Ok)->click();
+    });
+    QCOMPARE(f.restore(path), 1);
 }
 
 void TestBackupRestore::withoutYesNothingIsSent_data()
