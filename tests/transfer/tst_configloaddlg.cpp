@@ -868,8 +868,8 @@ void TestConfigLoadDlg::anIdentifierThatOccursTwiceIsLockedIfEitherIs()
 {
     Fixture f;
     f.offer(threeItems);
-    f.dialog->setConfigurationList({entry("config1"), entry("config1", true),
-                                    entry("config2", true), entry("config2")});
+    f.dialog->setConfigurationList(
+        {entry("config1"), entry("config1", true), entry("config2", true), entry("config2")});
     f.choose(oneByte());
     f.look([&f] { QCOMPARE(f.selectedRows(), QList<int>({2})); });
     f.dialog->openAndExec();
