@@ -43,7 +43,7 @@ enum class ImportOffer {
 ImportOffer queryImportItems(IOManager *channel, ImportItemList *items);
 
 /// Far beyond what any controller stores, near enough to be asked for.
-inline constexpr int maxImportItems = 100000;
+inline constexpr int maxImportItems = 10000;
 
 /// Nobody is there any more after so many queries without an answer.
 inline constexpr int maxUnanswered = 100;

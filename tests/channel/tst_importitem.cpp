@@ -243,7 +243,7 @@ void TestImportItem::aFirstItemThatIsNotDescribedRepeatsTheAnnouncement()
 void TestImportItem::aControllerThatFallsSilentIsGivenUp()
 {
     ScriptedChannel channel;
-    channel.answer("system import available", "90000 config");
+    channel.answer("system import available", "9000 config");
     channel.answer("system import item i01", "config1 '' ''");
     ImportItemList items;
     QCOMPARE(queryImportItems(&channel, &items), ImportOffer::Read);
