@@ -115,6 +115,7 @@ private slots:
     void itemsBeyondNinetyNineAreNamed();
     void chunksOutOfOrderAreRefused_data();
     void chunksOutOfOrderAreRefused();
+    void nothingFollowsTheLastChunk();
     void aMissingChunkLeavesTheUploadIncomplete();
     void noiseIsNotRecognised();
     void aDamagedArchiveIsRefused();
@@ -287,6 +288,15 @@ void TestTransferCommands::chunksOutOfOrderAreRefused()
     SimulatedController controller(smallState());
     QCOMPARE(answer(controller, "system upload 3 1 " + QByteArray(134, 'A')), done);
     QCOMPARE(answer(controller, "system upload " + arguments), expected);
+}
+
+void TestTransferCommands::nothingFollowsTheLastChunk()
+{
+    SimulatedController controller(smallState());
+    upload(controller, Archive::pack({{"new", "", "", ""}}));
+    QCOMPARE(answer(controller, "system upload 1 2 AAAA"),
+             QByteArray("refused: chunk 2 is not the next one"));
+    QCOMPARE(answer(controller, "system import available"), QByteArray("1 config"));
 }
 
 void TestTransferCommands::aMissingChunkLeavesTheUploadIncomplete()
