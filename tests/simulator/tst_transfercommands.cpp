@@ -384,10 +384,15 @@ void TestTransferCommands::importNeedsRoom()
     state.storeCapacity = state.usedBytes();
     SimulatedController controller(state);
     upload(controller,
-           Archive::pack({{"new", "", "", ""}, {"first", "", "", QByteArray(1001, 'x')}}));
+           Archive::pack({{"new", "", "", ""},
+                          {"first", "", "", QByteArray(1001, 'x')},
+                          {"second", "Bob", "Second one", QByteArray(1000, 'x')}}));
     const QByteArray full = "refused: the configuration store is full";
     QCOMPARE(answer(controller, "system import 'config' 'new'"), full);
     QCOMPARE(answer(controller, "system import 'config' 'first'"), full);
+    QVERIFY(controller.state() == state);
+    QCOMPARE(answer(controller, "system import 'config' 'second'"), done);
+    state.configurations[2].data = QByteArray(1000, 'x');
     QVERIFY(controller.state() == state);
 }
 
