@@ -21,7 +21,8 @@ struct ExpectedBox
     QMessageBox::StandardButton answer = QMessageBox::Ok;
     QMessageBox::StandardButtons buttons = QMessageBox::Ok;
     QMessageBox::StandardButton defaultButton = QMessageBox::Ok;
-    std::optional<QWidget *> parent; ///< compared when given; nullptr means no parent
+    std::optional<QWidget *> parent =
+        std::nullopt; ///< compared when given; nullptr means no parent
 };
 
 /// Answers the modal windows that a test's actions open, in the order in which the test expects
