@@ -381,8 +381,7 @@ void TestBackupRestore::aFileThatCannotBeReadIsRefused()
 
 void TestBackupRestore::aPathIsShownAsItIs()
 {
-    const QString path =
-        writeFile(m_folder.filePath("<b>%1 &amp; more.xml"), "<ZOR><a/></ZOR>");
+    const QString path = writeFile(m_folder.filePath("<b>%1 &amp; more.xml"), "<ZOR><a/></ZOR>");
     Fixture f;
     f.driver.expectDialog({}, [path](QDialog *box) {
         auto *message = qobject_cast<QMessageBox *>(box);
