@@ -95,7 +95,7 @@ void TestImportItem::readsIdentifierOwnerAndDescription_data()
                                            << "config1"
                                            << "OHara"
                                            << "its here";
-    QTest::newRow("double quotes stay") << "config1 '\"Lab\"' 'a \"b\" c'"
+    QTest::newRow("double quotes stay") << R"(config1 '"Lab"' 'a "b" c')"
                                         << "config1"
                                         << "\"Lab\""
                                         << "a \"b\" c";
