@@ -63,6 +63,10 @@ private:
                                       tr("path"),
                                       QDir(QCoreApplication::applicationDirPath())
                                           .filePath(QStringLiteral("ConfigurationsModule.so"))};
+    const QCommandLineOption m_tour{
+        QStringLiteral("tour"),
+        tr("Drive all dialogs, leave pictures and a transcript in this folder, and quit."),
+        tr("folder")};
     QCommandLineParser m_parser;
     QString m_problem;
 };
@@ -72,7 +76,8 @@ HostCommandLine::HostCommandLine()
     m_parser.setApplicationDescription(
         tr("Shows modules of the VELTRA4 front end against a simulated controller."));
     m_parser.addOptions({m_help, m_version, m_plugin, m_state, m_latency, m_fail, m_observer,
-                         m_interfaceVersion, m_ptVersion, m_ctVersion, m_model, m_hostVersion});
+                         m_interfaceVersion, m_ptVersion, m_ctVersion, m_model, m_hostVersion,
+                         m_tour});
 }
 
 std::optional<HostOptions> HostCommandLine::read(const QStringList &arguments, QString *problem)
@@ -115,6 +120,7 @@ HostOptions HostCommandLine::readValues()
     options.failureRules = m_parser.values(m_fail);
     options.stateFile = m_parser.value(m_state);
     options.pluginFile = m_parser.value(m_plugin);
+    options.tourDirectory = m_parser.value(m_tour);
     return options;
 }
 
@@ -144,10 +150,16 @@ int HostCommandLine::latency()
 
 void HostCommandLine::checkCombinations()
 {
-    for (const QCommandLineOption &option : {m_state, m_plugin}) {
+    for (const QCommandLineOption &option : {m_state, m_plugin, m_tour}) {
         if (m_parser.isSet(option) && m_parser.value(option).isEmpty()) {
             complain(tr("--%1 wants a path.").arg(option.names().constFirst()));
         }
+    }
+    if (m_parser.isSet(m_tour) && m_parser.isSet(m_state)) {
+        complain(tr("--tour changes the controller's state, so it goes without --state."));
+    }
+    if (m_parser.isSet(m_tour) && m_parser.isSet(m_observer)) {
+        complain(tr("--tour needs the modules' actions, so it goes without --observer."));
     }
     if (!m_parser.positionalArguments().isEmpty()) {
         complain(

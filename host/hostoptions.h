@@ -20,6 +20,7 @@ struct HostOptions
     QStringList failureRules; ///< faults of the controller, in the simulator's notation
     QString stateFile;        ///< where the controller's state is kept; empty to forget it
     QString pluginFile;       ///< the module to load
+    QString tourDirectory;    ///< where the tour leaves its pictures; empty to run interactively
 };
 
 /// Reads the command line, its first element being the program's name.

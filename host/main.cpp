@@ -1,8 +1,10 @@
 #include "host/hostoptions.h"
 #include "host/hostsession.h"
 #include "host/simulatedlink.h"
+#include "host/tour/runtour.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QIcon>
 
 #include <cstdio>
@@ -44,6 +46,10 @@ bool prepare(SimulatedLink &link, const HostOptions &options, QString *problem)
 int runHost(const HostOptions &options)
 {
     QString problem;
+    const bool isTour = !options.tourDirectory.isEmpty();
+    if (isTour && !prepareTour(options.tourDirectory, &problem)) {
+        return refuse(problem);
+    }
     SimulatedLink link;
     if (!prepare(link, options, &problem)) {
         return refuse(problem);
@@ -53,6 +59,9 @@ int runHost(const HostOptions &options)
         return refuse(problem);
     }
     session.window().show();
+    if (isTour) {
+        return runTour(session, link, QDir(options.tourDirectory));
+    }
     return QApplication::exec();
 }
 

@@ -34,6 +34,7 @@ private slots:
         QCOMPARE(options->latencyMs, 0);
         QCOMPARE(options->failureRules, QStringList());
         QCOMPARE(options->stateFile, QString());
+        QCOMPARE(options->tourDirectory, QString());
         QCOMPARE(options->pluginFile,
                  QCoreApplication::applicationDirPath()
                      + QStringLiteral("/ConfigurationsModule.so"));
@@ -65,6 +66,13 @@ private slots:
         QCOMPARE(options->failureRules, QStringList({"3", "config *"}));
     }
 
+    void tourNamesItsFolder()
+    {
+        const auto options = parse({"--tour", "pictures"});
+        QVERIFY(options);
+        QCOMPARE(options->tourDirectory, QStringLiteral("pictures"));
+    }
+
     void wrongCommandLinesAreRefusedInOneLine_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -81,6 +89,10 @@ private slots:
         QTest::newRow("word as latency") << QStringList{"--latency", "fast"} << "--latency";
         QTest::newRow("negative latency") << QStringList{"--latency", "-1"} << "--latency";
         QTest::newRow("endless latency") << QStringList{"--latency", "600001"} << "--latency";
+        QTest::newRow("tour of a kept state")
+            << QStringList{"--tour", "x", "--state", "y"} << "--state";
+        QTest::newRow("tour as observer")
+            << QStringList{"--tour", "x", "--observer"} << "--observer";
     }
 
     void wrongCommandLinesAreRefusedInOneLine()

@@ -43,6 +43,9 @@ class TestVeltra4Host : public QObject
 {
     Q_OBJECT
 
+private:
+    QTemporaryDir m_folder;
+
 private slots:
     void refusesInOneLineWithExitCode2_data()
     {
@@ -84,13 +87,22 @@ private slots:
         QCOMPARE(outcome.output, QString());
     }
 
+    void refusesAFolderThatIsNotATours()
+    {
+        QVERIFY(QDir(m_folder.path()).mkpath("mine/home"));
+        const Outcome outcome =
+            run({"--plugin", beside("probemodule.so"), "--tour", m_folder.filePath("mine")});
+        QCOMPARE(outcome.exitCode, 2);
+        QVERIFY(QDir(m_folder.path()).exists("mine/home"));
+    }
+
     void helpNamesEveryOption()
     {
         const Outcome outcome = run({"--help"});
         QCOMPARE(outcome.exitCode, 0);
         for (const char *option :
              {"--observer", "--interface-version", "--pt-version", "--ct-version", "--model",
-              "--host-version", "--latency", "--fail", "--state", "--plugin"}) {
+              "--host-version", "--latency", "--fail", "--state", "--plugin", "--tour"}) {
             QVERIFY2(outcome.output.contains(option), option);
         }
     }
@@ -100,6 +112,17 @@ private slots:
         const Outcome outcome = run({"--version"});
         QCOMPARE(outcome.exitCode, 0);
         QCOMPARE(outcome.output.trimmed(), QStringLiteral("veltra4-host " VELTRA4_VERSION));
+    }
+
+    void aTourThatFailsNamesItsStepWithExitCode1()
+    {
+        const Outcome outcome =
+            run({"--plugin", beside("probemodule.so"), "--tour", m_folder.filePath("failing")});
+        QCOMPARE(outcome.exitCode, 1);
+        const QString line = outcome.errorLines.filter("veltra4-host: ").value(0);
+        QVERIFY2(line.startsWith("veltra4-host: the tour failed at \"The list shows"),
+                 qPrintable(line));
+        QVERIFY(QFile::exists(m_folder.filePath("failing/01-host.png")));
     }
 };
 
