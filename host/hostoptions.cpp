@@ -59,6 +59,7 @@ private:
         QStringLiteral("state"),
         tr("Keep the controller's state in this file; without it a sample is used and forgotten."),
         tr("file")};
+    const QCommandLineOption m_dark{QStringLiteral("dark"), tr("Show everything in dark colours.")};
     const QCommandLineOption m_plugin{QStringLiteral("plugin"), tr("The module to load."),
                                       tr("path"),
                                       QDir(QCoreApplication::applicationDirPath())
@@ -77,7 +78,7 @@ HostCommandLine::HostCommandLine()
         tr("Shows modules of the VELTRA4 front end against a simulated controller."));
     m_parser.addOptions({m_help, m_version, m_plugin, m_state, m_latency, m_fail, m_observer,
                          m_interfaceVersion, m_ptVersion, m_ctVersion, m_model, m_hostVersion,
-                         m_tour});
+                         m_dark, m_tour});
 }
 
 std::optional<HostOptions> HostCommandLine::read(const QStringList &arguments, QString *problem)
@@ -119,6 +120,7 @@ HostOptions HostCommandLine::readValues()
     options.latencyMs = latency();
     options.failureRules = m_parser.values(m_fail);
     options.stateFile = m_parser.value(m_state);
+    options.isDark = m_parser.isSet(m_dark);
     options.pluginFile = m_parser.value(m_plugin);
     options.tourDirectory = m_parser.value(m_tour);
     return options;

@@ -19,6 +19,7 @@ struct HostOptions
     int latencyMs = 0;                               ///< how long the controller takes to answer
     QStringList failureRules; ///< faults of the controller, in the simulator's notation
     QString stateFile;        ///< where the controller's state is kept; empty to forget it
+    bool isDark = false;      ///< light text on a dark ground, whatever the desktop's colours
     QString pluginFile;       ///< the module to load
     QString tourDirectory;    ///< where the tour leaves its pictures; empty to run interactively
 };

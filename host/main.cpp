@@ -1,3 +1,4 @@
+#include "host/darkcolours.h"
 #include "host/hostoptions.h"
 #include "host/hostsession.h"
 #include "host/simulatedlink.h"
@@ -81,5 +82,8 @@ int main(int argc, char *argv[])
     int programNameOnly = 1;
     const QApplication application(programNameOnly, argv);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/host/veltra4-host.png")));
+    if (options->isDark) {
+        useDarkColours();
+    }
     return runHost(*options);
 }

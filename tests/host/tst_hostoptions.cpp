@@ -26,6 +26,7 @@ private slots:
         const auto options = parse({});
         QVERIFY(options);
         QVERIFY(!options->isObserver);
+        QVERIFY(!options->isDark);
         QCOMPARE(versionText(options->interfaceVersion), QStringLiteral("1.27.0"));
         QCOMPARE(versionText(options->ptVersion), QStringLiteral("4.2.0"));
         QCOMPARE(versionText(options->ctVersion), QStringLiteral("4.1.0"));
@@ -43,11 +44,12 @@ private slots:
     void everyOptionIsTaken()
     {
         const auto options =
-            parse({"--observer", "--interface-version", "1.9", "--pt-version", "v3.1.2",
+            parse({"--observer", "--dark", "--interface-version", "1.9", "--pt-version", "v3.1.2",
                    "--ct-version=5", "--model", "Tracker \"X\"", "--host-version", "v3.0",
                    "--latency", "250", "--state", "lab.json", "--plugin", "/tmp/m.so"});
         QVERIFY(options);
         QVERIFY(options->isObserver);
+        QVERIFY(options->isDark);
         QCOMPARE(versionText(options->interfaceVersion), QStringLiteral("1.9"));
         QCOMPARE(options->interfaceVersion.micro, -1);
         QCOMPARE(versionText(options->ptVersion), QStringLiteral("3.1.2"));
