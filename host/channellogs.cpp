@@ -16,7 +16,7 @@ QString now()
 QString milliseconds(qint64 microseconds)
 {
     return ChannelLogs::tr("%1 ms").arg(double(microseconds) / microsecondsPerMillisecond, 0, 'f',
-                                        2);
+                                        3);
 }
 
 QString outcome(const Exchange &exchange)
@@ -38,8 +38,8 @@ ChannelLogs::ChannelLogs(ChannelMonitor &monitor)
                capacity)
     , m_commands({{tr("Time"), 18},
                   {tr("Operation"), 17},
-                  {tr("Command"), 48},
-                  {tr("Answer"), 32},
+                  {tr("Command"), 60},
+                  {tr("Answer"), 36},
                   {tr("Result"), 16},
                   {tr("Duration"), 12, Qt::AlignRight}},
                  capacity)

@@ -31,7 +31,7 @@ HostSession::HostSession(ControllerLink &link, const HostOptions &options)
     , m_versions(versionsFrom(options, link.hostChannel()))
     , m_plugin(options.pluginFile)
     , m_logs(m_monitor)
-    , m_window(m_logs.events(), m_logs.commands(), link.description())
+    , m_window(m_logs.events(), m_logs.commands())
 {
     connect(&m_monitor, &ChannelMonitor::commandSent, m_window.transferStatus(),
             &TransferStatus::follow);
@@ -41,6 +41,7 @@ HostSession::HostSession(ControllerLink &link, const HostOptions &options)
     // Asked for later, not while the module that announced the change is in the middle of its work.
     m_identityTimer.setSingleShot(true);
     connect(&m_identityTimer, &QTimer::timeout, this, &HostSession::showIdentity);
+    m_window.identityPanel()->showConnection(link.description());
     m_window.identityPanel()->showVersions(m_versions);
     showIdentity();
 }

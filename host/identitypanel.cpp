@@ -23,6 +23,7 @@ IdentityPanel::IdentityPanel(QWidget *parent)
 {
     auto *controller = new QGroupBox(tr("Controller"), this);
     auto *controllerForm = new QFormLayout(controller);
+    m_connection = addField(controllerForm, tr("Connection"), QStringLiteral("label_connection"));
     m_hostName = addField(controllerForm, tr("Host name"), QStringLiteral("label_hostName"));
     m_serial = addField(controllerForm, tr("Serial number"), QStringLiteral("label_serial"));
     m_model = addField(controllerForm, tr("Model"), QStringLiteral("label_model"));
@@ -43,6 +44,11 @@ IdentityPanel::IdentityPanel(QWidget *parent)
     layout->addWidget(controller);
     layout->addWidget(active);
     layout->addStretch();
+}
+
+void IdentityPanel::showConnection(const QString &connection)
+{
+    showText(m_connection, connection);
 }
 
 void IdentityPanel::showVersions(const BackendVersions &versions)

@@ -15,12 +15,14 @@ class IdentityPanel : public QWidget
 public:
     explicit IdentityPanel(QWidget *parent = nullptr);
 
+    void showConnection(const QString &connection);
     void showVersions(const BackendVersions &versions);
     void showIdentity(const ControllerIdentity &identity);
 
 private:
     QLabel *addField(QFormLayout *form, const QString &title, const QString &name);
 
+    QLabel *m_connection;
     QLabel *m_hostName;
     QLabel *m_serial;
     QLabel *m_model;

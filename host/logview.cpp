@@ -38,6 +38,7 @@ LogView::LogView(LogModel *model, const QString &name, const QString &emptyText,
     m_table->setModel(m_proxy);
     m_table->setEmptyText(emptyText);
     setColumnWidths();
+    setFocusProxy(m_table);
 
     auto *clearAction = new QAction(tr("C&lear"), m_table);
     connect(clearAction, &QAction::triggered, model, &LogModel::clear);

@@ -7,7 +7,6 @@
 
 #include <QCoreApplication>
 #include <QDockWidget>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -25,7 +24,7 @@ constexpr QSize preferredSize(1180, 760);
 
 } // namespace
 
-MainWindow::MainWindow(LogModel *events, LogModel *commands, const QString &connection)
+MainWindow::MainWindow(LogModel *events, LogModel *commands)
     : m_identityPanel(new IdentityPanel(this))
     , m_transferStatus(new TransferStatus(this))
 {
@@ -35,9 +34,10 @@ MainWindow::MainWindow(LogModel *events, LogModel *commands, const QString &conn
     addMenus();
     addDock(Qt::RightDockWidgetArea, tr("Events"),
             new LogView(events, QStringLiteral("events"), tr("Nothing has been posted yet.")));
-    addDock(Qt::BottomDockWidgetArea, tr("Commands"),
-            new LogView(commands, QStringLiteral("commands"), tr("No command has been sent yet.")));
-    statusBar()->addWidget(new QLabel(connection, this));
+    auto *commandsView =
+        new LogView(commands, QStringLiteral("commands"), tr("No command has been sent yet."));
+    addDock(Qt::BottomDockWidgetArea, tr("Commands"), commandsView);
+    commandsView->setFocus();
     statusBar()->addPermanentWidget(m_transferStatus);
     takePreferredSize();
     resize(size().boundedTo(screen()->availableSize()));

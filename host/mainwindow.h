@@ -14,8 +14,7 @@ class MainWindow : public QMainWindow
 
 public:
     /// The log models are not owned and must outlive the window.
-    /// @param connection  what the host is connected to, for the status bar
-    MainWindow(LogModel *events, LogModel *commands, const QString &connection);
+    MainWindow(LogModel *events, LogModel *commands);
 
     IdentityPanel *identityPanel() const { return m_identityPanel; }
     TransferStatus *transferStatus() const { return m_transferStatus; }

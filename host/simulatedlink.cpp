@@ -50,9 +50,10 @@ void SimulatedLink::deliverMessage(int id, const QString &source, const QString 
 
 QString SimulatedLink::description() const
 {
-    const QString what =
-        QCoreApplication::translate("SimulatedLink", "Connected to a simulated controller");
-    return m_stateFile.isEmpty() ? what : QStringLiteral("%1 (%2)").arg(what, m_stateFile);
+    const QString what = QCoreApplication::translate("SimulatedLink", "simulated in this program");
+    return m_stateFile.isEmpty()
+        ? what
+        : QStringLiteral("%1 (%2)").arg(what, QFileInfo(m_stateFile).fileName());
 }
 
 void SimulatedLink::saveState()

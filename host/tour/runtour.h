@@ -6,8 +6,8 @@ class QString;
 class SimulatedLink;
 
 /// Makes @p folder ready for a tour: creates it, removes what a former tour has left, and makes a
-/// home of its own in it, so that no file of the user is touched. To be called before the module is
-/// loaded.
+/// home of its own in it, so that no file of the user is touched. To be called before any window is
+/// made and the module is loaded.
 /// @return whether the folder is usable; if not, @p problem says why in one line
 bool prepareTour(const QString &folder, QString *problem);
 

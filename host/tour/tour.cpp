@@ -7,7 +7,6 @@
 #include "host/tour/stepfailed.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QDialog>
 #include <QFileDialog>
 #include <QLabel>
@@ -18,8 +17,6 @@
 
 namespace {
 
-constexpr int pictureFontSize = 10; // points
-
 QAction *actionWithText(const QWidget *container, const QString &text)
 {
     const QList<QAction *> actions = container->actions();
@@ -29,17 +26,6 @@ QAction *actionWithText(const QWidget *container, const QString &text)
         }
     }
     throw StepFailed(QStringLiteral("there is no action \"%1\"").arg(text));
-}
-
-// The platform without a display has no user who chose a font; its own one is too large for
-// pictures.
-void takeReadableFont()
-{
-    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
-        QFont font = QApplication::font();
-        font.setPointSize(pictureFontSize);
-        QApplication::setFont(font);
-    }
 }
 
 void clickBox(QMessageBox *box, QMessageBox::StandardButton answer)
@@ -73,7 +59,6 @@ Tour::Tour(HostSession &session, SimulatedLink &link, const QDir &folder)
     QObject::connect(&session.monitor(), &ChannelMonitor::eventPosted, &m_watcher,
                      &ModalWatcher::wake);
     QObject::connect(&session, &HostSession::identityShown, &m_watcher, &ModalWatcher::wake);
-    takeReadableFont();
     m_window.takePreferredSize();
 }
 
