@@ -37,8 +37,10 @@ PluginLoader::Result PluginLoader::load()
     }
     // A bare name would make the loader search the library path.
     m_loader.setFileName(file.absoluteFilePath());
-    // A symbol that is missing shall be told now, not end the host when it is needed.
-    m_loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
+    // A symbol that is missing shall be told now, not end the host when it is needed. The code
+    // stays in memory after unloading: the style remembers texts and icons of items that it has
+    // drawn, whose characters can lie in the library.
+    m_loader.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
     const QJsonObject metaData = m_loader.metaData();
     if (metaData.isEmpty()) {
         return fail(Result::NotAPlugin, tr(R"("%1" is not a Qt plug-in.)").arg(m_path));

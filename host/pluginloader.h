@@ -19,8 +19,7 @@ public:
     };
 
     explicit PluginLoader(QString path);
-    /// Unloads the library. Nothing that came from the module may be left by then, not even a text:
-    /// its characters can lie in the library.
+    /// Destroys the module.
     ~PluginLoader();
     Q_DISABLE_COPY_MOVE(PluginLoader)
 
