@@ -62,14 +62,18 @@ void DialogDriver::select(const QString &table, const QString &identifier)
 {
     usable(table);
     auto *widget = find<QTableWidget>(table);
-    const int row = rowOf(widget, identifier);
-    if (row < 0) {
-        throw StepFailed(QStringLiteral("the table lacks \"%1\"").arg(identifier));
-    }
-    const QTableWidgetItem *item = widget->item(row, 0);
-    widget->scrollToItem(item);
-    QTest::mouseClick(widget->viewport(), Qt::LeftButton, {},
-                      widget->visualItemRect(item).center());
+    QTest::mouseClick(widget->viewport(), Qt::LeftButton, {}, placeOf(widget, identifier));
+}
+
+void DialogDriver::doubleClick(const QString &table, const QString &identifier,
+                               const QVector<ModalStep> &steps)
+{
+    usable(table);
+    auto *widget = find<QTableWidget>(table);
+    const QPoint place = placeOf(widget, identifier);
+    QTest::mouseClick(widget->viewport(), Qt::LeftButton, {}, place);
+    m_tour.during([&] { QTest::mouseDClick(widget->viewport(), Qt::LeftButton, {}, place); },
+                  steps);
 }
 
 QString DialogDriver::text(const QString &name) const
@@ -113,6 +117,17 @@ QWidget *DialogDriver::usable(const QString &name) const
         throw StepFailed(QStringLiteral("\"%1\" is hidden or disabled").arg(name));
     }
     return widget;
+}
+
+QPoint DialogDriver::placeOf(QTableWidget *table, const QString &identifier) const
+{
+    const int row = rowOf(table, identifier);
+    if (row < 0) {
+        throw StepFailed(QStringLiteral("the table lacks \"%1\"").arg(identifier));
+    }
+    const QTableWidgetItem *item = table->item(row, 0);
+    table->scrollToItem(item);
+    return table->visualItemRect(item).center();
 }
 
 int DialogDriver::rowOf(const QTableWidget *table, const QString &identifier) const

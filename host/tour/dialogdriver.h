@@ -4,6 +4,7 @@
 #include "host/tour/stepfailed.h"
 
 #include <QDialog>
+#include <QPoint>
 
 class QTableWidget;
 class Tour;
@@ -30,6 +31,9 @@ public:
     void press(Qt::Key key);
     /// Clicks the row of a table whose third column, the identifier, is @p identifier.
     void select(const QString &table, const QString &identifier);
+    /// Clicks it twice; the windows of @p steps open meanwhile.
+    void doubleClick(const QString &table, const QString &identifier,
+                     const QVector<ModalStep> &steps);
 
     QString title() const { return m_dialog->windowTitle(); }
     QString text(const QString &name) const;
@@ -45,6 +49,7 @@ private:
     template <typename Widget>
     Widget *find(const QString &name) const;
     QWidget *usable(const QString &name) const;
+    QPoint placeOf(QTableWidget *table, const QString &identifier) const;
     int rowOf(const QTableWidget *table, const QString &identifier) const;
 
     Tour &m_tour;

@@ -104,6 +104,7 @@ void loseContact(Tour &tour)
                       {tour.box("Command Error", "no contact to Controller", QMessageBox::Ok,
                                 QStringLiteral("no-contact"))});
     faults.clear();
+    tour.pictureWindow(QStringLiteral("host-after-changes"));
 }
 
 } // namespace

@@ -85,3 +85,8 @@ QString ListVisit::owner(const Tour &tour, const QString &identifier)
 {
     return QString::fromLatin1(existing(withIdentifier(tour, identifier)).owner);
 }
+
+QByteArray ListVisit::data(const Tour &tour, const QString &identifier)
+{
+    return existing(withIdentifier(tour, identifier)).data;
+}

@@ -24,5 +24,6 @@ QString spare(const Tour &tour);
 bool contains(const Tour &tour, const QString &identifier);
 QString description(const Tour &tour, const QString &identifier);
 QString owner(const Tour &tour, const QString &identifier);
+QByteArray data(const Tour &tour, const QString &identifier);
 
 } // namespace ListVisit

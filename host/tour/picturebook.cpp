@@ -2,6 +2,7 @@
 
 #include "host/tour/stepfailed.h"
 
+#include <QCoreApplication>
 #include <QMenu>
 #include <QPainter>
 #include <QWidget>
@@ -45,6 +46,7 @@ void drawTitle(QPainter &painter, const QRectF &bar, const QWidget *window)
 
 QPixmap framed(QWidget *window)
 {
+    QCoreApplication::processEvents(); // activation, focus and logs reach the window only then
     const QPixmap content = window->grab();
     const QSizeF size = sizeOf(content);
     const qreal title = titleHeight(window);

@@ -62,6 +62,9 @@ void visitChapters(Tour &tour)
 {
     Chapters::host(tour);
     Chapters::list(tour);
+    Chapters::create(tour);
+    Chapters::edit(tour);
+    Chapters::lock(tour);
 }
 
 int report(const StepFailed &failure, const Tour *tour)

@@ -149,7 +149,6 @@ QString Tour::windowText(const QString &label) const
 
 void Tour::pictureWindow(const QString &name, QWidget *above)
 {
-    QCoreApplication::processEvents(); // logs and labels follow what has happened only then
     if (above) {
         m_pictures.add(name, &m_window, above);
     } else {
