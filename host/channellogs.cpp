@@ -31,16 +31,16 @@ QString outcome(const Exchange &exchange)
 
 ChannelLogs::ChannelLogs(ChannelMonitor &monitor)
     : m_events({{tr("Time"), 18},
-                {tr("Category"), 12},
-                {tr("Source"), 20},
+                {tr("Category"), 15},
+                {tr("Source"), 25},
                 {tr("Level"), 7, Qt::AlignHCenter},
                 {tr("Text")}},
                capacity)
     , m_commands({{tr("Time"), 18},
                   {tr("Operation"), 17},
-                  {tr("Command"), 60},
+                  {tr("Command"), 58},
                   {tr("Answer"), 36},
-                  {tr("Result"), 16},
+                  {tr("Result"), 24},
                   {tr("Duration"), 12, Qt::AlignRight}},
                  capacity)
 {
