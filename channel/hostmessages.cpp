@@ -14,6 +14,14 @@ void HostMessages::reportError(IOManager *channel, const QString &text)
     channel->postMessage("standard", "VELTRA4", errorLevel, text.toLatin1().constData());
 }
 
+bool HostMessages::succeededOrReported(int result, IOManager *channel, const QString &text)
+{
+    if (result != 0) {
+        reportError(channel, text);
+    }
+    return result == 0;
+}
+
 void HostMessages::announceActiveConfigurationChanged(IOManager *channel)
 {
     // Listeners go by "ConfigurationModule", in the singular, although the module's class is called

@@ -10,6 +10,10 @@ namespace HostMessages {
 /// untranslated, and reaches the host as Latin-1.
 void reportError(IOManager *channel, const QString &text);
 
+/// Reports @p text if @p result, that of a command, is a failure.
+/// @return whether the command succeeded
+bool succeededOrReported(int result, IOManager *channel, const QString &text);
+
 /// Announces that the set of configurations or the active one may have changed, so that other
 /// modules read again what they show.
 void announceActiveConfigurationChanged(IOManager *channel);

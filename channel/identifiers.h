@@ -11,8 +11,9 @@ inline constexpr char standard[] = "standard";
 /// The controller's base configuration in transfers.
 inline constexpr char base[] = "__base";
 
-/// The stamp of a new identifier: the current local time as "yyyyMMddHHmmssz", milliseconds without
-/// leading zeros. Never the same twice in a run: waits for the next millisecond where needed.
+/// The stamp of a new identifier: the current local time as "yyyyMMddHHmmss", followed by its
+/// milliseconds without leading zeros. Never the same twice in a run: waits for the next
+/// millisecond where needed.
 QString newStamp();
 
 /// A new identifier: "config" followed by newStamp().

@@ -11,6 +11,7 @@ MessageBox::Button show(QMessageBox::Icon icon, const QObject *owner, QWidget *p
     const QPointer<const QObject> watchedOwner(owner);
     // Not on the stack: a parent that is destroyed meanwhile takes the box with it.
     const QPointer<QMessageBox> box(new QMessageBox(icon, title, text, buttons, parent));
+    box->setTextFormat(Qt::PlainText); // a file's name may look like markup
     box->setDefaultButton(defaultButton);
     const int answer = box->exec();
     delete box.data();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <array>
@@ -15,6 +16,9 @@ public:
 
     /// Where the channel may write.
     char *data() { return m_bytes.data(); }
+
+    /// The answer as it came.
+    QByteArray bytes() const { return {m_bytes.data(), length()}; }
 
     /// The answer, every byte taken as Latin-1, so that it can be sent back unchanged.
     QString text() const { return QString::fromLatin1(m_bytes.data(), length()); }

@@ -3,7 +3,10 @@
 #include "simulator/commandtable.h"
 #include "simulator/controllersession.h"
 
+#include <QVector>
+
 #include <algorithm>
+#include <iterator>
 
 namespace {
 

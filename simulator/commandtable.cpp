@@ -2,6 +2,10 @@
 
 #include "simulator/limits.h"
 
+#include <QVector>
+
+#include <utility>
+
 namespace {
 
 constexpr int mostWords = 3;

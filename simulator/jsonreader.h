@@ -5,8 +5,7 @@
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
-
-#include <functional>
+#include <QVector>
 
 /// Reads the members of JSON objects that must be there and be of their type. Remembers the first
 /// thing that is wrong and goes on with empty values, so that a caller asks only once, at the end.

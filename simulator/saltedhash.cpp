@@ -30,7 +30,7 @@ SaltedHash SaltedHash::of(const QByteArray &password, const QByteArray &salt)
 
 bool SaltedHash::matches(const QByteArray &password) const
 {
-    return isSet() && of(password, salt).hash == hash;
+    return of(password, salt).hash == hash;
 }
 
 bool operator==(const SaltedHash &left, const SaltedHash &right)

@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <functional>
+#include <utility>
 
 class MessageReceiver;
 class SimulatedController;

@@ -4,6 +4,8 @@
 #include "simulator/commandtable.h"
 #include "simulator/controllersession.h"
 
+#include <utility>
+
 namespace {
 
 CommandTable wholeVocabulary()

@@ -3,6 +3,7 @@
 #include "channel/transferencoding.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 

@@ -1,19 +1,34 @@
 #pragma once
 
 #include "channel/configentry.h"
+#include "channel/importitem.h"
 
 #include <QDialog>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
 
 class IOManager;
 struct BackendVersions;
 
+namespace Ui {
+class ConfigLoadDlgClass;
+} // namespace Ui
+
 /// Brings configurations from a file back onto the controller.
+///
+/// The file is chosen first. A backup document restores the whole controller, see BackupRestore,
+/// and the dialog is never shown. Any other file is uploaded as it is; the dialog then offers what
+/// the controller found in it, and imports what the user selects, see ConfigurationImport.
+/// Configurations that are locked on the controller cannot be selected.
 class ConfigLoadDlg : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// @p channel and @p versions are not owned and must outlive the dialog.
+    /// @p channel and @p versions are not owned and must outlive the dialog. @p parent is the
+    /// parent of the file chooser and of most boxes as well.
     ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWidget *parent);
     ~ConfigLoadDlg() override;
 
@@ -21,8 +36,36 @@ public:
     /// use.
     void setConfigurationList(const ConfigEntryList &configurations);
 
+    /// Asks for a file and loads it; returns when the user has closed everything that it opened.
+    /// The dialog may be gone by then, destroyed by the host.
+    ///
+    /// @return for a backup the code of BackupRestore::run(), or 10 if an exception ended the
+    /// restore; for any other file QDialog::Accepted once the dialog was shown and closed; 1 if
+    /// there was nothing to show it for; -1 if it cannot be told whether the file is a backup
+    int openAndExec();
+
+private slots: // connected by name in setupUi()
+    void on_pushButton_selectAll_clicked();
+    void on_pushButton_clearSelection_clicked();
+    void on_pushButton_load_clicked();
+    void on_pushButton_exit_clicked();
+    void on_tableWidget_itemSelectionChanged();
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
+    int validateBackupFile(const QString &path);
+    int restoreFromBackupFile(const QString &path);
+    int loadConfigurationFile(const QString &path);
+    bool upload(const QString &path);
+    bool readImportItems();
+    void fillTable();
+    void fillRow(int row, const ImportItem &item, bool isLocked);
+    QStringList selectedIdentifiers() const;
+
+    const std::unique_ptr<Ui::ConfigLoadDlgClass> m_ui;
     IOManager *m_channel;
     BackendVersions *m_versions;
+    QString m_lastDirectory; ///< where the last file was chosen
     ConfigEntryList m_configurations;
+    ImportItemList m_importItems;
 };

@@ -1,15 +1,51 @@
 #include "transfer/configsavedlg.h"
 
+#include "ui_configsavedlg.h"
+
 #include "channel/configurationsmessagereceiver.h"
+#include "channel/filedialog.h"
 #include "hostapi/iomanager.h"
+#include "transfer/automaticbackup.h"
+#include "transfer/configurationsave.h"
+#include "transfer/manualbackup.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <QResizeEvent>
+#include <QTimer>
+
+namespace {
+
+enum Column { DescriptionColumn, OwnerColumn, IdentifierColumn };
+
+constexpr double columnShare = 0.3; // of the dialog's width
+constexpr int automaticBackupDelayMs = 2000;
+
+QString withExtension(const QString &fileName)
+{
+    const QString extension = QStringLiteral(".dat");
+    return fileName.endsWith(extension, Qt::CaseInsensitive) ? fileName : fileName + extension;
+}
+
+} // namespace
 
 ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWidget *parent)
     : QDialog(parent)
+    , m_ui(std::make_unique<Ui::ConfigSaveDlgClass>())
     , m_channel(channel)
     , m_versions(versions)
+    , m_lastDirectory(QDir::homePath())
     , m_messageReceiver(new ConfigurationsMessagereceiver(this))
 {
+    m_ui->setupUi(this);
+    m_ui->tableWidget_selectConfigs->horizontalHeader()->setSectionsClickable(false);
+    connect(this, &QDialog::rejected, this, &ConfigSaveDlg::on_pushButton_exit_clicked);
+
     m_channel->addMessageReceiver("ConfigurationsModule", m_messageReceiver);
+    connect(m_messageReceiver, &ConfigurationsMessagereceiver::sendModuleParentVersion, this,
+            &ConfigSaveDlg::onSendModulParentVersion);
+    QTimer::singleShot(automaticBackupDelayMs, this, &ConfigSaveDlg::doAutomaticBackup);
 }
 
 ConfigSaveDlg::~ConfigSaveDlg()
@@ -21,4 +57,163 @@ ConfigSaveDlg::~ConfigSaveDlg()
 void ConfigSaveDlg::setConfigurationList(const ConfigEntryList &configurations)
 {
     m_configurations = configurations;
+}
+
+void ConfigSaveDlg::runSaveDialog()
+{
+    auto *table = m_ui->tableWidget_selectConfigs;
+    const bool isBackup = m_ui->checkBox_allSettings->isChecked();
+    if (isBackup) {
+        table->selectAll();
+    }
+    m_ui->widget_selectConfigs->setEnabled(!isBackup);
+    fillTable();
+    showAvailability(!m_configurations.isEmpty());
+    table->setFocus();
+    table->selectAll();
+    table->setFocus();
+    m_ui->checkBox_allSettings->setChecked(true);
+    exec();
+}
+
+void ConfigSaveDlg::onSendModulParentVersion(const QString &version)
+{
+    m_hostVersion = version;
+    m_isBackupAllowed =
+        version.startsWith(QLatin1String("v3.")) || version.startsWith(QLatin1String("v4."));
+}
+
+void ConfigSaveDlg::doAutomaticBackup()
+{
+    if (!m_isBackupAllowed) {
+        return;
+    }
+    AutomaticBackup backup(m_channel, m_versions, m_hostVersion);
+    if (backup.run() == AutomaticBackup::Result::AlreadyMade) {
+        m_todaysBackupExists = true;
+    }
+}
+
+void ConfigSaveDlg::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    auto *table = m_ui->tableWidget_selectConfigs;
+    const int width = static_cast<int>(columnShare * event->size().width());
+    for (int column = 0; column < table->columnCount(); ++column) {
+        table->setColumnWidth(column, width);
+    }
+}
+
+void ConfigSaveDlg::on_pushButton_selectAll_clicked()
+{
+    m_ui->tableWidget_selectConfigs->selectAll();
+    m_ui->tableWidget_selectConfigs->setFocus();
+}
+
+void ConfigSaveDlg::on_pushButton_clearSelection_clicked()
+{
+    m_ui->tableWidget_selectConfigs->clearSelection();
+}
+
+void ConfigSaveDlg::on_pushButton_save_clicked()
+{
+    if (m_ui->checkBox_allSettings->isChecked()) {
+        backUpEverything();
+        return;
+    }
+    const QStringList identifiers = selectedIdentifiers();
+    if (identifiers.isEmpty()) {
+        return;
+    }
+    update();
+    const QPointer<ConfigSaveDlg> self(this);
+    saveConfigurations(identifiers);
+    if (self) {
+        m_ui->tableWidget_selectConfigs->setFocus();
+    }
+}
+
+void ConfigSaveDlg::on_pushButton_exit_clicked()
+{
+    // Whichever way the dialog is closed, it counts as accepted.
+    accept();
+}
+
+void ConfigSaveDlg::on_tableWidget_selectConfigs_itemSelectionChanged()
+{
+    const auto *table = m_ui->tableWidget_selectConfigs;
+    if (table->columnCount() == 0) {
+        return;
+    }
+    const int selectedRows = table->selectedItems().size() / table->columnCount();
+    m_ui->pushButton_clearSelection->setEnabled(selectedRows >= 1);
+    m_ui->pushButton_save->setEnabled(selectedRows >= 1);
+    m_ui->pushButton_selectAll->setEnabled(selectedRows < table->rowCount());
+}
+
+void ConfigSaveDlg::on_checkBox_allSettings_stateChanged(int state)
+{
+    const bool isBackup = state == Qt::Checked;
+    if (isBackup) {
+        m_ui->tableWidget_selectConfigs->selectAll();
+    }
+    m_ui->widget_selectConfigs->setEnabled(!isBackup);
+}
+
+void ConfigSaveDlg::fillTable()
+{
+    auto *table = m_ui->tableWidget_selectConfigs;
+    table->clearContents();
+    table->setRowCount(m_configurations.size());
+    for (int row = 0; row < m_configurations.size(); ++row) {
+        const ConfigEntry &entry = m_configurations.at(row);
+        table->setItem(row, DescriptionColumn, new QTableWidgetItem(entry.description));
+        table->setItem(row, OwnerColumn, new QTableWidgetItem(entry.owner));
+        table->setItem(row, IdentifierColumn, new QTableWidgetItem(entry.identifier));
+    }
+}
+
+void ConfigSaveDlg::showAvailability(bool isAvailable)
+{
+    m_ui->label_error->setText(
+        isAvailable ? QString() : tr("<b><font color=red>No configuration available!</font></b>"));
+    m_ui->label_error->setVisible(!isAvailable);
+    m_ui->label_selectConfigs->setEnabled(isAvailable);
+    m_ui->tableWidget_selectConfigs->setEnabled(isAvailable);
+    m_ui->pushButton_selectAll->setEnabled(isAvailable);
+    m_ui->pushButton_clearSelection->setEnabled(isAvailable);
+    m_ui->pushButton_save->setEnabled(isAvailable);
+}
+
+QStringList ConfigSaveDlg::selectedIdentifiers() const
+{
+    const auto *table = m_ui->tableWidget_selectConfigs;
+    // The list may have been replaced while the dialog shows the one before.
+    const int rows = qMin(table->rowCount(), m_configurations.size());
+    QStringList identifiers;
+    for (int row = 0; row < rows; ++row) {
+        const QTableWidgetItem *item = table->item(row, DescriptionColumn);
+        if (item && item->isSelected()) {
+            identifiers << m_configurations.at(row).identifier;
+        }
+    }
+    return identifiers;
+}
+
+void ConfigSaveDlg::saveConfigurations(const QStringList &identifiers)
+{
+    const QString choice = FileDialog::saveFileName(
+        this, this, tr("Save configuration(s)"),
+        m_lastDirectory + QLatin1String("/configuration.dat"), tr("Configuration file (*.dat)"));
+    if (choice.isEmpty()) {
+        return;
+    }
+    const QString fileName = withExtension(choice.trimmed());
+    m_lastDirectory = QFileInfo(fileName).absolutePath();
+    ConfigurationSave(m_channel, this).run(identifiers, fileName);
+}
+
+void ConfigSaveDlg::backUpEverything()
+{
+    ManualBackup(m_channel, m_versions, this).run();
 }

@@ -115,6 +115,7 @@ private slots:
     void itemsBeyondNinetyNineAreNamed();
     void chunksOutOfOrderAreRefused_data();
     void chunksOutOfOrderAreRefused();
+    void nothingFollowsTheLastChunk();
     void aMissingChunkLeavesTheUploadIncomplete();
     void noiseIsNotRecognised();
     void aDamagedArchiveIsRefused();
@@ -289,6 +290,15 @@ void TestTransferCommands::chunksOutOfOrderAreRefused()
     QCOMPARE(answer(controller, "system upload " + arguments), expected);
 }
 
+void TestTransferCommands::nothingFollowsTheLastChunk()
+{
+    SimulatedController controller(smallState());
+    upload(controller, Archive::pack({{"new", "", "", ""}}));
+    QCOMPARE(answer(controller, "system upload 1 2 AAAA"),
+             QByteArray("refused: chunk 2 is not the next one"));
+    QCOMPARE(answer(controller, "system import available"), QByteArray("1 config"));
+}
+
 void TestTransferCommands::aMissingChunkLeavesTheUploadIncomplete()
 {
     SimulatedController controller(smallState());
@@ -374,10 +384,15 @@ void TestTransferCommands::importNeedsRoom()
     state.storeCapacity = state.usedBytes();
     SimulatedController controller(state);
     upload(controller,
-           Archive::pack({{"new", "", "", ""}, {"first", "", "", QByteArray(1001, 'x')}}));
+           Archive::pack({{"new", "", "", ""},
+                          {"first", "", "", QByteArray(1001, 'x')},
+                          {"second", "Bob", "Second one", QByteArray(1000, 'x')}}));
     const QByteArray full = "refused: the configuration store is full";
     QCOMPARE(answer(controller, "system import 'config' 'new'"), full);
     QCOMPARE(answer(controller, "system import 'config' 'first'"), full);
+    QVERIFY(controller.state() == state);
+    QCOMPARE(answer(controller, "system import 'config' 'second'"), done);
+    state.configurations[2].data = QByteArray(1000, 'x');
     QVERIFY(controller.state() == state);
 }
 

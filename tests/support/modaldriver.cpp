@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
+
 namespace {
 
 QString describe(QWidget *window)
@@ -120,17 +122,24 @@ void ModalDriver::expectFileDialog(const QString &caption, const QString &path,
 
 void ModalDriver::verify()
 {
-    for (const Step &step : qAsConst(m_steps)) {
-        m_problems << QStringLiteral("never seen: ") + step.name;
-    }
-    m_steps.clear();
-    if (!m_problems.isEmpty()) {
-        QTest::qFail(qPrintable(m_problems.join(QStringLiteral("; "))), __FILE__, __LINE__);
-        m_problems.clear();
+    const QStringList problems = takeProblems();
+    if (!problems.isEmpty()) {
+        QTest::qFail(qPrintable(problems.join(QStringLiteral("; "))), __FILE__, __LINE__);
     }
 }
 
-void ModalDriver::scheduleTick()
+QStringList ModalDriver::takeProblems()
+{
+    for (const Step &step : qAsConst(m_steps)) {
+        complain(QStringLiteral("never seen: ") + step.name);
+    }
+    m_steps.clear();
+    QStringList problems;
+    problems.swap(m_problems);
+    return problems;
+}
+
+void ModalDriver::scheduleTick() const
 {
     // A new timer for each tick: one that is being handled would not fire in the event loops of the
     // windows that its action opens.
@@ -140,11 +149,12 @@ void ModalDriver::scheduleTick()
 void ModalDriver::tick()
 {
     scheduleTick();
-    m_known.removeAll(QPointer<QWidget>());
-    QWidget *window = QApplication::activeModalWidget();
-    if (window && !m_known.contains(window)) {
-        m_known.append(window);
+    const QPointer<QWidget> window = QApplication::activeModalWidget();
+    if (window && !m_beingHandled.contains(window)) {
+        QApplication::setActiveWindow(window); // the window system has not come round to it yet
+        m_beingHandled.push(window);
         handle(window);
+        m_beingHandled.pop();
     }
 }
 

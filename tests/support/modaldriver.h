@@ -6,7 +6,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QQueue>
-#include <QSet>
+#include <QStack>
 #include <QStringList>
 
 #include <functional>
@@ -21,7 +21,8 @@ struct ExpectedBox
     QMessageBox::StandardButton answer = QMessageBox::Ok;
     QMessageBox::StandardButtons buttons = QMessageBox::Ok;
     QMessageBox::StandardButton defaultButton = QMessageBox::Ok;
-    std::optional<QWidget *> parent; ///< compared when given; nullptr means no parent
+    std::optional<QWidget *> parent =
+        std::nullopt; ///< compared when given; nullptr means no parent
 };
 
 /// Answers the modal windows that a test's actions open, in the order in which the test expects
@@ -51,6 +52,9 @@ public:
     /// Fails the test if anything went wrong or is left over, and forgets it.
     void verify();
 
+    /// What went wrong so far and what is left over, one sentence each, and forgets it.
+    QStringList takeProblems();
+
 private:
     struct Step
     {
@@ -59,12 +63,12 @@ private:
         std::function<void(QWidget *)> action;
     };
 
-    void scheduleTick();
+    void scheduleTick() const;
     void tick();
     void handle(QWidget *window);
     void complain(const QString &problem);
 
     QQueue<Step> m_steps;
-    QList<QPointer<QWidget>> m_known;
+    QStack<QPointer<QWidget>> m_beingHandled; ///< their actions run inside one another
     QStringList m_problems;
 };

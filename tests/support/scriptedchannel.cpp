@@ -52,9 +52,14 @@ void ScriptedChannel::failNth(int n, bool lasting)
     m_failureLasts = lasting;
 }
 
-void ScriptedChannel::whenSent(const QByteArray &command, std::function<void()> action)
+void ScriptedChannel::whenSent(const QByteArray &command, const std::function<void()> &action)
 {
-    m_actions.insert(command, std::move(action));
+    m_actions.insert(command, action);
+}
+
+void ScriptedChannel::whenPosted(const QByteArray &text, const std::function<void()> &action)
+{
+    m_postActions.insert(text, action);
 }
 
 QStringList ScriptedChannel::takeTrace()
@@ -87,6 +92,9 @@ int ScriptedChannel::postMessage(const char *category, const char *source, int l
     m_trace << line("postMessage",
                     QByteArray(category) + ' ' + source + ' ' + QByteArray::number(level) + ' '
                         + text);
+    if (const auto action = m_postActions.value(text)) {
+        action();
+    }
     return success;
 }
 

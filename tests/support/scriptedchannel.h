@@ -38,7 +38,9 @@ public:
     void failNth(int n, bool lasting = false);
 
     /// Runs @p action while @p command is being executed, before it is answered.
-    void whenSent(const QByteArray &command, std::function<void()> action);
+    void whenSent(const QByteArray &command, const std::function<void()> &action);
+    /// Runs @p action while the message or event @p text is being posted.
+    void whenPosted(const QByteArray &text, const std::function<void()> &action);
 
     /// Everything called so far, one line each: the operation's name, a blank, then the command or
     /// the arguments separated by blanks.
@@ -66,7 +68,8 @@ private:
 
     QStringList m_trace;
     QHash<QByteArray, QList<QByteArray>> m_answers;
-    QHash<QByteArray, std::function<void()>> m_actions;
+    QHash<QByteArray, std::function<void()>> m_actions;     ///< by command
+    QHash<QByteArray, std::function<void()>> m_postActions; ///< by text
     QSet<QByteArray> m_failing;
     QList<QPair<QByteArray, MessageReceiver *>> m_receivers;
     int m_commandCount = 0;

@@ -1,0 +1,164 @@
+#pragma once
+
+#include "hostapi/version.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+class IOManager;
+class QIODevice;
+class QXmlStreamReader;
+class QXmlStreamWriter;
+struct BackendVersions;
+
+/// Everything that brings a tracking controller back to a known state: who it is, its network
+/// settings, its cascade and all its configurations.
+///
+/// It is filled from a controller or from a backup document, and goes into a document or back onto
+/// a controller. Each backup or restore makes one of its own. Everything runs in the caller's
+/// thread; what talks to the controller blocks until it is done.
+///
+/// Failures are results, with one exception: whoever asks whether the controller is embedded may be
+/// thrown a std::runtime_error saying "connection error". It must be caught before it reaches an
+/// event loop.
+class FullBackup
+{
+public:
+    /// The most that is believed when the controller tells how many slots, slaves or items it has;
+    /// more counts as a failed query.
+    static constexpr int maxAnsweredNumber = 10000;
+
+    /// @p channel and @p versions are not owned and must outlive the backup.
+    FullBackup(IOManager *channel, BackendVersions *versions);
+    virtual ~FullBackup();
+    FullBackup(const FullBackup &) = delete;
+    FullBackup &operator=(const FullBackup &) = delete;
+
+    /// @name The document
+    /// XML 1.0 in UTF-8, with the root element "ZOR". Nothing here throws.
+    /// @{
+
+    /// Reads the document at @p path.
+    ///
+    /// Values that the document does not carry stay as they were, but for the slaves. A file that
+    /// is no such document at all may be read "successfully", with nothing in it;
+    /// validateBackupFile() tells. After a failure the record is partly filled and of no use.
+    /// @return false if the file cannot be opened, has something other than a backup inside its
+    /// root element, breaks off there, or costs more than any backup would to be read
+    bool readFromFile(const QString &path);
+
+    /// Writes the document to @p path, replacing what is there.
+    ///
+    /// Under that name there is the whole new document afterwards or, after a failed write, no file
+    /// at all. A process that is killed meanwhile leaves what was there before, and a file beside
+    /// it whose name has six more letters. (Where the folder is closed but the file is writable, it
+    /// is written in place, and being killed leaves it incomplete.)
+    /// @return false if the file cannot be opened, if a text has a character that XML cannot carry,
+    /// in both cases leaving everything as it was; or if writing failed
+    bool writeToFile(const QString &path) const;
+
+    /// @}
+    /// @name Collecting a backup from the controller
+    /// @{
+
+    /// Fills the record from the controller. May throw the connection error.
+    /// @return 1, or 0 if a step failed, which leaves the record partly filled
+    int collectFromController();
+
+    /// Tells whether the controller's network settings can be read and set. Throws the connection
+    /// error if the controller does not answer.
+    bool isControllerEmbedded();
+
+    /// Reads the slaves that are connected to the controller now.
+    /// @return false if a query failed; @p list holds what was read so far
+    bool readConnectedSlaves(QStringList *list);
+
+    /// Downloads all configurations into configData.
+    /// @return 0; -1 if the download cannot be started; -22 if it broke off, configData being empty
+    int downloadConfigData();
+
+    /// Ends a download that was left open.
+    /// @return true if the controller accepted that
+    bool cancelDownload();
+
+    /// @}
+    /// @name Restoring the controller
+    /// There is no way back: what a failed restore has already deleted or set stays so.
+    /// @{
+
+    /// Tells whether this backup may be restored onto the connected controller: the same model, and
+    /// no version older than the backup's. May throw the connection error.
+    /// @param embedded  if given, receives isControllerEmbedded()
+    bool isCompatibleWithController(bool *embedded = nullptr);
+
+    /// Writes the record onto the controller and announces that its configurations have changed.
+    /// Configurations that are not in the backup stay. May throw the connection error.
+    /// @param restoreNetwork     restore host name and address too, if the controller is embedded
+    /// @param failedSlaves       if given, the slaves that could not be reconnected are appended;
+    ///                           each of them is reported to the host as well
+    /// @param reconnectedSlaves  if given, the slaves that are connected now are appended
+    /// @return false if a step failed; the controller is left as far as it got. A slave that is not
+    /// reconnected is no failure
+    bool restoreToController(bool restoreNetwork, QStringList *failedSlaves = nullptr,
+                             QStringList *reconnectedSlaves = nullptr);
+
+    /// Uploads configData. A failure does not show here, but in the import items missing later.
+    /// @return 0
+    int uploadConfigData();
+
+    /// Reads which configurations of the last upload the controller offers to import, the base item
+    /// first and only where the controller can import it.
+    /// @return false if the controller does not offer any configurations
+    bool readImportItems(QStringList *list);
+
+    /// Ends an upload that was left open.
+    /// @return true if the controller accepted that
+    bool cancelUpload();
+
+    /// @}
+
+private:
+    IOManager *m_channel;
+    BackendVersions *m_versions;
+
+public:
+    /// @name The record
+    /// Texts are as the controller answered them, decoded as UTF-8.
+    /// @{
+    QString name;        ///< host name
+    QString serial;      ///< serial number
+    Version ptVersion;   ///< of the tracking software
+    Version ctVersion;   ///< of the firmware
+    QString systemModel; ///< model designation
+    QStringList slaves;  ///< of the cascade, in order
+    QString net;         ///< network setting, in the controller's own words
+    QString domain;      ///< this and the next two are "none" if the controller is not embedded
+    QString nameServer;
+    QString ntpServer;
+    QString activeConfig;  ///< identifier of the active configuration
+    QByteArray configData; ///< all configurations, in the controller's own format
+    /// @}
+
+private:
+    bool isRepresentableInXml() const;
+    bool writeToDevice(const QString &path) const;
+    bool writeDocument(QIODevice *device) const;
+    bool write_ZORControllerInfo_toFile(QXmlStreamWriter &xml) const;
+    static bool write_ZORBackupInfo_toFile(QXmlStreamWriter &xml);
+    bool write_ZORBackupData_toFile(QXmlStreamWriter &xml) const;
+
+    bool read_ZOR_fromFile(QXmlStreamReader &xml);
+    bool read_ZORFileInfo_fromFile(QXmlStreamReader &xml);
+    bool read_ZORControllerInfo_fromFile(QXmlStreamReader &xml);
+    bool read_ZORBackupInfo_fromFile(QXmlStreamReader &xml);
+    bool read_ZORBackupData_fromFile(QXmlStreamReader &xml);
+    bool read_ZORXQUSlaves_fromFile(QXmlStreamReader &xml);
+
+    bool readIdentity();
+    bool readNetworkSettings();
+    bool prepareDownload();
+    void prepareSlot(int slot);
+    bool downloadChunks();
+    bool ask(const char *query, QString *text);
+};

@@ -1,0 +1,200 @@
+#include "backup/fullbackup.h"
+
+#include "backup/documentguard.h"
+#include "backup/version.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <functional>
+#include <initializer_list>
+#include <optional>
+
+namespace {
+
+struct Child
+{
+    const char *name;
+    std::function<bool()> read; // called at the child's start tag
+};
+
+// The document may end or break off anywhere.
+bool advance(QXmlStreamReader &xml)
+{
+    xml.readNext();
+    return !xml.atEnd();
+}
+
+bool readChild(QXmlStreamReader &xml, const char *element, std::initializer_list<Child> children)
+{
+    const auto *const child =
+        std::find_if(children.begin(), children.end(), [&xml](const Child &candidate) {
+            return xml.name() == QLatin1String(candidate.name);
+        });
+    if (child == children.end()) {
+        qDebug().nospace().noquote() << "Invalid " << element << " token " << xml.name();
+        return false;
+    }
+    return child->read();
+}
+
+bool readElement(QXmlStreamReader &xml, const char *element, std::initializer_list<Child> children)
+{
+    const QLatin1String name(element);
+    if (!xml.isStartElement() || xml.name() != name) {
+        return false;
+    }
+    while (!xml.isEndElement() || xml.name() != name) {
+        if (!advance(xml)) {
+            return false;
+        }
+        if (xml.isStartElement() && !readChild(xml, element, children)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// An element without content fails, although the writer makes such elements of empty texts: a
+// backup with anything missing is not restored.
+bool readText(QXmlStreamReader &xml, QString *text)
+{
+    if (!advance(xml) || !xml.isCharacters()) {
+        return false;
+    }
+    *text = xml.text().toString();
+    return true;
+}
+
+bool readFixedText(QXmlStreamReader &xml, const char *expected)
+{
+    QString text;
+    return readText(xml, &text) && text == QLatin1String(expected);
+}
+
+bool readVersion(QXmlStreamReader &xml, Version *version)
+{
+    QString text;
+    if (!readText(xml, &text)) {
+        return false;
+    }
+    bool isVersion = false;
+    *version = parseVersion(text, &isVersion);
+    return isVersion;
+}
+
+bool readFormatVersion(QXmlStreamReader &xml)
+{
+    Version version;
+    return readVersion(xml, &version) && version == Version{1, 0, 0};
+}
+
+bool readConfigData(QXmlStreamReader &xml, QByteArray *configData)
+{
+    if (!advance(xml) || !xml.isCDATA()) {
+        return false;
+    }
+    *configData = QByteArray::fromBase64(xml.text().toLatin1());
+    return true;
+}
+
+bool reported(bool isRead, const char *reader)
+{
+    if (!isRead) {
+        qDebug().nospace() << reader << "() failed";
+    }
+    return isRead;
+}
+
+} // namespace
+
+bool FullBackup::readFromFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    slaves.clear();
+    const std::optional<QByteArray> document = DocumentGuard::read(&file);
+    if (!document) {
+        return false;
+    }
+    QXmlStreamReader xml(*document);
+    while (advance(xml)) {
+        if (xml.isStartElement() && xml.name() == QLatin1String("ZOR") && !read_ZOR_fromFile(xml)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool FullBackup::read_ZOR_fromFile(QXmlStreamReader &xml)
+{
+    return readElement(
+        xml, "ZOR",
+        {{"ZORFileInfo",
+          [&] { return reported(read_ZORFileInfo_fromFile(xml), "read_ZORFileInfo_fromFile"); }},
+         {"ZORControllerInfo",
+          [&] {
+              return reported(read_ZORControllerInfo_fromFile(xml),
+                              "read_ZORControllerInfo_fromFile");
+          }},
+         {"ZORBackupInfo",
+          [&] {
+              return reported(read_ZORBackupInfo_fromFile(xml), "read_ZORBackupInfo_fromFile");
+          }},
+         {"ZORBackupData", [&] {
+              return reported(read_ZORBackupData_fromFile(xml), "read_ZORBackupData_fromFile");
+          }}});
+}
+
+bool FullBackup::read_ZORFileInfo_fromFile(QXmlStreamReader &xml)
+{
+    return readElement(xml, "ZORFileInfo",
+                       {{"filetype", [&] { return readFixedText(xml, "ZORBackup"); }},
+                        {"version", [&] { return readFormatVersion(xml); }}});
+}
+
+bool FullBackup::read_ZORControllerInfo_fromFile(QXmlStreamReader &xml)
+{
+    return readElement(xml, "ZORControllerInfo",
+                       {{"name", [&] { return readText(xml, &name); }},
+                        {"serial", [&] { return readText(xml, &serial); }},
+                        {"ptVersion", [&] { return readVersion(xml, &ptVersion); }},
+                        {"ctVersion", [&] { return readVersion(xml, &ctVersion); }},
+                        {"systemModel", [&] { return readText(xml, &systemModel); }}});
+}
+
+bool FullBackup::read_ZORBackupInfo_fromFile(QXmlStreamReader &xml)
+{
+    return readElement(xml, "ZORBackupInfo",
+                       {{"type", [&] { return readFixedText(xml, "XQUFull"); }},
+                        {"version", [&] { return readFormatVersion(xml); }},
+                        {"creationDate", [] { return true; }}});
+}
+
+bool FullBackup::read_ZORBackupData_fromFile(QXmlStreamReader &xml)
+{
+    return readElement(xml, "ZORBackupData",
+                       {{"net", [&] { return readText(xml, &net); }},
+                        {"domain", [&] { return readText(xml, &domain); }},
+                        {"nameServer", [&] { return readText(xml, &nameServer); }},
+                        {"ntpServer", [&] { return readText(xml, &ntpServer); }},
+                        {"slaves", [&] { return read_ZORXQUSlaves_fromFile(xml); }},
+                        {"activeConfig", [&] { return readText(xml, &activeConfig); }},
+                        {"configData", [&] { return readConfigData(xml, &configData); }}});
+}
+
+bool FullBackup::read_ZORXQUSlaves_fromFile(QXmlStreamReader &xml)
+{
+    return readElement(xml, "slaves", {{"slave", [&] {
+                                            QString slave;
+                                            if (!readText(xml, &slave)) {
+                                                return false;
+                                            }
+                                            slaves.append(slave);
+                                            return true;
+                                        }}});
+}

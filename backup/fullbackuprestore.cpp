@@ -1,0 +1,50 @@
+#include "backup/fullbackup.h"
+
+#include "backup/restoreprocedure.h"
+#include "channel/identifiers.h"
+#include "channel/importitem.h"
+#include "channel/transferencoding.h"
+#include "channel/versiongate.h"
+#include "hostapi/backendversions.h"
+#include "hostapi/iomanager.h"
+
+bool FullBackup::restoreToController(bool restoreNetwork, QStringList *failedSlaves,
+                                     QStringList *reconnectedSlaves)
+{
+    return RestoreProcedure(this, m_channel, failedSlaves, reconnectedSlaves).run(restoreNetwork);
+}
+
+int FullBackup::uploadConfigData()
+{
+    constexpr int chunkSize = TransferEncoding::chunkSize;
+    const int chunks = (configData.size() + chunkSize - 1) / chunkSize;
+    m_channel->sendCommand("system upload cancel");
+    for (int chunk = 1; chunk <= chunks; ++chunk) {
+        const QByteArray bytes = configData.mid((chunk - 1) * chunkSize, chunkSize);
+        if (m_channel->sendCommand("system upload %d %d %s", chunks, chunk,
+                                   TransferEncoding::encode(bytes).constData())
+            != 0) {
+            break;
+        }
+    }
+    return 0; // a broken upload shows in the import items
+}
+
+bool FullBackup::readImportItems(QStringList *list)
+{
+    ImportItemList items;
+    if (queryImportItems(m_channel, &items) != ImportOffer::Read) {
+        return false;
+    }
+    list->clear();
+    for (const ImportItem &item : qAsConst(items)) {
+        // Decoded like the identifiers in the record, with which they are compared.
+        const QString identifier = QString::fromUtf8(item.identifier.toLatin1());
+        if (identifier != QLatin1String(Identifiers::base)) {
+            list->append(identifier);
+        } else if (VersionGate::importsBaseItem(m_versions->interfaceVersion)) {
+            list->prepend(identifier);
+        }
+    }
+    return true;
+}

@@ -1,0 +1,177 @@
+#include "backup/fullbackup.h"
+
+#include "backup/version.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QXmlStreamWriter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int oneTabPerLevel = -1;
+
+// What XML 1.0 calls a character, of those that are no surrogates.
+bool isXmlCharacter(QChar character)
+{
+    const ushort unit = character.unicode();
+    return unit == '\t' || unit == '\n' || unit == '\r'
+        || (unit >= 0x20 && unit < 0xfffe && !character.isSurrogate());
+}
+
+bool isXmlText(const QString &text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const bool isPair =
+            text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (isPair) {
+            ++i;
+        } else if (!isXmlCharacter(text.at(i))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void writeText(QXmlStreamWriter &xml, const QString &element, const QString &text)
+{
+    xml.writeStartElement(element);
+    bool isFirst = true;
+    for (const QString &part : text.split(QLatin1Char('\r'))) {
+        if (!isFirst) {
+            // Written as it is, a carriage return would be read back as a line feed.
+            xml.writeEntityReference(QStringLiteral("#13"));
+        }
+        xml.writeCharacters(part);
+        isFirst = false;
+    }
+    xml.writeEndElement();
+}
+
+} // namespace
+
+bool FullBackup::writeToFile(const QString &path) const
+{
+    if (path.isEmpty() || !isRepresentableInXml()) {
+        return false;
+    }
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile()) {
+        return writeToDevice(path);
+    }
+    QSaveFile file(path);
+    file.setDirectWriteFallback(true);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    // commit() does not tell of a failure to flush, nor of any when the file is written in place.
+    const bool isWritten = writeDocument(&file) && file.flush();
+    if (!isWritten) {
+        file.cancelWriting();
+    }
+    if (file.commit() && isWritten) {
+        return true;
+    }
+    // An older file goes too: whatever has this name after a failure would pass for the backup that
+    // was asked for. What cannot be removed is at least no half backup.
+    if (!QFile::remove(path)) {
+        QFile::resize(path, 0);
+    }
+    return false;
+}
+
+// Replacing a device by a file would take it away from the whole system.
+bool FullBackup::writeToDevice(const QString &path) const
+{
+    QFile device(path);
+    if (!device.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    const bool isWritten = writeDocument(&device) && device.flush();
+    device.close();
+    if (isWritten && device.error() == QFileDevice::NoError) {
+        return true;
+    }
+    if (QFileInfo(path).isSymLink()) {
+        QFile::remove(path);
+    }
+    return false;
+}
+
+bool FullBackup::isRepresentableInXml() const
+{
+    const QStringList texts =
+        QStringList{name, serial, systemModel, net, domain, nameServer, ntpServer, activeConfig}
+        + slaves;
+    return std::all_of(texts.begin(), texts.end(), isXmlText);
+}
+
+bool FullBackup::writeDocument(QIODevice *device) const
+{
+    QXmlStreamWriter xml(device);
+    xml.setCodec("UTF-8");
+    xml.setAutoFormatting(true);
+    xml.setAutoFormattingIndent(oneTabPerLevel);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("ZOR"));
+
+    xml.writeStartElement(QStringLiteral("ZORFileInfo"));
+    writeText(xml, QStringLiteral("filetype"), QStringLiteral("ZORBackup"));
+    writeText(xml, QStringLiteral("version"), QStringLiteral("v1.0.0"));
+    xml.writeEndElement();
+
+    bool isWritten = write_ZORControllerInfo_toFile(xml);
+    isWritten = write_ZORBackupInfo_toFile(xml) && isWritten;
+    isWritten = write_ZORBackupData_toFile(xml) && isWritten;
+
+    xml.writeEndElement();
+    xml.writeEndDocument();
+    return isWritten && !xml.hasError();
+}
+
+bool FullBackup::write_ZORControllerInfo_toFile(QXmlStreamWriter &xml) const
+{
+    xml.writeStartElement(QStringLiteral("ZORControllerInfo"));
+    writeText(xml, QStringLiteral("name"), name);
+    writeText(xml, QStringLiteral("serial"), serial);
+    writeText(xml, QStringLiteral("ptVersion"), versionToString(ptVersion));
+    writeText(xml, QStringLiteral("ctVersion"), versionToString(ctVersion));
+    writeText(xml, QStringLiteral("systemModel"), systemModel);
+    xml.writeEndElement();
+    return !xml.hasError();
+}
+
+bool FullBackup::write_ZORBackupInfo_toFile(QXmlStreamWriter &xml)
+{
+    const QString now =
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+    xml.writeStartElement(QStringLiteral("ZORBackupInfo"));
+    writeText(xml, QStringLiteral("type"), QStringLiteral("XQUFull"));
+    writeText(xml, QStringLiteral("version"), QStringLiteral("v1.0.0"));
+    writeText(xml, QStringLiteral("creationDate"), now);
+    xml.writeEndElement();
+    return !xml.hasError();
+}
+
+bool FullBackup::write_ZORBackupData_toFile(QXmlStreamWriter &xml) const
+{
+    xml.writeStartElement(QStringLiteral("ZORBackupData"));
+    writeText(xml, QStringLiteral("net"), net);
+    writeText(xml, QStringLiteral("domain"), domain);
+    writeText(xml, QStringLiteral("nameServer"), nameServer);
+    writeText(xml, QStringLiteral("ntpServer"), ntpServer);
+    xml.writeStartElement(QStringLiteral("slaves"));
+    for (const QString &slave : slaves) {
+        writeText(xml, QStringLiteral("slave"), slave);
+    }
+    xml.writeEndElement();
+    writeText(xml, QStringLiteral("activeConfig"), activeConfig);
+    xml.writeStartElement(QStringLiteral("configData"));
+    xml.writeCDATA(QString::fromLatin1(configData.toBase64()));
+    xml.writeEndElement();
+    xml.writeEndElement();
+    return !xml.hasError();
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+class IOManager;
+
+/// One configuration that the controller found in what was uploaded to it.
+struct ImportItem
+{
+    QString identifier;  ///< what the import is asked for with; Identifiers::base for the base
+    QString owner;       ///< may be empty
+    QString description; ///< may be empty
+};
+
+using ImportItemList = QVector<ImportItem>;
+
+/// Reads how the controller describes one item: its identifier, then owner and description, each in
+/// single quotes and with a blank before it.
+///
+///     config20240305140709123 'Lab 2' 'north wall'
+///
+/// An owner or description that itself holds a blank followed by a single quote is cut there; any
+/// other single quote is lost. A line without quotes is an identifier alone.
+ImportItem parseImportItem(const QString &line);
+
+/// What became of the question for the items.
+enum class ImportOffer {
+    Read,             ///< the items are listed
+    NoAnswer,         ///< the controller did not answer
+    NotConfigurations ///< what was uploaded does not hold configurations
+};
+
+/// Asks the controller what the data uploaded before holds, and lists it in the controller's order,
+/// the base configuration included.
+///
+/// The controller announces the number of items and describes them one by one. An item that it does
+/// not describe when asked stands in the list with the answer before; only after @ref
+/// maxUnanswered such items in a row the rest is given up. An announcement of more than @ref
+/// maxImportItems is not believed.
+///
+/// @param items  replaced when the result is Read, left alone otherwise
+ImportOffer queryImportItems(IOManager *channel, ImportItemList *items);
+
+/// Far beyond what any controller stores, near enough to be asked for.
+inline constexpr int maxImportItems = 10000;
+
+/// Nobody is there any more after so many queries without an answer.
+inline constexpr int maxUnanswered = 100;

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class IOManager;
+namespace Ui {
+class LockConfigurationDialog;
+}
+
+/// Protects the controller's active configuration with a password, typed twice.
+///
+/// The controller's verdict is not asked for: the list that opened the dialog reads the state again
+/// afterwards.
+class LockConfigDlg : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// @p channel is not owned and must outlive the dialog.
+    LockConfigDlg(IOManager *channel, QWidget *parent);
+    ~LockConfigDlg() override;
+
+public slots:
+    /// Shows the description of @p config_id, which is the active configuration.
+    /// @return QDialog's result code
+    int update_and_exec(QString config_id);
+
+private slots: // connected by name in setupUi(), never by hand
+    void on_pushButton_ok_clicked();
+
+private:
+    const std::unique_ptr<Ui::LockConfigurationDialog> m_ui;
+    IOManager *m_channel;
+    QString m_configId; ///< what is shown; the password itself goes to the active configuration
+};

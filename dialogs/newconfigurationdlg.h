@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class IOManager;
+namespace Ui {
+class NewConfigurationDialog;
+}
+
+/// Creates a configuration on the controller, as a clone of the active one or with default values.
+///
+/// The controller makes the new configuration the active one; it has no password. The dialog does
+/// not ask whether its commands succeed: it always sends them all, closes and announces the change,
+/// and the list that opened it shows what has become of them.
+class NewConfigurationDlg : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// @p channel is not owned and must outlive the dialog.
+    NewConfigurationDlg(IOManager *channel, QWidget *parent);
+    ~NewConfigurationDlg() override;
+
+public slots:
+    /// @return QDialog::Accepted once the configuration was to be created, QDialog::Rejected when
+    /// the user gave up
+    int update_and_exec();
+
+private slots: // connected by name in setupUi(), never by hand
+    void on_pushButton_create_clicked();
+
+private:
+    void createConfiguration();
+    void describeConfiguration();
+
+    const std::unique_ptr<Ui::NewConfigurationDialog> m_ui;
+    IOManager *m_channel;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class IOManager;
+namespace Ui {
+class UnlockConfigurationDialog;
+}
+
+/// Removes the password of the controller's active configuration, given that password or the
+/// controller's super password.
+///
+/// The password is removed only once the controller has found the configuration changeable; after a
+/// wrong one the user may try again as often as wanted.
+class UnlockConfigDlg : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// @p channel is not owned and must outlive the dialog.
+    UnlockConfigDlg(IOManager *channel, QWidget *parent);
+    ~UnlockConfigDlg() override;
+
+public slots:
+    /// Shows the description of @p config_id, which is the active configuration.
+    /// @return QDialog's result code
+    int update_and_exec(QString config_id);
+
+private slots: // connected by name in setupUi(), never by hand
+    void on_pushButton_ok_clicked();
+
+private:
+    void presentPassword(bool isSuper);
+    void removePassword(bool isSuper);
+    void refusePassword(bool isSuper);
+
+    const std::unique_ptr<Ui::UnlockConfigurationDialog> m_ui;
+    IOManager *m_channel;
+    QString m_configId; ///< what is shown; the password itself goes to the active configuration
+};

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "hostapi/moduleinterface.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+class ChangeConfigurationDlg;
+class IOManager;
+struct BackendVersions;
+
+/// What the host loads: hands the host's objects to the list dialog and offers the menu action that
+/// opens it.
+///
+/// A property that was never set or has the wrong type is harmless: commands then fail, versions
+/// count as not given.
+class ConfigurationsModule : public QObject, public ModuleInterface
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "com.zor.Veltra2.ConfigurationsModule")
+    Q_INTERFACES(ModuleInterface)
+
+public:
+    ConfigurationsModule();
+    ~ConfigurationsModule() override;
+
+    void hook() override;
+    void release() override;
+    QString moduleName() override;
+    QString moduleVersion() override;
+    /// One action, unless the host only observes. The first call builds the list dialog, which
+    /// contacts the controller.
+    QList<ModuleMenuEntry *> menuEntries() override;
+    /// Known names: "CommandManager", "ModuleParent", "BackendVersions" and "ObserverMode".
+    void setProperty(QString name, QVariant value) override;
+
+private:
+    bool createDialog();
+    QAction *createAction();
+
+    QPointer<QWidget> m_moduleParent;
+    QList<ModuleMenuEntry *> m_menuEntries; ///< empty, or just the one below
+    ModuleMenuEntry m_menuEntry;
+    QPointer<ChangeConfigurationDlg> m_dialog; ///< gone when the host destroys the module parent
+    IOManager *m_commandChannel = nullptr;
+    BackendVersions *m_backendVersions = nullptr;
+    bool m_isObserver = false;
+};

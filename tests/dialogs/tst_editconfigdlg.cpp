@@ -1,0 +1,439 @@
+#include "dialogs/editconfigdlg.h"
+#include "tests/support/modaldriver.h"
+#include "tests/support/scriptedchannel.h"
+#include "tests/support/testmain.h"
+#include "tests/support/userinput.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QtTest>
+
+using UserInput::click;
+using UserInput::focusOf;
+using UserInput::named;
+using UserInput::press;
+using UserInput::textOf;
+using UserInput::type;
+
+using Action = std::function<void(QDialog *)>;
+Q_DECLARE_METATYPE(Action)
+
+namespace {
+
+const QStringList reading{
+    "queryString config owner_of_config hall",
+    "queryString config desc_of_config hall",
+};
+
+QStringList editing(const QString &owner, const QString &description)
+{
+    return reading
+        + QStringList{
+            "sendCommand config active_config hall",
+            "sendCommand config owner \"" + owner + '"',
+            "sendCommand config desc \"" + description + '"',
+            ScriptedChannel::announced(),
+        };
+}
+
+void clickOk(QDialog *dialog)
+{
+    click(dialog, "pushButton_ok");
+}
+
+} // namespace
+
+class TestEditConfigDlg : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void theFormIsAsDesigned();
+    void everyWidgetIsAsDesigned_data();
+    void everyWidgetIsAsDesigned();
+    void theDescriptionHasTheFocus();
+    void theTabKeyLeadsThroughTheForm();
+
+    void itShowsWhatTheControllerStores();
+    void aFieldThatIsNotAnsweredStaysEmpty_data();
+    void aFieldThatIsNotAnsweredStaysEmpty();
+    void storedQuotesAreNeitherShownNorSentBack();
+    void okSendsBothFields();
+    void okWithoutChangesSendsEverythingAllTheSame();
+    void theEnterKeyMeansOk();
+    void givingUpChangesNothing_data();
+    void givingUpChangesNothing();
+    void anEmptyDescriptionIsRefusedAndTheInputStays();
+    void blanksAreADescription();
+
+    void everyCommandIsSentWhateverFails_data();
+    void everyCommandIsSentWhateverFails();
+    void theEventPrecedesTheClosing();
+
+    void onlyPermittedCharactersCanBeTyped_data();
+    void onlyPermittedCharactersCanBeTyped();
+    void noQuoteIsEverSentBack();
+    void aHundredCharactersAreTheLimit();
+    void theIdentifierCannotBeEdited();
+    void theHostMayDestroyItUnderTheWarning();
+
+private:
+    int runDialog(const Action &action);
+
+    std::unique_ptr<ScriptedChannel> m_channel;
+    std::unique_ptr<ModalDriver> m_driver;
+};
+
+void TestEditConfigDlg::init()
+{
+    m_channel = std::make_unique<ScriptedChannel>();
+    m_channel->answer("config owner_of_config hall", "\"operator\"");
+    m_channel->answer("config desc_of_config hall", "\"main hall\"");
+    m_driver = std::make_unique<ModalDriver>();
+}
+
+void TestEditConfigDlg::cleanup()
+{
+    m_driver->verify();
+    QCOMPARE(QApplication::topLevelWidgets().size(), 0);
+}
+
+int TestEditConfigDlg::runDialog(const Action &action)
+{
+    m_driver->expectDialog("EditConfigDialog", action);
+    EditConfigDlg dialog(m_channel.get(), nullptr);
+    return dialog.update_and_exec("hall");
+}
+
+void TestEditConfigDlg::theFormIsAsDesigned()
+{
+    const EditConfigDlg dialog(m_channel.get(), nullptr);
+    QCOMPARE(dialog.windowTitle(), "Edit Configuration");
+    QCOMPARE(dialog.whatsThis(), "Edit selected configuration");
+    QCOMPARE(dialog.size(), QSize(400, 156));
+    QCOMPARE(named<QLabel>(&dialog, "label")->buddy()->objectName(), "lineEdit_desc");
+    QCOMPARE(named<QLabel>(&dialog, "label_2")->buddy()->objectName(), "lineEdit_owner");
+    QCOMPARE(named<QLabel>(&dialog, "label_configId")->buddy()->objectName(), "lineEdit_configId");
+    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->maxLength(), 100);
+    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_owner")->maxLength(), 100);
+    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->validator(),
+             named<QLineEdit>(&dialog, "lineEdit_owner")->validator());
+    QVERIFY(named<QLineEdit>(&dialog, "lineEdit_configId")->isReadOnly());
+    QCOMPARE(named<QFrame>(&dialog, "line")->frameShape(), QFrame::HLine);
+    QVERIFY(named<QPushButton>(&dialog, "pushButton_ok")->autoDefault());
+    QVERIFY(!named<QPushButton>(&dialog, "pushButton_2")->autoDefault());
+    QVERIFY(dialog.findChild<QVBoxLayout *>("verticalLayout"));
+    QVERIFY(dialog.findChild<QGridLayout *>("gridLayout"));
+    QVERIFY(dialog.findChild<QHBoxLayout *>("horizontalLayout"));
+}
+
+void TestEditConfigDlg::everyWidgetIsAsDesigned_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("whatsThis");
+    const QString identifier = "Config ID of the configuration";
+    QTest::newRow("label") << "QLabel"
+                           << "&description"
+                           << "Edit description of the configuration";
+    QTest::newRow("lineEdit_desc") << "QLineEdit"
+                                   << ""
+                                   << "Edit the description of the configuration";
+    QTest::newRow("label_2") << "QLabel"
+                             << "&owner"
+                             << "Edit owner of the configuration";
+    QTest::newRow("lineEdit_owner") << "QLineEdit"
+                                    << ""
+                                    << "Edit the owner of the configuration";
+    QTest::newRow("label_configId") << "QLabel"
+                                    << "&ID" << identifier;
+    QTest::newRow("lineEdit_configId") << "QLineEdit"
+                                       << "" << identifier;
+    QTest::newRow("line") << "QFrame"
+                          << ""
+                          << "";
+    QTest::newRow("pushButton_ok") << "QPushButton"
+                                   << "OK"
+                                   << "Accept changes and close";
+    QTest::newRow("pushButton_2") << "QPushButton"
+                                  << "Cancel"
+                                  << "Discard changes and close";
+}
+
+void TestEditConfigDlg::everyWidgetIsAsDesigned()
+{
+    QFETCH(const QString, kind);
+    QFETCH(const QString, text);
+    QFETCH(const QString, whatsThis);
+    const EditConfigDlg dialog(m_channel.get(), nullptr);
+    const QWidget *widget = UserInput::widgetNamed(&dialog, QTest::currentDataTag());
+    QCOMPARE(QString(widget->metaObject()->className()), kind);
+    QCOMPARE(widget->property("text").toString(), text);
+    QCOMPARE(widget->whatsThis(), whatsThis);
+}
+
+void TestEditConfigDlg::theDescriptionHasTheFocus()
+{
+    QString focused;
+    runDialog([&focused](QDialog *dialog) {
+        focused = focusOf(dialog);
+        dialog->reject();
+    });
+    QCOMPARE(focused, "lineEdit_desc");
+}
+
+void TestEditConfigDlg::theTabKeyLeadsThroughTheForm()
+{
+    QStringList visited;
+    runDialog([&visited](QDialog *dialog) {
+        for (int i = 0; i < 5; ++i) {
+            press(dialog, Qt::Key_Tab);
+            visited << focusOf(dialog);
+        }
+        dialog->reject();
+    });
+    QCOMPARE(visited,
+             QStringList({"lineEdit_owner", "lineEdit_configId", "pushButton_ok", "pushButton_2",
+                          "lineEdit_desc"}));
+}
+
+void TestEditConfigDlg::itShowsWhatTheControllerStores()
+{
+    QStringList shown;
+    runDialog([&shown](QDialog *dialog) {
+        shown << textOf(dialog, "lineEdit_desc") << textOf(dialog, "lineEdit_owner")
+              << textOf(dialog, "lineEdit_configId");
+        dialog->reject();
+    });
+    QCOMPARE(shown, QStringList({"main hall", "operator", "hall"}));
+}
+
+void TestEditConfigDlg::aFieldThatIsNotAnsweredStaysEmpty_data()
+{
+    QTest::addColumn<int>("failing");
+    QTest::addColumn<QStringList>("shown");
+    QTest::newRow("owner") << 1 << QStringList{"main hall", ""};
+    QTest::newRow("description") << 2 << QStringList{"", "operator"};
+}
+
+void TestEditConfigDlg::aFieldThatIsNotAnsweredStaysEmpty()
+{
+    QFETCH(const int, failing);
+    QFETCH(const QStringList, shown);
+    m_channel->failNth(failing);
+    QStringList actual;
+    runDialog([&actual](QDialog *dialog) {
+        actual << textOf(dialog, "lineEdit_desc") << textOf(dialog, "lineEdit_owner");
+        dialog->reject();
+    });
+    QCOMPARE(actual, shown);
+    QCOMPARE(m_channel->trace(), reading);
+}
+
+void TestEditConfigDlg::storedQuotesAreNeitherShownNorSentBack()
+{
+    m_channel->answer("config owner_of_config hall", R"("the ""operator")");
+    m_channel->answer("config desc_of_config hall", R"("main "large" hall")");
+    QStringList shown;
+    runDialog([&shown](QDialog *dialog) {
+        shown << textOf(dialog, "lineEdit_desc") << textOf(dialog, "lineEdit_owner");
+        clickOk(dialog);
+    });
+    QCOMPARE(shown, QStringList({"main large hall", "the operator"}));
+    QCOMPARE(m_channel->trace(), editing("the operator", "main large hall"));
+}
+
+void TestEditConfigDlg::okSendsBothFields()
+{
+    const int result = runDialog([](QDialog *dialog) {
+        type(dialog, "lineEdit_desc", ", 2 cameras");
+        type(dialog, "lineEdit_owner", " A");
+        clickOk(dialog);
+    });
+    QCOMPARE(result, int(QDialog::Accepted));
+    QCOMPARE(m_channel->trace(), editing("operator A", "main hall, 2 cameras"));
+}
+
+void TestEditConfigDlg::okWithoutChangesSendsEverythingAllTheSame()
+{
+    QCOMPARE(runDialog(clickOk), int(QDialog::Accepted));
+    QCOMPARE(m_channel->trace(), editing("operator", "main hall"));
+}
+
+void TestEditConfigDlg::theEnterKeyMeansOk()
+{
+    QCOMPARE(runDialog([](QDialog *dialog) { press(dialog, Qt::Key_Return); }),
+             int(QDialog::Accepted));
+    QCOMPARE(m_channel->trace(), editing("operator", "main hall"));
+}
+
+void TestEditConfigDlg::givingUpChangesNothing_data()
+{
+    QTest::addColumn<Action>("giveUp");
+    QTest::newRow("Cancel") << Action([](QDialog *dialog) { click(dialog, "pushButton_2"); });
+    QTest::newRow("Escape") << Action([](QDialog *dialog) { press(dialog, Qt::Key_Escape); });
+    QTest::newRow("close button") << Action([](QDialog *dialog) { dialog->close(); });
+}
+
+void TestEditConfigDlg::givingUpChangesNothing()
+{
+    QFETCH(const Action, giveUp);
+    const int result = runDialog([&giveUp](QDialog *dialog) {
+        type(dialog, "lineEdit_desc", " and more");
+        giveUp(dialog);
+    });
+    QCOMPARE(result, int(QDialog::Rejected));
+    QCOMPARE(m_channel->trace(), reading);
+}
+
+void TestEditConfigDlg::anEmptyDescriptionIsRefusedAndTheInputStays()
+{
+    ExpectedBox warning;
+    warning.icon = QMessageBox::Warning;
+    warning.title = "Warning";
+    warning.text = "Configuration description must not be empty.";
+    warning.parent = nullptr;
+
+    QString ownerAfterWarning;
+    QStringList traceAfterWarning;
+    const int result = runDialog([&](QDialog *dialog) {
+        m_driver->expectBox(warning);
+        named<QLineEdit>(dialog, "lineEdit_desc")->clear();
+        type(dialog, "lineEdit_owner", " A");
+        clickOk(dialog);
+        ownerAfterWarning = textOf(dialog, "lineEdit_owner");
+        traceAfterWarning = m_channel->trace();
+        type(dialog, "lineEdit_desc", "small hall");
+        clickOk(dialog);
+    });
+    QCOMPARE(ownerAfterWarning, "operator A");
+    QCOMPARE(traceAfterWarning, reading);
+    QCOMPARE(result, int(QDialog::Accepted));
+    QCOMPARE(m_channel->trace(), editing("operator A", "small hall"));
+}
+
+void TestEditConfigDlg::blanksAreADescription()
+{
+    m_channel->answer("config desc_of_config hall", "\" \"");
+    QCOMPARE(runDialog(clickOk), int(QDialog::Accepted));
+    QCOMPARE(m_channel->trace(), editing("operator", " "));
+}
+
+void TestEditConfigDlg::everyCommandIsSentWhateverFails_data()
+{
+    QTest::addColumn<int>("failing");
+    QTest::addColumn<bool>("lasting");
+    // The first two are the queries for the fields.
+    for (int failing = 3; failing <= 5; ++failing) {
+        QTest::addRow("command %d fails", failing) << failing << false;
+        QTest::addRow("all from command %d fail", failing) << failing << true;
+    }
+}
+
+void TestEditConfigDlg::everyCommandIsSentWhateverFails()
+{
+    QFETCH(const int, failing);
+    QFETCH(const bool, lasting);
+    m_channel->failNth(failing, lasting);
+    QCOMPARE(runDialog(clickOk), int(QDialog::Accepted));
+    QCOMPARE(m_channel->trace(), editing("operator", "main hall"));
+}
+
+void TestEditConfigDlg::theEventPrecedesTheClosing()
+{
+    bool isOpen = false;
+    runDialog([&](QDialog *dialog) {
+        m_channel->whenPosted("ActiveConfigurationChanged",
+                              [&isOpen, dialog] { isOpen = dialog->isVisible(); });
+        clickOk(dialog);
+    });
+    QVERIFY(isOpen);
+}
+
+void TestEditConfigDlg::onlyPermittedCharactersCanBeTyped_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::newRow("description") << "lineEdit_desc";
+    QTest::newRow("owner") << "lineEdit_owner";
+}
+
+void TestEditConfigDlg::onlyPermittedCharactersCanBeTyped()
+{
+    QFETCH(const QString, field);
+    QString typed;
+    runDialog([&](QDialog *dialog) {
+        named<QLineEdit>(dialog, qPrintable(field))->clear();
+        type(dialog, qPrintable(field), "a\"b\\c'd#e%f\u00e4g\u20ach<i>j&k");
+        type(dialog, qPrintable(field), "AZ09 _-+=.,;:/");
+        typed = textOf(dialog, qPrintable(field));
+        dialog->reject();
+    });
+    QCOMPARE(typed, "abcdefghijkAZ09 _-+=.,;:/");
+}
+
+void TestEditConfigDlg::noQuoteIsEverSentBack()
+{
+    // A stored text may hold characters that cannot be typed; a line edit that starts with one of
+    // them lets everything through.
+    m_channel->answer("config owner_of_config hall", "\"J\xf6rg\"");
+    m_channel->answer("config desc_of_config hall",
+                      "\"K\xfc"
+                      "che\"");
+    runDialog([](QDialog *dialog) {
+        type(dialog, "lineEdit_owner", "\"");
+        type(dialog, "lineEdit_desc", " \"2\"");
+        clickOk(dialog);
+    });
+    QCOMPARE(m_channel->trace(), editing("J\u00f6rg", "K\u00fcche 2"));
+}
+
+void TestEditConfigDlg::aHundredCharactersAreTheLimit()
+{
+    const QString hundred(100, 'x');
+    runDialog([&hundred](QDialog *dialog) {
+        for (const char *field : {"lineEdit_desc", "lineEdit_owner"}) {
+            named<QLineEdit>(dialog, field)->clear();
+            type(dialog, field, hundred + 'y');
+        }
+        clickOk(dialog);
+    });
+    QCOMPARE(m_channel->trace(), editing(hundred, hundred));
+}
+
+void TestEditConfigDlg::theIdentifierCannotBeEdited()
+{
+    QString identifier;
+    runDialog([&identifier](QDialog *dialog) {
+        type(dialog, "lineEdit_configId", "x");
+        identifier = textOf(dialog, "lineEdit_configId");
+        clickOk(dialog);
+    });
+    QCOMPARE(identifier, "hall");
+    QCOMPARE(m_channel->trace(), editing("operator", "main hall"));
+}
+
+void TestEditConfigDlg::theHostMayDestroyItUnderTheWarning()
+{
+    QPointer<EditConfigDlg> dialog = new EditConfigDlg(m_channel.get(), nullptr);
+    m_driver->expectDialog("EditConfigDialog", [](QDialog *shown) {
+        named<QLineEdit>(shown, "lineEdit_desc")->clear();
+        clickOk(shown);
+    });
+    m_driver->expectDialog("", [&dialog](QDialog *box) {
+        delete dialog.data();
+        box->accept();
+    });
+    QCOMPARE(dialog->update_and_exec("hall"), int(QDialog::Rejected));
+    QVERIFY(dialog.isNull());
+    QCOMPARE(m_channel->trace(), reading);
+}
+
+VELTRA4_TEST_MAIN(TestEditConfigDlg)
+#include "tst_editconfigdlg.moc"

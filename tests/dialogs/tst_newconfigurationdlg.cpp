@@ -1,0 +1,446 @@
+#include "dialogs/newconfigurationdlg.h"
+#include "tests/support/modaldriver.h"
+#include "tests/support/scriptedchannel.h"
+#include "tests/support/testmain.h"
+#include "tests/support/userinput.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QtTest>
+
+using UserInput::click;
+using UserInput::focusOf;
+using UserInput::named;
+using UserInput::press;
+using UserInput::textOf;
+using UserInput::type;
+
+using Action = std::function<void(QDialog *)>;
+Q_DECLARE_METATYPE(Action)
+
+namespace {
+
+// The trace with the clock's part of the new identifier replaced, once its form has been checked.
+QStringList withoutStamp(QStringList trace)
+{
+    static const QRegularExpression stamp(QStringLiteral(R"(\bconfig20\d{12}\d{1,3}\b)"));
+    return trace.replaceInStrings(stamp, QStringLiteral("configSTAMP"));
+}
+
+QStringList creation(const QString &command, const QString &owner, const QString &description)
+{
+    return {
+        "queryString config active_config",
+        "setTimeout 0 20000 1",
+        "sendCommandReply veltra2 config " + command,
+        "sendCommand config new_password none",
+        "sendCommand config owner \"" + owner + "\" ",
+        "sendCommand config desc \"" + description + "\" ",
+        ScriptedChannel::announced(),
+    };
+}
+
+void createHall(QDialog *dialog)
+{
+    type(dialog, "lineEdit_desc", "hall");
+    click(dialog, "pushButton_create");
+}
+
+} // namespace
+
+class TestNewConfigurationDlg : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void theFormIsAsDesigned();
+    void everyWidgetIsAsDesigned_data();
+    void everyWidgetIsAsDesigned();
+    void theDescriptionHasTheFocus();
+    void theTabKeyLeadsThroughTheForm();
+    void aMnemonicReachesTheOwner();
+
+    void theActiveConfigurationIsCloned();
+    void defaultValuesNeedNoSourceButItIsAskedFor();
+    void theOwnerMayBeEmpty();
+    void blanksAreADescription();
+    void twoConfigurationsNeverShareAnIdentifier();
+    void theEnterKeyCreates();
+    void givingUpSendsNothing_data();
+    void givingUpSendsNothing();
+    void anEmptyDescriptionIsRefusedAndTheInputStays();
+
+    void everyCommandIsSentWhateverFails_data();
+    void everyCommandIsSentWhateverFails();
+    void aFailedQueryLeavesTheSourceEmpty();
+    void theEventFollowsTheClosing();
+    void theDialogsOwnCursorWaits();
+
+    void onlyPermittedCharactersCanBeTyped_data();
+    void onlyPermittedCharactersCanBeTyped();
+    void aHundredCharactersAreTheLimit();
+    void theHostMayDestroyItUnderTheWarning();
+
+private:
+    int runDialog(const Action &action);
+
+    std::unique_ptr<ScriptedChannel> m_channel;
+    std::unique_ptr<ModalDriver> m_driver;
+};
+
+void TestNewConfigurationDlg::init()
+{
+    m_channel = std::make_unique<ScriptedChannel>();
+    m_channel->answer("config active_config", "standard");
+    m_driver = std::make_unique<ModalDriver>();
+}
+
+void TestNewConfigurationDlg::cleanup()
+{
+    m_driver->verify();
+    QCOMPARE(QApplication::topLevelWidgets().size(), 0);
+}
+
+int TestNewConfigurationDlg::runDialog(const Action &action)
+{
+    m_driver->expectDialog("NewConfigurationDialog", action);
+    NewConfigurationDlg dialog(m_channel.get(), nullptr);
+    return dialog.update_and_exec();
+}
+
+void TestNewConfigurationDlg::theFormIsAsDesigned()
+{
+    const NewConfigurationDlg dialog(m_channel.get(), nullptr);
+    QCOMPARE(dialog.windowTitle(), "New Configuration");
+    QCOMPARE(dialog.whatsThis(), "Create new configuration");
+    QCOMPARE(dialog.size(), QSize(450, 170));
+    QVERIFY(dialog.isSizeGripEnabled());
+    QCOMPARE(named<QLabel>(&dialog, "label")->buddy()->objectName(), "lineEdit_desc");
+    QCOMPARE(named<QLabel>(&dialog, "label_2")->buddy()->objectName(), "lineEdit_owner");
+    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->maxLength(), 100);
+    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_owner")->maxLength(), 100);
+    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->validator(),
+             named<QLineEdit>(&dialog, "lineEdit_owner")->validator());
+    QVERIFY(named<QRadioButton>(&dialog, "radioButton_clone")->isChecked());
+    QCOMPARE(named<QFrame>(&dialog, "line")->frameShape(), QFrame::HLine);
+    QVERIFY(named<QPushButton>(&dialog, "pushButton_create")->autoDefault());
+    QVERIFY(!named<QPushButton>(&dialog, "pushButton_2")->autoDefault());
+    QVERIFY(dialog.findChild<QVBoxLayout *>("verticalLayout"));
+    QVERIFY(dialog.findChild<QGridLayout *>("gridLayout"));
+    QVERIFY(dialog.findChild<QHBoxLayout *>("horizontalLayout"));
+}
+
+void TestNewConfigurationDlg::everyWidgetIsAsDesigned_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("whatsThis");
+    const QString description = "Input the description of the configuration";
+    const QString owner = "Input the owner of the configuraton";
+    const QString source = "Clone current configuration or create a new one";
+    QTest::newRow("label") << "QLabel"
+                           << "de&scription" << description;
+    QTest::newRow("lineEdit_desc") << "QLineEdit"
+                                   << "" << description;
+    QTest::newRow("label_2") << "QLabel"
+                             << "&owner" << owner;
+    QTest::newRow("lineEdit_owner") << "QLineEdit"
+                                    << "" << owner;
+    QTest::newRow("radioButton_clone") << "QRadioButton"
+                                       << "clo&ne current configuration" << source;
+    QTest::newRow("radioButton_new") << "QRadioButton"
+                                     << "create with &default values" << source;
+    QTest::newRow("line") << "QFrame"
+                          << ""
+                          << "";
+    QTest::newRow("pushButton_create") << "QPushButton"
+                                       << "&Create"
+                                       << "Create configuration and close";
+    QTest::newRow("pushButton_2") << "QPushButton"
+                                  << "Cancel"
+                                  << "Close without creating a configuration";
+}
+
+void TestNewConfigurationDlg::everyWidgetIsAsDesigned()
+{
+    QFETCH(const QString, kind);
+    QFETCH(const QString, text);
+    QFETCH(const QString, whatsThis);
+    const NewConfigurationDlg dialog(m_channel.get(), nullptr);
+    const QWidget *widget = UserInput::widgetNamed(&dialog, QTest::currentDataTag());
+    QCOMPARE(QString(widget->metaObject()->className()), kind);
+    QCOMPARE(widget->property("text").toString(), text);
+    QCOMPARE(widget->whatsThis(), whatsThis);
+}
+
+void TestNewConfigurationDlg::theDescriptionHasTheFocus()
+{
+    QString focused;
+    runDialog([&focused](QDialog *dialog) {
+        focused = focusOf(dialog);
+        dialog->reject();
+    });
+    QCOMPARE(focused, "lineEdit_desc");
+}
+
+void TestNewConfigurationDlg::theTabKeyLeadsThroughTheForm()
+{
+    QStringList visited;
+    runDialog([&visited](QDialog *dialog) {
+        for (int i = 0; i < 5; ++i) {
+            press(dialog, Qt::Key_Tab);
+            visited << focusOf(dialog);
+        }
+        dialog->reject();
+    });
+    QCOMPARE(visited,
+             QStringList({"lineEdit_owner", "radioButton_clone", "pushButton_create",
+                          "pushButton_2", "lineEdit_desc"}));
+}
+
+void TestNewConfigurationDlg::aMnemonicReachesTheOwner()
+{
+    QString focused;
+    runDialog([&focused](QDialog *dialog) {
+        press(dialog, Qt::Key_O, Qt::AltModifier);
+        focused = focusOf(dialog);
+        dialog->reject();
+    });
+    QCOMPARE(focused, "lineEdit_owner");
+}
+
+void TestNewConfigurationDlg::theActiveConfigurationIsCloned()
+{
+    m_channel->answer("config active_config", "config20240102030405678");
+    const int result = runDialog([](QDialog *dialog) {
+        type(dialog, "lineEdit_desc", "main hall, 2 cameras");
+        type(dialog, "lineEdit_owner", "A. Operator");
+        click(dialog, "pushButton_create");
+    });
+    QCOMPARE(result, int(QDialog::Accepted));
+    const QStringList trace = m_channel->trace();
+    QVERIFY(trace.at(2).endsWith(" config20240102030405678"));
+    QCOMPARE(
+        withoutStamp(trace),
+        creation("clone_config configSTAMP configSTAMP", "A. Operator", "main hall, 2 cameras"));
+}
+
+void TestNewConfigurationDlg::defaultValuesNeedNoSourceButItIsAskedFor()
+{
+    const int result = runDialog([](QDialog *dialog) {
+        type(dialog, "lineEdit_desc", "empty hall");
+        type(dialog, "lineEdit_owner", "operator");
+        click(dialog, "radioButton_new");
+        click(dialog, "pushButton_create");
+    });
+    QCOMPARE(result, int(QDialog::Accepted));
+    QCOMPARE(withoutStamp(m_channel->trace()),
+             creation("new_config configSTAMP", "operator", "empty hall"));
+}
+
+void TestNewConfigurationDlg::theOwnerMayBeEmpty()
+{
+    runDialog(createHall);
+    QCOMPARE(withoutStamp(m_channel->trace()),
+             creation("clone_config configSTAMP standard", "", "hall"));
+}
+
+void TestNewConfigurationDlg::blanksAreADescription()
+{
+    const int result = runDialog([](QDialog *dialog) {
+        type(dialog, "lineEdit_desc", "  ");
+        click(dialog, "pushButton_create");
+    });
+    QCOMPARE(result, int(QDialog::Accepted));
+    QCOMPARE(withoutStamp(m_channel->trace()),
+             creation("clone_config configSTAMP standard", "", "  "));
+}
+
+void TestNewConfigurationDlg::twoConfigurationsNeverShareAnIdentifier()
+{
+    QStringList commands;
+    for (int i = 0; i < 2; ++i) {
+        runDialog([](QDialog *dialog) {
+            named<QLineEdit>(dialog, "lineEdit_desc")->setText("hall");
+            named<QPushButton>(dialog, "pushButton_create")->click();
+        });
+        commands << m_channel->takeTrace().at(2);
+    }
+    QVERIFY(commands.first() != commands.last());
+}
+
+void TestNewConfigurationDlg::theEnterKeyCreates()
+{
+    const int result = runDialog([](QDialog *dialog) {
+        type(dialog, "lineEdit_desc", "hall");
+        press(dialog, Qt::Key_Return);
+    });
+    QCOMPARE(result, int(QDialog::Accepted));
+    QCOMPARE(withoutStamp(m_channel->trace()),
+             creation("clone_config configSTAMP standard", "", "hall"));
+}
+
+void TestNewConfigurationDlg::givingUpSendsNothing_data()
+{
+    QTest::addColumn<Action>("giveUp");
+    QTest::newRow("Cancel") << Action([](QDialog *dialog) { click(dialog, "pushButton_2"); });
+    QTest::newRow("Escape") << Action([](QDialog *dialog) { press(dialog, Qt::Key_Escape); });
+    QTest::newRow("close button") << Action([](QDialog *dialog) { dialog->close(); });
+}
+
+void TestNewConfigurationDlg::givingUpSendsNothing()
+{
+    QFETCH(const Action, giveUp);
+    const int result = runDialog([&giveUp](QDialog *dialog) {
+        type(dialog, "lineEdit_desc", "hall");
+        giveUp(dialog);
+    });
+    QCOMPARE(result, int(QDialog::Rejected));
+    QCOMPARE(m_channel->trace(), QStringList());
+}
+
+void TestNewConfigurationDlg::anEmptyDescriptionIsRefusedAndTheInputStays()
+{
+    QString ownerAfterWarning;
+    QStringList traceAfterWarning;
+    const int result = runDialog([&](QDialog *dialog) {
+        ExpectedBox warning;
+        warning.icon = QMessageBox::Warning;
+        warning.title = "Warning";
+        warning.text = "Please enter a configuration description.";
+        warning.parent = dialog;
+        m_driver->expectBox(warning);
+        type(dialog, "lineEdit_owner", "operator");
+        click(dialog, "radioButton_new");
+        click(dialog, "pushButton_create");
+        ownerAfterWarning = textOf(dialog, "lineEdit_owner");
+        traceAfterWarning = m_channel->trace();
+        createHall(dialog);
+    });
+    QCOMPARE(ownerAfterWarning, "operator");
+    QCOMPARE(traceAfterWarning, QStringList());
+    QCOMPARE(result, int(QDialog::Accepted));
+    QCOMPARE(withoutStamp(m_channel->trace()),
+             creation("new_config configSTAMP", "operator", "hall"));
+}
+
+void TestNewConfigurationDlg::everyCommandIsSentWhateverFails_data()
+{
+    QTest::addColumn<int>("failing");
+    QTest::addColumn<bool>("lasting");
+    // The first one is the query for the source.
+    for (int failing = 2; failing <= 5; ++failing) {
+        QTest::addRow("command %d fails", failing) << failing << false;
+        QTest::addRow("all from command %d fail", failing) << failing << true;
+    }
+}
+
+void TestNewConfigurationDlg::everyCommandIsSentWhateverFails()
+{
+    QFETCH(const int, failing);
+    QFETCH(const bool, lasting);
+    m_channel->failNth(failing, lasting);
+    const int result = runDialog(createHall);
+    QCOMPARE(result, int(QDialog::Accepted));
+    QCOMPARE(withoutStamp(m_channel->trace()),
+             creation("clone_config configSTAMP standard", "", "hall"));
+}
+
+void TestNewConfigurationDlg::aFailedQueryLeavesTheSourceEmpty()
+{
+    m_channel->failNth(1);
+    const int result = runDialog(createHall);
+    QCOMPARE(result, int(QDialog::Accepted));
+    QCOMPARE(withoutStamp(m_channel->trace()), creation("clone_config configSTAMP ", "", "hall"));
+}
+
+void TestNewConfigurationDlg::theEventFollowsTheClosing()
+{
+    bool isOpen = true;
+    int resultSoFar = QDialog::Rejected;
+    runDialog([&](QDialog *dialog) {
+        m_channel->whenPosted("ActiveConfigurationChanged", [&isOpen, &resultSoFar, dialog] {
+            isOpen = dialog->isVisible();
+            resultSoFar = dialog->result();
+        });
+        createHall(dialog);
+    });
+    QVERIFY(!isOpen);
+    QCOMPARE(resultSoFar, int(QDialog::Accepted));
+}
+
+void TestNewConfigurationDlg::theDialogsOwnCursorWaits()
+{
+    QList<Qt::CursorShape> shapes;
+    bool applicationWaits = false;
+    runDialog([&](QDialog *dialog) {
+        const auto look = [&shapes, &applicationWaits, dialog] {
+            shapes << dialog->cursor().shape();
+            applicationWaits = applicationWaits || QApplication::overrideCursor() != nullptr;
+        };
+        m_channel->whenSent("config active_config", look);
+        m_channel->whenSent("config desc \"hall\" ", look);
+        m_channel->whenPosted("ActiveConfigurationChanged", look);
+        look();
+        createHall(dialog);
+    });
+    const QList<Qt::CursorShape> expected{Qt::ArrowCursor, Qt::WaitCursor, Qt::WaitCursor,
+                                          Qt::ArrowCursor};
+    QCOMPARE(shapes, expected);
+    QVERIFY(!applicationWaits);
+}
+
+void TestNewConfigurationDlg::onlyPermittedCharactersCanBeTyped_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::newRow("description") << "lineEdit_desc";
+    QTest::newRow("owner") << "lineEdit_owner";
+}
+
+void TestNewConfigurationDlg::onlyPermittedCharactersCanBeTyped()
+{
+    QFETCH(const QString, field);
+    QString typed;
+    runDialog([&](QDialog *dialog) {
+        type(dialog, qPrintable(field), "a\"b\\c'd#e%f\u00e4g\u20ach<i>j&k");
+        type(dialog, qPrintable(field), "AZ09 _-+=.,;:/");
+        typed = textOf(dialog, qPrintable(field));
+        dialog->reject();
+    });
+    QCOMPARE(typed, "abcdefghijkAZ09 _-+=.,;:/");
+}
+
+void TestNewConfigurationDlg::aHundredCharactersAreTheLimit()
+{
+    const QString hundred(100, 'x');
+    runDialog([&hundred](QDialog *dialog) {
+        type(dialog, "lineEdit_desc", hundred + 'y');
+        type(dialog, "lineEdit_owner", hundred + 'z');
+        click(dialog, "pushButton_create");
+    });
+    QCOMPARE(withoutStamp(m_channel->trace()),
+             creation("clone_config configSTAMP standard", hundred, hundred));
+}
+
+void TestNewConfigurationDlg::theHostMayDestroyItUnderTheWarning()
+{
+    QPointer<NewConfigurationDlg> dialog = new NewConfigurationDlg(m_channel.get(), nullptr);
+    m_driver->expectDialog("NewConfigurationDialog",
+                           [](QDialog *shown) { click(shown, "pushButton_create"); });
+    m_driver->expectDialog("", [&dialog](QDialog *) { delete dialog.data(); });
+    QCOMPARE(dialog->update_and_exec(), int(QDialog::Rejected));
+    QVERIFY(dialog.isNull());
+    QCOMPARE(m_channel->trace(), QStringList());
+}
+
+VELTRA4_TEST_MAIN(TestNewConfigurationDlg)
+#include "tst_newconfigurationdlg.moc"

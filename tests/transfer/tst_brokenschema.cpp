@@ -1,0 +1,80 @@
+#include "hostapi/backendversions.h"
+#include "tests/support/modaldriver.h"
+#include "tests/support/scriptedchannel.h"
+#include "tests/support/testmain.h"
+#include "tests/transfer/loadtesting.h"
+#include "transfer/configloaddlg.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+/// The load dialog of a plug-in that was built with a broken schema.
+class TestBrokenSchema : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void noFileCanBeLoaded_data();
+    void noFileCanBeLoaded();
+    void theHostMayDestroyTheDialogWhileTheBoxIsOpen();
+
+private:
+    QTemporaryDir m_folder;
+};
+
+void TestBrokenSchema::initTestCase()
+{
+    QVERIFY(m_folder.isValid());
+}
+
+void TestBrokenSchema::noFileCanBeLoaded_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::newRow("backup") << QByteArray("<ZOR/>");
+    QTest::newRow("configurations") << QByteArray("\x01");
+    QTest::newRow("nothing") << QByteArray();
+}
+
+void TestBrokenSchema::noFileCanBeLoaded()
+{
+    QFETCH(const QByteArray, contents);
+    const QString path = LoadTesting::writeFile(m_folder.filePath("some.xml"), contents);
+    ScriptedChannel channel;
+    BackendVersions versions;
+    QWidget parent;
+    ConfigLoadDlg dialog(&channel, &versions, &parent);
+    ModalDriver driver;
+    driver.expectFileDialog("Load Configurations", path);
+    ExpectedBox box;
+    box.icon = QMessageBox::Critical;
+    box.title = "Development error";
+    box.text = "XMLSchema is invalid!";
+    box.parent = &dialog;
+    driver.expectBox(box);
+    QCOMPARE(dialog.openAndExec(), -1);
+    QCOMPARE(channel.trace(),
+             QStringList(ScriptedChannel::reported(
+                 "Error: Unable to validate backup or configuration file")));
+    QCOMPARE(LoadTesting::takeCursors(), 0);
+}
+
+void TestBrokenSchema::theHostMayDestroyTheDialogWhileTheBoxIsOpen()
+{
+    const QString path = LoadTesting::writeFile(m_folder.filePath("some.dat"), "data");
+    ScriptedChannel channel;
+    BackendVersions versions;
+    auto parent = std::make_unique<QWidget>();
+    auto *dialog = new ConfigLoadDlg(&channel, &versions, parent.get());
+    ModalDriver driver;
+    driver.expectFileDialog("Load Configurations", path);
+    driver.expectDialog({}, [&parent](QDialog *) { parent.reset(); });
+    dialog->openAndExec();
+    QVERIFY(!parent);
+    QCOMPARE(channel.trace(), QStringList());
+}
+
+VELTRA4_TEST_MAIN(TestBrokenSchema)
+#include "tst_brokenschema.moc"

@@ -1,0 +1,236 @@
+#include "tests/support/modaldriver.h"
+#include "tests/support/scriptedchannel.h"
+#include "tests/support/testmain.h"
+#include "tests/transfer/loadtesting.h"
+#include "transfer/configurationimport.h"
+
+#include <QDialog>
+#include <QtTest>
+
+#include <memory>
+
+using LoadTesting::BoxCursors;
+using LoadTesting::isWaiting;
+using LoadTesting::takeCursors;
+
+namespace {
+
+ExpectedBox information(QWidget *parent, const QString &text)
+{
+    ExpectedBox box;
+    box.icon = QMessageBox::Information;
+    box.title = "Load Configurations";
+    box.text = text;
+    box.parent = parent;
+    return box;
+}
+
+QStringList importOf(const QString &identifier)
+{
+    return {"setTimeout 0 20000 0", "sendCommand system import 'config' '" + identifier + "'"};
+}
+
+QString deletionOf(const QString &identifier)
+{
+    return "sendCommandReply veltra2 config delete_config " + identifier;
+}
+
+} // namespace
+
+class TestConfigurationImport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void newConfigurationsAreImportedInOrder();
+    void existingConfigurationsAreAllDeletedBeforeTheFirstImport();
+    void lockedConfigurationsAreLeftAlone();
+    void whereNothingIsLeftNothingIsSentNorAnnounced_data();
+    void whereNothingIsLeftNothingIsSentNorAnnounced();
+    void aFailedDeletionDoesNotMatter_data();
+    void aFailedDeletionDoesNotMatter();
+    void theFirstFailedImportEndsTheRestAndIsAnnounced_data();
+    void theFirstFailedImportEndsTheRestAndIsAnnounced();
+    void anIdentifierIsSentAsItWasRead();
+    void theWaitCursorCoversTheCommandsAndNoBox_data();
+    void theWaitCursorCoversTheCommandsAndNoBox();
+    void theHostMayDestroyTheDialogWhileTheBoxIsOpen_data();
+    void theHostMayDestroyTheDialogWhileTheBoxIsOpen();
+};
+
+void TestConfigurationImport::newConfigurationsAreImportedInOrder()
+{
+    ScriptedChannel channel;
+    QDialog dialog;
+    ModalDriver driver;
+    driver.expectBox(information(&dialog, "Loading configuration successfully."));
+    ConfigurationImport(&channel, {}, &dialog).run({"config2", "config1", "config3"});
+    QCOMPARE(channel.trace(),
+             QStringList() << importOf("config2") << importOf("config1") << importOf("config3")
+                           << ScriptedChannel::announced());
+}
+
+void TestConfigurationImport::existingConfigurationsAreAllDeletedBeforeTheFirstImport()
+{
+    ScriptedChannel channel;
+    QDialog dialog;
+    ModalDriver driver;
+    driver.expectBox(information(&dialog, "Loading configuration successfully."));
+    const LockStates existing{{"config1", false}, {"config3", false}, {"config4", false}};
+    ConfigurationImport(&channel, existing, &dialog).run({"config3", "config2", "config1"});
+    QCOMPARE(channel.trace(),
+             QStringList() << deletionOf("config3") << deletionOf("config1") << importOf("config3")
+                           << importOf("config2") << importOf("config1")
+                           << ScriptedChannel::announced());
+}
+
+void TestConfigurationImport::lockedConfigurationsAreLeftAlone()
+{
+    ScriptedChannel channel;
+    QDialog dialog;
+    ModalDriver driver;
+    driver.expectBox(information(&dialog, "Loading configuration successfully."));
+    const LockStates existing{{"config1", true}, {"config2", false}};
+    ConfigurationImport(&channel, existing, &dialog).run({"config1", "config2"});
+    QCOMPARE(channel.trace(),
+             QStringList() << deletionOf("config2") << importOf("config2")
+                           << ScriptedChannel::announced());
+}
+
+void TestConfigurationImport::whereNothingIsLeftNothingIsSentNorAnnounced_data()
+{
+    QTest::addColumn<QStringList>("identifiers");
+    QTest::newRow("nothing wanted") << QStringList();
+    QTest::newRow("all locked") << QStringList({"config1", "config2"});
+}
+
+void TestConfigurationImport::whereNothingIsLeftNothingIsSentNorAnnounced()
+{
+    QFETCH(const QStringList, identifiers);
+    ScriptedChannel channel;
+    QDialog dialog;
+    ModalDriver driver;
+    driver.expectBox(information(&dialog, "No configuration is loaded."));
+    const LockStates existing{{"config1", true}, {"config2", true}, {"config3", false}};
+    ConfigurationImport(&channel, existing, &dialog).run(identifiers);
+    QCOMPARE(channel.trace(), QStringList());
+}
+
+void TestConfigurationImport::aFailedDeletionDoesNotMatter_data()
+{
+    QTest::addColumn<bool>("fails");
+    QTest::newRow("command fails") << true;
+    QTest::newRow("controller refuses") << false;
+}
+
+void TestConfigurationImport::aFailedDeletionDoesNotMatter()
+{
+    QFETCH(const bool, fails);
+    ScriptedChannel channel;
+    if (fails) {
+        channel.fail("veltra2 config delete_config config1");
+    } else {
+        channel.answer("veltra2 config delete_config config1", "veltra2 error");
+    }
+    QDialog dialog;
+    ModalDriver driver;
+    driver.expectBox(information(&dialog, "Loading configuration successfully."));
+    ConfigurationImport(&channel, {{"config1", false}}, &dialog).run({"config1"});
+    QCOMPARE(channel.trace(),
+             QStringList() << deletionOf("config1") << importOf("config1")
+                           << ScriptedChannel::announced());
+}
+
+void TestConfigurationImport::theFirstFailedImportEndsTheRestAndIsAnnounced_data()
+{
+    QTest::addColumn<int>("failing");
+    QTest::newRow("first") << 1;
+    QTest::newRow("second") << 2;
+    QTest::newRow("third") << 3;
+}
+
+void TestConfigurationImport::theFirstFailedImportEndsTheRestAndIsAnnounced()
+{
+    QFETCH(const int, failing);
+    ScriptedChannel channel;
+    channel.failNth(failing);
+    QDialog dialog;
+    ModalDriver driver;
+    driver.expectBox(information(&dialog, "Loading configuration unsuccessfully."));
+    ConfigurationImport(&channel, {}, &dialog).run({"config1", "config2", "config3"});
+    QStringList expected;
+    for (int i = 1; i <= failing; ++i) {
+        expected << importOf("config" + QString::number(i));
+    }
+    QCOMPARE(channel.trace(), expected << ScriptedChannel::announced());
+}
+
+void TestConfigurationImport::anIdentifierIsSentAsItWasRead()
+{
+    const QString identifier = QString::fromLatin1("caf\xe9 %s%n");
+    ScriptedChannel channel;
+    QDialog dialog;
+    ModalDriver driver;
+    driver.expectBox(information(&dialog, "Loading configuration successfully."));
+    ConfigurationImport(&channel, {{identifier, false}}, &dialog).run({identifier});
+    QCOMPARE(channel.trace(),
+             QStringList() << deletionOf(identifier) << importOf(identifier)
+                           << ScriptedChannel::announced());
+}
+
+void TestConfigurationImport::theWaitCursorCoversTheCommandsAndNoBox_data()
+{
+    QTest::addColumn<QString>("identifier");
+    QTest::addColumn<bool>("fails");
+    QTest::addColumn<QString>("outcome");
+    QTest::newRow("success") << "config1" << false << "Loading configuration successfully.";
+    QTest::newRow("failure") << "config1" << true << "Loading configuration unsuccessfully.";
+    QTest::newRow("nothing") << "config2" << false << "No configuration is loaded.";
+}
+
+void TestConfigurationImport::theWaitCursorCoversTheCommandsAndNoBox()
+{
+    QFETCH(const QString, identifier);
+    QFETCH(const bool, fails);
+    QFETCH(const QString, outcome);
+    ScriptedChannel channel;
+    QList<bool> waiting;
+    const auto note = [&waiting] { waiting << isWaiting(); };
+    channel.whenSent("veltra2 config delete_config config1", note);
+    channel.whenSent("system import 'config' 'config1'", note);
+    if (fails) {
+        channel.fail("system import 'config' 'config1'");
+    }
+    QDialog dialog;
+    const BoxCursors boxes;
+    ModalDriver driver;
+    driver.expectBox(information(&dialog, outcome));
+    const LockStates existing{{"config1", false}, {"config2", true}};
+    ConfigurationImport(&channel, existing, &dialog).run({identifier});
+    QCOMPARE(waiting, identifier == "config1" ? QList<bool>({true, true}) : QList<bool>());
+    QCOMPARE(boxes.boxes(), 1);
+    QVERIFY(!boxes.wasAnyWaiting());
+    QCOMPARE(takeCursors(), 0);
+}
+
+void TestConfigurationImport::theHostMayDestroyTheDialogWhileTheBoxIsOpen_data()
+{
+    QTest::addColumn<QStringList>("identifiers");
+    QTest::newRow("after an import") << QStringList("config1");
+    QTest::newRow("where nothing is left") << QStringList();
+}
+
+void TestConfigurationImport::theHostMayDestroyTheDialogWhileTheBoxIsOpen()
+{
+    QFETCH(const QStringList, identifiers);
+    ScriptedChannel channel;
+    auto dialog = std::make_unique<QDialog>();
+    ModalDriver driver;
+    driver.expectDialog(QString(), [&dialog](QDialog *) { dialog.reset(); });
+    ConfigurationImport(&channel, {}, dialog.get()).run(identifiers);
+    QVERIFY(!dialog);
+    QCOMPARE(takeCursors(), 0);
+}
+
+VELTRA4_TEST_MAIN(TestConfigurationImport)
+#include "tst_configurationimport.moc"
