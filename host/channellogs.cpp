@@ -1,0 +1,78 @@
+#include "host/channellogs.h"
+
+#include "host/channelmonitor.h"
+
+#include <QTime>
+
+namespace {
+
+constexpr double microsecondsPerMillisecond = 1000.0;
+
+QString now()
+{
+    return QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
+}
+
+QString milliseconds(qint64 microseconds)
+{
+    return ChannelLogs::tr("%1 ms").arg(double(microseconds) / microsecondsPerMillisecond, 0, 'f',
+                                        3);
+}
+
+QString outcome(const Exchange &exchange)
+{
+    const QString result = QString::number(exchange.result);
+    return exchange.failureReason.isEmpty()
+        ? result
+        : QStringLiteral("%1 (%2)").arg(result, exchange.failureReason);
+}
+
+} // namespace
+
+ChannelLogs::ChannelLogs(ChannelMonitor &monitor)
+    : m_events({{tr("Time"), 18},
+                {tr("Category"), 15},
+                {tr("Source"), 25},
+                {tr("Level"), 7, Qt::AlignHCenter},
+                {tr("Text")}},
+               capacity)
+    , m_commands({{tr("Time"), 18},
+                  {tr("Operation"), 17},
+                  {tr("Command"), 58},
+                  {tr("Answer"), 36},
+                  {tr("Result"), 24},
+                  {tr("Duration"), 12, Qt::AlignRight}},
+                 capacity)
+{
+    connect(&monitor, &ChannelMonitor::eventPosted, this, &ChannelLogs::logEvent);
+    connect(&monitor, &ChannelMonitor::commandSent, this, &ChannelLogs::logCommand);
+    connect(&monitor, &ChannelMonitor::timeoutChanged, this, &ChannelLogs::logTimeout);
+}
+
+void ChannelLogs::logEvent(const QByteArray &category, const QByteArray &source, int level,
+                           const QByteArray &text)
+{
+    const bool isReport = category != "GlobalEvent";
+    m_events.append({{now(), QString::fromLatin1(category), QString::fromLatin1(source),
+                      QString::number(level), QString::fromLatin1(text)},
+                     isReport});
+}
+
+void ChannelLogs::logCommand(const Exchange &exchange)
+{
+    m_commands.append({{now(), QString::fromLatin1(LineChannel::nameOf(exchange.operation)),
+                        QString::fromLatin1(exchange.command), QString::fromLatin1(exchange.answer),
+                        outcome(exchange), milliseconds(exchange.microseconds)},
+                       exchange.result != 0});
+}
+
+void ChannelLogs::logTimeout(int channel, int milliseconds, int flag)
+{
+    m_commands.append({{now(),
+                        QStringLiteral("setTimeout"),
+                        QStringLiteral("%1 %2 %3").arg(channel).arg(milliseconds).arg(flag),
+                        {},
+                        {},
+                        {}},
+                       false});
+}

@@ -1,0 +1,39 @@
+#include "host/darkcolours.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace {
+
+constexpr QColor ground(0x2b, 0x2d, 0x30);
+constexpr QColor deepGround(0x1e, 0x1f, 0x22);
+constexpr QColor text(0xdf, 0xe1, 0xe5);
+constexpr QColor fadedText(0x86, 0x88, 0x8c);
+constexpr QColor accent(0x3d, 0x7d, 0xca);
+
+QPalette darkPalette()
+{
+    QPalette palette(ground); // shades and bevels follow from the ground
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                            QPalette::ToolTipText, QPalette::HighlightedText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, fadedText);
+    }
+    palette.setColor(QPalette::PlaceholderText, fadedText);
+    palette.setColor(QPalette::Base, deepGround);
+    palette.setColor(QPalette::AlternateBase, deepGround.lighter(125));
+    palette.setColor(QPalette::ToolTipBase, deepGround);
+    palette.setColor(QPalette::Highlight, accent);
+    palette.setColor(QPalette::Link, accent.lighter());
+    return palette;
+}
+
+} // namespace
+
+void useDarkColours()
+{
+    // Desktop styles bring colours of their own; this one takes ours.
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(darkPalette());
+}

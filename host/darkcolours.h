@@ -1,0 +1,4 @@
+#pragma once
+
+/// Gives the application light text on a dark ground, to see how its windows look on such desktops.
+void useDarkColours();

@@ -1,0 +1,97 @@
+#include "host/hostsession.h"
+
+#include "host/controlleridentity.h"
+#include "host/controllerlink.h"
+#include "host/hostoptions.h"
+#include "host/identitypanel.h"
+#include "host/modulemenus.h"
+#include "host/transferstatus.h"
+#include "hostapi/moduleinterface.h"
+#include "simulator/linechannel.h"
+
+#include <QMenuBar>
+
+namespace {
+
+constexpr int hostVersionMessage = 1;
+
+BackendVersions versionsFrom(const HostOptions &options, IOManager &channel)
+{
+    const QString model =
+        options.systemModel.isEmpty() ? readControllerIdentity(channel).model : options.systemModel;
+    return {options.ptVersion, options.interfaceVersion, options.ctVersion, model};
+}
+
+} // namespace
+
+HostSession::HostSession(ControllerLink &link, const HostOptions &options)
+    : m_link(link)
+    , m_isObserver(options.isObserver)
+    , m_hostVersion(options.hostVersion)
+    , m_versions(versionsFrom(options, link.hostChannel()))
+    , m_plugin(options.pluginFile)
+    , m_logs(m_monitor)
+    , m_window(m_logs.events(), m_logs.commands())
+{
+    connect(&m_monitor, &ChannelMonitor::commandSent, m_window.transferStatus(),
+            &TransferStatus::follow);
+    connect(&m_monitor, &ChannelMonitor::eventPosted, this, &HostSession::noticeEvent);
+    m_link.moduleChannel().setObserver(&m_monitor);
+
+    // Asked for later, not while the module that announced the change is in the middle of its work.
+    m_identityTimer.setSingleShot(true);
+    connect(&m_identityTimer, &QTimer::timeout, this, &HostSession::showIdentity);
+    m_window.identityPanel()->showConnection(link.description());
+    m_window.identityPanel()->showVersions(m_versions);
+    showIdentity();
+}
+
+HostSession::~HostSession()
+{
+    m_plugin.release();
+    m_link.moduleChannel().setObserver(nullptr);
+}
+
+bool HostSession::start(QString *problem)
+{
+    if (m_plugin.load() != PluginLoader::Result::Loaded) {
+        *problem = m_plugin.errorText();
+        return false;
+    }
+    setProperties();
+    placeMenuEntries();
+    m_link.deliverMessage(hostVersionMessage, QStringLiteral("Veltra2"), m_hostVersion);
+    return true;
+}
+
+void HostSession::setProperties()
+{
+    ModuleInterface *module = m_plugin.module();
+    module->setProperty(QStringLiteral("CommandManager"),
+                        QVariant::fromValue<IOManager *>(&m_link.moduleChannel()));
+    module->setProperty(QStringLiteral("ModuleParent"), QVariant::fromValue<QWidget *>(&m_window));
+    module->setProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&m_versions));
+    module->setProperty(QStringLiteral("ObserverMode"), m_isObserver);
+}
+
+void HostSession::placeMenuEntries()
+{
+    const QList<ModuleMenuEntry *> entries = m_plugin.module()->menuEntries();
+    for (const ModuleMenuEntry *entry : entries) {
+        ModuleMenus::place(m_window.menuBar(), *entry);
+    }
+}
+
+void HostSession::noticeEvent(const QByteArray &category, const QByteArray & /*source*/,
+                              int /*level*/, const QByteArray &text)
+{
+    if (category == "GlobalEvent" && text == "ActiveConfigurationChanged") {
+        m_identityTimer.start();
+    }
+}
+
+void HostSession::showIdentity()
+{
+    m_window.identityPanel()->showIdentity(readControllerIdentity(m_link.hostChannel()));
+    emit identityShown();
+}

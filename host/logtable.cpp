@@ -1,0 +1,97 @@
+#include "host/logtable.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <algorithm>
+
+LogTable::LogTable(QWidget *parent)
+    : QTableView(parent)
+{
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setShowGrid(false);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setAlternatingRowColors(true);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + fontMetrics().height() / 4);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setStretchLastSection(true);
+
+    auto *copyAction = new QAction(tr("&Copy"), this);
+    copyAction->setObjectName(QStringLiteral("action_copy"));
+    copyAction->setShortcut(QKeySequence::Copy);
+    copyAction->setShortcutContext(Qt::WidgetShortcut);
+    connect(copyAction, &QAction::triggered, this, &LogTable::copy);
+    addAction(copyAction);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+void LogTable::setModel(QAbstractItemModel *model)
+{
+    QTableView::setModel(model);
+    connect(model, &QAbstractItemModel::rowsAboutToBeInserted, this, &LogTable::noteWhetherAtEnd);
+    connect(model, &QAbstractItemModel::rowsInserted, this, &LogTable::stayAtEnd);
+}
+
+void LogTable::setEmptyText(const QString &text)
+{
+    m_emptyText = text;
+    viewport()->update();
+}
+
+QString LogTable::selectedText() const
+{
+    QModelIndexList rows = selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end());
+    QStringList lines;
+    for (const QModelIndex &row : qAsConst(rows)) {
+        QStringList cells;
+        for (int column = 0; column < model()->columnCount(); ++column) {
+            cells << row.siblingAtColumn(column).data().toString();
+        }
+        lines << cells.join(QLatin1Char('\t'));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+void LogTable::copy() const
+{
+    const QString text = selectedText();
+    if (!text.isEmpty()) {
+        QGuiApplication::clipboard()->setText(text);
+    }
+}
+
+void LogTable::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    if (model() != nullptr && model()->rowCount() == 0) {
+        QPainter painter(viewport());
+        painter.setFont(QGuiApplication::font());
+        painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+        painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_emptyText);
+    }
+}
+
+void LogTable::noteWhetherAtEnd()
+{
+    m_isAtEnd = verticalScrollBar()->value() == verticalScrollBar()->maximum();
+}
+
+void LogTable::stayAtEnd()
+{
+    if (m_isAtEnd) {
+        scrollToBottom();
+    }
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QWidget>
+
+class LogModel;
+class LogTable;
+class QLineEdit;
+class QSortFilterProxyModel;
+
+/// A log with a field that filters it: only rows that contain its text somewhere are shown.
+class LogView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// @p model is not owned and must outlive the view.
+    /// @param name       names the widgets: "lineEdit_<name>_filter" and "tableView_<name>"
+    /// @param emptyText  what an empty log shows
+    LogView(LogModel *model, const QString &name, const QString &emptyText,
+            QWidget *parent = nullptr);
+
+private:
+    void setColumnWidths();
+    void filter(const QString &text);
+
+    LogModel *m_model;
+    QSortFilterProxyModel *m_proxy;
+    QLineEdit *m_filterEdit;
+    LogTable *m_table;
+    const QString m_emptyText;
+};

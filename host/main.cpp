@@ -1,0 +1,89 @@
+#include "host/darkcolours.h"
+#include "host/hostoptions.h"
+#include "host/hostsession.h"
+#include "host/simulatedlink.h"
+#include "host/tour/runtour.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int wrongUsage = 2;
+
+int refuse(const QString &problem)
+{
+    std::fprintf(stderr, "veltra4-host: %s\n", qPrintable(problem.simplified()));
+    return wrongUsage;
+}
+
+void nameApplication()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("veltra4-host"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VELTRA4_VERSION));
+}
+
+// Read before there is a display, so that also a machine without one tells what is wrong.
+std::optional<HostOptions> readOptions(int argc, char *argv[], QString *problem)
+{
+    const QCoreApplication application(argc, argv);
+    return parseHostOptions(QCoreApplication::arguments(), problem);
+}
+
+bool prepare(SimulatedLink &link, const HostOptions &options, QString *problem)
+{
+    for (const QString &rule : options.failureRules) {
+        if (!link.faults().add(rule, problem)) {
+            return false;
+        }
+    }
+    link.setLatency(options.latencyMs);
+    return options.stateFile.isEmpty() || link.keepStateIn(options.stateFile, problem);
+}
+
+int runHost(const HostOptions &options)
+{
+    QString problem;
+    const bool isTour = !options.tourDirectory.isEmpty();
+    if (isTour && !prepareTour(options.tourDirectory, &problem)) {
+        return refuse(problem);
+    }
+    SimulatedLink link;
+    if (!prepare(link, options, &problem)) {
+        return refuse(problem);
+    }
+    HostSession session(link, options);
+    if (!session.start(&problem)) {
+        return refuse(problem);
+    }
+    session.window().show();
+    if (isTour) {
+        return runTour(session, link, QDir(options.tourDirectory));
+    }
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    nameApplication();
+    QString problem;
+    const std::optional<HostOptions> options = readOptions(argc, argv, &problem);
+    if (!options) {
+        return refuse(problem);
+    }
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    // Qt is not shown the arguments: one of its own options is called "plugin", too.
+    int programNameOnly = 1;
+    const QApplication application(programNameOnly, argv);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/host/veltra4-host.png")));
+    if (options->isDark) {
+        useDarkColours();
+    }
+    return runHost(*options);
+}

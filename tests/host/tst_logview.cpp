@@ -1,0 +1,112 @@
+#include "host/logview.h"
+
+#include "host/logmodel.h"
+#include "host/logtable.h"
+#include "tests/support/testmain.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QtTest>
+
+class TestLogView : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<LogModel> m_model;
+    std::unique_ptr<LogView> m_view;
+    LogTable *m_table = nullptr;
+    QLineEdit *m_filter = nullptr;
+
+    void append(const QStringList &cells)
+    {
+        m_model->append({cells, false});
+        QCoreApplication::processEvents();
+    }
+
+private slots:
+    void init()
+    {
+        m_model = std::make_unique<LogModel>(
+            QVector<LogColumn>{{QStringLiteral("Command")}, {QStringLiteral("Answer")}}, 1000);
+        m_view = std::make_unique<LogView>(m_model.get(), "commands", "Nothing yet.");
+        m_table = m_view->findChild<LogTable *>("tableView_commands");
+        m_filter = m_view->findChild<QLineEdit *>("lineEdit_commands_filter");
+        m_view->resize(400, 300);
+        m_view->show();
+    }
+
+    void cleanup()
+    {
+        m_view.reset();
+        m_model.reset();
+    }
+
+    void theFilterLooksIntoAllColumnsAndIgnoresCase()
+    {
+        append({"config desc", "Robot cell"});
+        append({"robot reset", ""});
+        append({"status active", "none"});
+        QTest::keyClicks(m_filter, "ROBOT");
+        QCOMPARE(m_table->model()->rowCount(), 2);
+        m_filter->clear();
+        QCOMPARE(m_table->model()->rowCount(), 3);
+    }
+
+    void theFilterTakesEveryCharacterAsItIs()
+    {
+        append({"system download prepare 'config' '__base'", ""});
+        append({"config owner \"a.b\"", ""});
+        QTest::keyClicks(m_filter, "a.b");
+        QCOMPARE(m_table->model()->rowCount(), 1);
+        m_filter->clear();
+        QTest::keyClicks(m_filter, ".*");
+        QCOMPARE(m_table->model()->rowCount(), 0);
+    }
+
+    void copyTakesTheSelectedRowsFromTopToBottom()
+    {
+        append({"first", "1"});
+        append({"second", "2"});
+        append({"third", "3"});
+        m_table->selectRow(2);
+        m_table->selectionModel()->select(m_table->model()->index(0, 0),
+                                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        m_table->setFocus();
+        QTest::keySequence(m_table, QKeySequence::Copy);
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("first\t1\nthird\t3"));
+    }
+
+    void copyWithoutSelectionLeavesTheClipboardAlone()
+    {
+        append({"first", "1"});
+        QGuiApplication::clipboard()->setText("mine");
+        m_table->copy();
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("mine"));
+    }
+
+    void theTableFollowsItsEndUntilTheUserLooksElsewhere()
+    {
+        QScrollBar *bar = m_table->verticalScrollBar();
+        for (int i = 0; i < 100; ++i) {
+            append({QString::number(i)});
+        }
+        QVERIFY(bar->maximum() > 0);
+        QCOMPARE(bar->value(), bar->maximum());
+        bar->setValue(3);
+        append({"one more"});
+        QCOMPARE(bar->value(), 3);
+    }
+
+    void anEmptyTableSaysSo()
+    {
+        const QImage empty = m_table->viewport()->grab().toImage();
+        m_table->setEmptyText({});
+        QVERIFY(m_table->viewport()->grab().toImage() != empty);
+    }
+};
+
+VELTRA4_TEST_MAIN(TestLogView)
+#include "tst_logview.moc"

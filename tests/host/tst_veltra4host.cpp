@@ -1,0 +1,130 @@
+#include "tests/support/testmain.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+struct Outcome
+{
+    int exitCode = -1;
+    QString output;
+    QStringList errorLines;
+};
+
+Outcome run(const QStringList &arguments)
+{
+    QProcess host;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // Without it Qt adds a line of its own about its default.
+    const QTemporaryDir runtime;
+    environment.insert("XDG_RUNTIME_DIR", runtime.path());
+    host.setProcessEnvironment(environment);
+    host.start(QDir(QCoreApplication::applicationDirPath()).filePath("veltra4-host"), arguments);
+    Outcome outcome;
+    if (host.waitForFinished() && host.exitStatus() == QProcess::NormalExit) {
+        outcome.exitCode = host.exitCode();
+    }
+    outcome.output = QString::fromLocal8Bit(host.readAllStandardOutput());
+    outcome.errorLines = QString::fromLocal8Bit(host.readAllStandardError())
+                             .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return outcome;
+}
+
+QString beside(const QString &fileName)
+{
+    return QDir(QCoreApplication::applicationDirPath()).filePath(fileName);
+}
+
+} // namespace
+
+class TestVeltra4Host : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+
+private slots:
+    void refusesInOneLineWithExitCode2_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("unknown option")
+            << QStringList{"--bogus"} << "veltra4-host: Unknown option 'bogus'.";
+        QTest::newRow("wrong version")
+            << QStringList{"--pt-version", "x"}
+            << "veltra4-host: --pt-version wants a version such as 1.27.0, not \"x\".";
+        QTest::newRow("missing plug-in") << QStringList{"--plugin", "/nosuch.so"}
+                                         << "veltra4-host: There is no plug-in \"/nosuch.so\".";
+        QTest::newRow("no plug-in") << QStringList{"--plugin", "/etc/passwd"}
+                                    << "veltra4-host: \"/etc/passwd\" is not a Qt plug-in.";
+        QTest::newRow("other plug-in") << QStringList{"--plugin", beside("othermodule.so")}
+                                       << "veltra4-host: \"" + beside("othermodule.so")
+                + "\" is the plug-in \"com.zor.Veltra2.OtherModule\", not "
+                  "\"com.zor.Veltra2.ConfigurationsModule\".";
+        QTest::newRow("other contract") << QStringList{"--plugin", beside("contractlessmodule.so")}
+                                        << "veltra4-host: \"" + beside("contractlessmodule.so")
+                + "\" does not offer the interface \"com.zor.veltra2.gui.Module/0.2.0\".";
+        QTest::newRow("broken plug-in")
+            << QStringList{"--plugin", beside("brokenmodule.so")}
+            << "veltra4-host: \"" + beside("brokenmodule.so") + "\" cannot be loaded: ";
+        QTest::newRow("wrong rule") << QStringList{"--fail", "/(/"} << "veltra4-host: \"/(/\"";
+        QTest::newRow("unusable state")
+            << QStringList{"--state", "/etc/passwd"} << "veltra4-host: /etc/passwd";
+    }
+
+    void refusesInOneLineWithExitCode2()
+    {
+        QFETCH(const QStringList, arguments);
+        QFETCH(const QString, line);
+        const Outcome outcome = run(arguments);
+        QCOMPARE(outcome.exitCode, 2);
+        QCOMPARE(outcome.errorLines.size(), 1);
+        QVERIFY2(outcome.errorLines.constFirst().startsWith(line),
+                 qPrintable(outcome.errorLines.constFirst()));
+        QCOMPARE(outcome.output, QString());
+    }
+
+    void refusesAFolderThatIsNotATours()
+    {
+        QVERIFY(QDir(m_folder.path()).mkpath("mine/home"));
+        const Outcome outcome =
+            run({"--plugin", beside("probemodule.so"), "--tour", m_folder.filePath("mine")});
+        QCOMPARE(outcome.exitCode, 2);
+        QVERIFY(QDir(m_folder.path()).exists("mine/home"));
+    }
+
+    void helpNamesEveryOption()
+    {
+        const Outcome outcome = run({"--help"});
+        QCOMPARE(outcome.exitCode, 0);
+        for (const char *option :
+             {"--observer", "--interface-version", "--pt-version", "--ct-version", "--model",
+              "--host-version", "--latency", "--fail", "--state", "--dark", "--plugin", "--tour"}) {
+            QVERIFY2(outcome.output.contains(option), option);
+        }
+    }
+
+    void versionIsThatOfTheProject()
+    {
+        const Outcome outcome = run({"--version"});
+        QCOMPARE(outcome.exitCode, 0);
+        QCOMPARE(outcome.output.trimmed(), QStringLiteral("veltra4-host " VELTRA4_VERSION));
+    }
+
+    void aTourThatFailsNamesItsStepWithExitCode1()
+    {
+        const Outcome outcome =
+            run({"--plugin", beside("probemodule.so"), "--tour", m_folder.filePath("failing")});
+        QCOMPARE(outcome.exitCode, 1);
+        const QString line = outcome.errorLines.filter("veltra4-host: ").value(0);
+        QVERIFY2(line.startsWith("veltra4-host: the tour failed at \"The list shows"),
+                 qPrintable(line));
+        QVERIFY(QFile::exists(m_folder.filePath("failing/01-host.png")));
+    }
+};
+
+VELTRA4_TEST_MAIN(TestVeltra4Host)
+#include "tst_veltra4host.moc"
