@@ -36,6 +36,15 @@ constexpr int slowCommandMs = 20000;
 constexpr double fullWarningBelow = 0.2; // free fraction of the configuration store
 constexpr double tooFullBelow = 0.02;
 
+// It only displays, but what it displays is no less important for that.
+void makeReadableThoughDisabled(QWidget *widget)
+{
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::Disabled, QPalette::Text,
+                     palette.color(QPalette::Active, QPalette::Text));
+    widget->setPalette(palette);
+}
+
 int percent(double fraction)
 {
     return static_cast<int>(std::clamp(fraction * 100.0, double(INT_MIN), double(INT_MAX)));
@@ -62,6 +71,7 @@ ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersio
 {
     initializeResources();
     m_ui->setupUi(this);
+    makeReadableThoughDisabled(m_ui->lineEdit_activeConfig);
     m_lockIcon = QIcon(QStringLiteral(":/lock.png"));
     m_unlockIcon = QIcon(QStringLiteral(":/unlock.png"));
     m_saveDialog = new ConfigSaveDlg(channel, versions, this);
