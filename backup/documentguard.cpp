@@ -93,8 +93,9 @@ std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
 
 std::optional<QByteArray> DocumentGuard::read(QFile *file)
 {
-    if (!QFileInfo(*file).isFile() || file->size() > maxSize) {
+    const qint64 size = file->size();
+    if (!QFileInfo(*file).isFile() || size > maxSize) {
         return std::nullopt;
     }
-    return admit(file->read(maxSize));
+    return admit(file->read(size)); // told less exactly, it would allocate all that it may read
 }
