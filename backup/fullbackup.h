@@ -25,10 +25,6 @@ struct BackendVersions;
 class FullBackup
 {
 public:
-    /// The most that is believed when the controller tells how many slots, slaves or items it has;
-    /// more counts as a failed query.
-    static constexpr int maxAnsweredNumber = 10000;
-
     /// @p channel and @p versions are not owned and must outlive the backup.
     FullBackup(IOManager *channel, BackendVersions *versions);
     virtual ~FullBackup();

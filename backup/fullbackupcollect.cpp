@@ -1,5 +1,6 @@
 #include "backup/fullbackup.h"
 
+#include "channel/answeredcount.h"
 #include "channel/downloadanswer.h"
 #include "channel/replybuffer.h"
 #include "channel/transferencoding.h"
@@ -43,7 +44,7 @@ bool FullBackup::readConnectedSlaves(QStringList *list)
     list->clear();
     int number = 0;
     if (m_channel->queryInt(&number, "cascade number_of_connected_slaves") != 0
-        || number > maxAnsweredNumber) {
+        || !isBelievable(number)) {
         return false;
     }
     for (int i = 1; i <= number; ++i) {
@@ -86,7 +87,7 @@ bool FullBackup::prepareDownload()
 {
     int number = 0;
     if (!cancelDownload() || m_channel->queryInt(&number, "config number_of_configs") != 0
-        || number == 0 || number > maxAnsweredNumber) {
+        || number == 0 || !isBelievable(number)) {
         return false;
     }
     m_channel->setTimeout(0, prepareTimeoutMs, 1);

@@ -87,8 +87,8 @@ bool readVersion(QXmlStreamReader &xml, Version *version)
 
 bool readFormatVersion(QXmlStreamReader &xml)
 {
-    Version version;
-    return readVersion(xml, &version) && version == Version{1, 0, 0};
+    QString text;
+    return readText(xml, &text) && parseVersion(text) == Version{1, 0, 0};
 }
 
 bool readConfigData(QXmlStreamReader &xml, QByteArray *configData)

@@ -146,8 +146,7 @@ bool FullBackup::write_ZORControllerInfo_toFile(QXmlStreamWriter &xml) const
 
 bool FullBackup::write_ZORBackupInfo_toFile(QXmlStreamWriter &xml)
 {
-    const QString now =
-        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+    const QString now = QDateTime::currentDateTime().toString(Qt::ISODate);
     xml.writeStartElement(QStringLiteral("ZORBackupInfo"));
     writeText(xml, QStringLiteral("type"), QStringLiteral("XQUFull"));
     writeText(xml, QStringLiteral("version"), QStringLiteral("v1.0.0"));

@@ -1,6 +1,7 @@
 #include "backup/restoreprocedure.h"
 
 #include "backup/fullbackup.h"
+#include "channel/answeredcount.h"
 #include "channel/hostmessages.h"
 #include "channel/replybuffer.h"
 #include "hostapi/iomanager.h"
@@ -58,8 +59,7 @@ bool RestoreProcedure::setNetwork(bool withAddress)
 bool RestoreProcedure::readExistingConfigurations()
 {
     int number = 0;
-    if (m_channel->queryInt(&number, "config number_of_configs") != 0
-        || number > FullBackup::maxAnsweredNumber) {
+    if (m_channel->queryInt(&number, "config number_of_configs") != 0 || !isBelievable(number)) {
         return false;
     }
     for (int slot = 1; slot <= number; ++slot) {
@@ -117,11 +117,11 @@ bool RestoreProcedure::removeForeignSlaves()
     if (!m_backup->readConnectedSlaves(&m_connectedSlaves)) {
         return false;
     }
-    return std::all_of(
-        m_connectedSlaves.begin(), m_connectedSlaves.end(), [this](const QString &slave) {
-            return m_backup->slaves.contains(slave)
-                || sendSlaveCommand("veltra2 cascade sub_slave %s", slave) == accepted;
-        });
+    return std::all_of(m_connectedSlaves.begin(), m_connectedSlaves.end(),
+                       [this](const QString &slave) {
+                           return m_backup->slaves.contains(slave)
+                               || sendSlaveCommand("sub_slave", slave) == accepted;
+                       });
 }
 
 bool RestoreProcedure::reattachSlaves()
@@ -140,12 +140,11 @@ bool RestoreProcedure::reattachSlaves()
 // in the answers, but when the slave is checked.
 bool RestoreProcedure::addSlave(const QString &slave)
 {
-    const auto answer = sendSlaveCommand("veltra2 cascade add_slave %s", slave);
+    const auto answer = sendSlaveCommand("add_slave", slave);
     if (!answer || *answer == accepted) {
         return answer.has_value();
     }
-    return sendSlaveCommand("veltra2 cascade add_scanned_slave %s", slave)
-        && sendSlaveCommand("veltra2 cascade add_slave %s", slave);
+    return sendSlaveCommand("add_scanned_slave", slave) && sendSlaveCommand("add_slave", slave);
 }
 
 void RestoreProcedure::checkSlave(const QString &slave)
@@ -166,11 +165,13 @@ void RestoreProcedure::checkSlave(const QString &slave)
     }
 }
 
-std::optional<QString> RestoreProcedure::sendSlaveCommand(const char *format, const QString &slave)
+std::optional<QString> RestoreProcedure::sendSlaveCommand(const char *command, const QString &slave)
 {
     ReplyBuffer reply;
     m_channel->setTimeout(0, cascadeTimeoutMs, 1);
-    if (m_channel->sendCommandReply(reply.data(), format, slave.toLatin1().constData()) != 0) {
+    if (m_channel->sendCommandReply(reply.data(), "veltra2 cascade %s %s", command,
+                                    slave.toLatin1().constData())
+        != 0) {
         return std::nullopt;
     }
     return reply.utf8Text();

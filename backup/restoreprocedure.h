@@ -35,7 +35,7 @@ private:
     bool deleteConfiguration(const QString &identifier);
     bool addSlave(const QString &slave);
     void checkSlave(const QString &slave);
-    std::optional<QString> sendSlaveCommand(const char *format, const QString &slave);
+    std::optional<QString> sendSlaveCommand(const char *command, const QString &slave);
 
     FullBackup *m_backup;
     IOManager *m_channel;

@@ -1,5 +1,6 @@
 #include "channel/importitem.h"
 
+#include "channel/answeredcount.h"
 #include "channel/replybuffer.h"
 #include "hostapi/iomanager.h"
 
@@ -17,7 +18,7 @@ std::optional<int> parseCount(const QString &answer)
         return std::nullopt;
     }
     const int count = words.first().toInt();
-    return count <= maxImportItems ? std::optional<int>(count) : std::nullopt;
+    return isBelievable(count) ? std::optional<int>(count) : std::nullopt;
 }
 
 QString withoutSingleQuotes(QString text)

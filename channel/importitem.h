@@ -37,13 +37,10 @@ enum class ImportOffer {
 /// The controller announces the number of items and describes them one by one. An item that it does
 /// not describe when asked stands in the list with the answer before; only after @ref
 /// maxUnanswered such items in a row the rest is given up. An announcement of more than @ref
-/// maxImportItems is not believed.
+/// maxAnsweredCount is not believed.
 ///
 /// @param items  replaced when the result is Read, left alone otherwise
 ImportOffer queryImportItems(IOManager *channel, ImportItemList *items);
-
-/// Far beyond what any controller stores, near enough to be asked for.
-inline constexpr int maxImportItems = 10000;
 
 /// Nobody is there any more after so many queries without an answer.
 inline constexpr int maxUnanswered = 100;

@@ -2,6 +2,7 @@
 
 #include "ui_changeconfigurationdlg.h"
 
+#include "channel/answeredcount.h"
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
 #include "channel/messagebox.h"
@@ -34,9 +35,6 @@ constexpr int slowCommandMs = 20000;
 
 constexpr double fullWarningBelow = 0.2; // free fraction of the configuration store
 constexpr double tooFullBelow = 0.02;
-
-// No controller has nearly as many slots; more is no count but a garbled answer.
-constexpr int maximumCount = 100000;
 
 int percent(double fraction)
 {
@@ -164,7 +162,7 @@ bool ChangeConfigurationDlg::readCount(int *count)
     int answer = 0;
     const bool isAnswered = m_channel->queryInt(&answer, "config number_of_configs") == 0;
     *count = std::max(answer, 0);
-    return succeeded(isAnswered && answer <= maximumCount ? 0 : -1,
+    return succeeded(isAnswered && isBelievable(answer) ? 0 : -1,
                      "Unable to get number of configurations");
 }
 
@@ -224,7 +222,7 @@ void ChangeConfigurationDlg::clearSelection()
     if (QTableWidgetItem *item = table->item(0, OwnerColumn)) {
         item->setSelected(true);
     }
-    // A selection in the last column stays until the next row is made current.
+    // Where the old selection would be now is anybody's guess: nothing stays selected.
     for (int row = 0; row < table->rowCount(); ++row) {
         for (int column = DescriptionColumn; column <= IdColumn; ++column) {
             table->item(row, column)->setSelected(false);

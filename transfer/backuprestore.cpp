@@ -6,12 +6,13 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <utility>
 
 BackupRestore::BackupRestore(IOManager *channel, BackendVersions *versions, QWidget *dialog,
-                             const QString &path)
+                             QString path)
     : m_versions(versions)
     , m_dialog(dialog)
-    , m_path(path)
+    , m_path(std::move(path))
     , m_backup(channel, versions)
 {
 }

@@ -36,8 +36,7 @@ public:
     /// @param dialog    the parent of the first boxes, as its parent widget is of the others; both
     ///                  may be destroyed while a box is open
     /// @param path      a file that was found to be a backup document
-    BackupRestore(IOManager *channel, BackendVersions *versions, QWidget *dialog,
-                  const QString &path);
+    BackupRestore(IOManager *channel, BackendVersions *versions, QWidget *dialog, QString path);
 
     /// Restores, unless one of @p configurations, those on the controller, is locked. May throw
     /// FullBackup's connection error; the cursor is as it was before in any case.

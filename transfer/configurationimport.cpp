@@ -7,15 +7,15 @@
 #include "hostapi/iomanager.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 constexpr int importTimeoutMs = 20000;
 } // namespace
 
-ConfigurationImport::ConfigurationImport(IOManager *channel, const LockStates &existing,
-                                         QWidget *dialog)
+ConfigurationImport::ConfigurationImport(IOManager *channel, LockStates existing, QWidget *dialog)
     : m_channel(channel)
-    , m_existing(existing)
+    , m_existing(std::move(existing))
     , m_dialog(dialog)
 {
 }

@@ -24,7 +24,7 @@ public:
     /// @param existing  what is on the controller
     /// @param dialog    the parent of the boxes; it may be destroyed while one is open, which is
     ///                  always the last step
-    ConfigurationImport(IOManager *channel, const LockStates &existing, QWidget *dialog);
+    ConfigurationImport(IOManager *channel, LockStates existing, QWidget *dialog);
 
     /// Imports in the given order under the wait cursor, tells the rest of the host, and shows the
     /// user how it went.

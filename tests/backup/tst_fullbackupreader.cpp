@@ -317,6 +317,7 @@ void TestFullBackupReader::readsTheFormatVersion_data()
     QTest::newRow("v1.0.0-beta") << QByteArray("v1.0.0-beta") << true;
     QTest::newRow("v1.0") << QByteArray("v1.0") << false;
     QTest::newRow("v1") << QByteArray("v1") << false;
+    QTest::newRow("v1.0.x") << QByteArray("v1.0.x") << true; // the x is cut off and leaves 0
     QTest::newRow("v1.0.1") << QByteArray("v1.0.1") << false;
     QTest::newRow("v2.0.0") << QByteArray("v2.0.0") << false;
     QTest::newRow("v1.x.0") << QByteArray("v1.x.0") << false;

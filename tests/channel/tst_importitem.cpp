@@ -1,4 +1,5 @@
 #include "channel/importitem.h"
+#include "channel/answeredcount.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
 
@@ -95,7 +96,7 @@ void TestImportItem::readsIdentifierOwnerAndDescription_data()
                                            << "config1"
                                            << "OHara"
                                            << "its here";
-    QTest::newRow("double quotes stay") << "config1 '\"Lab\"' 'a \"b\" c'"
+    QTest::newRow("double quotes stay") << R"(config1 '"Lab"' 'a "b" c')"
                                         << "config1"
                                         << "\"Lab\""
                                         << "a \"b\" c";
@@ -266,7 +267,7 @@ void TestImportItem::silenceIsCountedFromTheLastAnswer()
 void TestImportItem::anAbsurdCountIsNotBelieved_data()
 {
     QTest::addColumn<int>("count");
-    QTest::newRow("just too many") << maxImportItems + 1;
+    QTest::newRow("just too many") << maxAnsweredCount + 1;
     QTest::newRow("two billion") << 2000000000;
     QTest::newRow("largest integer") << std::numeric_limits<int>::max();
 }
@@ -284,13 +285,13 @@ void TestImportItem::anAbsurdCountIsNotBelieved()
 void TestImportItem::theLargestBelievableCountIsRead()
 {
     ScriptedChannel channel;
-    channel.answer("system import available", QByteArray::number(maxImportItems) + " config");
-    for (int i = 1; i <= maxImportItems; ++i) {
+    channel.answer("system import available", QByteArray::number(maxAnsweredCount) + " config");
+    for (int i = 1; i <= maxAnsweredCount; ++i) {
         channel.answer(itemQuery(i), "c");
     }
     ImportItemList items;
     QCOMPARE(queryImportItems(&channel, &items), ImportOffer::Read);
-    QCOMPARE(items.size(), maxImportItems);
+    QCOMPARE(items.size(), maxAnsweredCount);
 }
 
 VELTRA4_TEST_MAIN(TestImportItem)

@@ -26,7 +26,7 @@ inline QString writeFile(const QString &fileName, const QByteArray &contents)
 inline bool isWaiting()
 {
     const QCursor *cursor = QGuiApplication::overrideCursor();
-    return cursor && cursor->shape() == Qt::WaitCursor;
+    return cursor != nullptr && cursor->shape() == Qt::WaitCursor;
 }
 
 /// Takes all cursors back that are shown over the application's own, and tells how many there were.

@@ -43,14 +43,25 @@ QStringList commandsFor(const QByteArray &bytes)
 class SinkChannel final : public LineChannel
 {
 public:
-    int setTimeout(int, int, int) override { return 0; }
-    int postMessage(const char *, const char *, int, const char *) override { return 0; }
-    int addMessageReceiver(const char *, MessageReceiver *) override { return 0; }
-    int removeMessageReceiver(const char *, MessageReceiver *) override { return 0; }
+    int setTimeout(int /*channel*/, int /*milliseconds*/, int /*flag*/) override { return 0; }
+    int postMessage(const char * /*category*/, const char * /*source*/, int /*level*/,
+                    const char * /*text*/) override
+    {
+        return 0;
+    }
+    int addMessageReceiver(const char * /*name*/, MessageReceiver * /*receiver*/) override
+    {
+        return 0;
+    }
+    int removeMessageReceiver(const char * /*name*/, MessageReceiver * /*receiver*/) override
+    {
+        return 0;
+    }
     int commandCount() const { return m_commandCount; }
 
 private:
-    int transact(Operation, const QByteArray &, QByteArray *) override
+    int transact(Operation /*operation*/, const QByteArray & /*command*/,
+                 QByteArray * /*answer*/) override
     {
         ++m_commandCount;
         return 0;
