@@ -38,9 +38,9 @@ ChannelLogs::ChannelLogs(ChannelMonitor &monitor)
                capacity)
     , m_commands({{tr("Time"), 18},
                   {tr("Operation"), 17},
-                  {tr("Command"), 58},
+                  {tr("Command"), 55},
                   {tr("Answer"), 36},
-                  {tr("Result"), 24},
+                  {tr("Result"), 19},
                   {tr("Duration"), 12, Qt::AlignRight}},
                  capacity)
 {

@@ -99,20 +99,20 @@ void LogModel::showPending()
     if (m_pending.empty()) {
         return;
     }
-    forgetOldest(sizeOf(m_pending));
     beginInsertRows({}, sizeOf(m_rows), sizeOf(m_rows) + sizeOf(m_pending) - 1);
     std::move(m_pending.begin(), m_pending.end(), std::back_inserter(m_rows));
     m_pending.clear();
     endInsertRows();
+    forgetOldest(); // only now, so that a view that shows the end goes on showing it
 }
 
-void LogModel::forgetOldest(int incoming)
+void LogModel::forgetOldest()
 {
-    const int excess = sizeOf(m_rows) + incoming - m_capacity;
+    const int excess = sizeOf(m_rows) - m_capacity;
     if (excess <= 0) {
         return;
     }
-    const int forgotten = std::min(sizeOf(m_rows), excess + m_capacity / forgottenAtOnce);
+    const int forgotten = excess + m_capacity / forgottenAtOnce;
     beginRemoveRows({}, 0, forgotten - 1);
     m_rows.erase(m_rows.begin(), m_rows.begin() + forgotten);
     endRemoveRows();

@@ -45,7 +45,7 @@ public:
 
 private:
     void showPending();
-    void forgetOldest(int incoming);
+    void forgetOldest();
 
     const QVector<LogColumn> m_columns;
     const int m_capacity;

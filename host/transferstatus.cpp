@@ -32,8 +32,8 @@ TransferStatus::TransferStatus(QWidget *parent)
 
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
-    layout->addWidget(m_label);
     layout->addWidget(m_bar);
+    layout->addWidget(m_label);
 }
 
 void TransferStatus::follow(const Exchange &exchange)

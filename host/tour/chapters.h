@@ -5,7 +5,8 @@ class Tour;
 /// The chapters of the tour. Each leaves all dialogs closed.
 namespace Chapters {
 
-/// The host's own window.
+/// The host's own window and the automatic backup; the first one, since the backup comes when it
+/// wants.
 void host(Tour &tour);
 /// The list of configurations: shows, activates, deletes.
 void list(Tour &tour);
@@ -15,5 +16,7 @@ void create(Tour &tour);
 void edit(Tour &tour);
 /// Locking and unlocking, with password and super password.
 void lock(Tour &tour);
+/// Configuration files and backups, and how they come back.
+void files(Tour &tour);
 
 } // namespace Chapters

@@ -2,9 +2,7 @@
 
 #include "host/tour/tour.h"
 
-#include <QLineEdit>
-#include <QStyle>
-#include <QStyleOption>
+#include <QCheckBox>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -84,6 +82,11 @@ QString DialogDriver::text(const QString &name) const
 bool DialogDriver::isEnabled(const QString &name) const
 {
     return find<QWidget>(name)->isEnabled();
+}
+
+bool DialogDriver::isTicked(const QString &box) const
+{
+    return find<QCheckBox>(box)->isChecked();
 }
 
 bool DialogDriver::isVisible(const QString &name) const

@@ -38,6 +38,7 @@ public:
     QString title() const { return m_dialog->windowTitle(); }
     QString text(const QString &name) const;
     bool isEnabled(const QString &name) const;
+    bool isTicked(const QString &box) const;
     bool isVisible(const QString &name) const;
     int rowCount(const QString &table) const;
     /// The identifier in the current row of a table, empty when there is none.

@@ -1,13 +1,35 @@
 #include "host/tour/chapters.h"
 
+#include "host/simulatedlink.h"
 #include "host/tour/listvisit.h"
-#include "host/tour/tour.h"
+
+#include <QDir>
+
+namespace {
+
+void start(Tour &tour)
+{
+    tour.step(QStringLiteral("The host at its start"));
+    tour.expectAction(QStringLiteral("&VELTRA4"), QStringLiteral("&Configurations"));
+    tour.pictureWindow(QStringLiteral("host"));
+}
+
+void waitForAutomaticBackup(Tour &tour)
+{
+    tour.step(QStringLiteral("The automatic backup of the day"));
+    const QStringList filter{QStringLiteral("backup_*_%1.xml")
+                                 .arg(QString::fromLatin1(tour.controllerState().hostName))};
+    const QDir folder(QDir::home().filePath(QStringLiteral(".ZOR/VELTRA4/v4.12.3/backup")));
+    tour.waitUntil(QStringLiteral("there is a backup of today"),
+                   [&] { return QDir(folder.path()).entryList(filter, QDir::Files).size() == 1; });
+    tour.note(QStringLiteral("file ") + QDir(folder.path()).entryList(filter, QDir::Files).first());
+    tour.pictureWindow(QStringLiteral("host-after-automatic-backup"));
+}
+
+} // namespace
 
 void Chapters::host(Tour &tour)
 {
-    tour.step(QStringLiteral("The host at its start"));
-    tour.waitUntil(QStringLiteral("the host shows the active configuration"), [&] {
-        return tour.windowText("label_activeConfiguration") == ListVisit::active(tour);
-    });
-    tour.pictureWindow(QStringLiteral("host"));
+    start(tour);
+    waitForAutomaticBackup(tour);
 }

@@ -98,12 +98,11 @@ void warnOfFullStore(Tour &tour)
 void loseContact(Tour &tour)
 {
     tour.step(QStringLiteral("A controller that does not answer is reported"));
-    FaultPlan &faults = tour.link().faults();
-    faults.addNth(1, {}, true);
+    tour.link().faults().addMatching(
+        QRegularExpression(QStringLiteral("^config number_of_configs$")), {}, 1, false);
     tour.chooseInMenu(QStringLiteral("&VELTRA4"), QStringLiteral("&Configurations"),
                       {tour.box("Command Error", "no contact to Controller", QMessageBox::Ok,
                                 QStringLiteral("no-contact"))});
-    faults.clear();
     tour.pictureWindow(QStringLiteral("host-after-changes"));
 }
 

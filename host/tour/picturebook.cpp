@@ -2,7 +2,6 @@
 
 #include "host/tour/stepfailed.h"
 
-#include <QCoreApplication>
 #include <QMenu>
 #include <QPainter>
 #include <QWidget>
@@ -46,7 +45,6 @@ void drawTitle(QPainter &painter, const QRectF &bar, const QWidget *window)
 
 QPixmap framed(QWidget *window)
 {
-    QCoreApplication::processEvents(); // activation, focus and logs reach the window only then
     const QPixmap content = window->grab();
     const QSizeF size = sizeOf(content);
     const qreal title = titleHeight(window);

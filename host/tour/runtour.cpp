@@ -65,6 +65,7 @@ void visitChapters(Tour &tour)
     Chapters::create(tour);
     Chapters::edit(tour);
     Chapters::lock(tour);
+    Chapters::files(tour);
 }
 
 int report(const StepFailed &failure, const Tour *tour)

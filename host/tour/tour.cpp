@@ -49,15 +49,14 @@ void chooseFile(QFileDialog *dialog, const QString &path)
 
 Tour::Tour(HostSession &session, SimulatedLink &link, const QDir &folder)
     : m_window(session.window())
+    , m_monitor(session.monitor())
     , m_link(link)
     , m_folder(folder)
     , m_pictures(folder)
-    , m_transcript(folder.filePath(QStringLiteral("transcript.txt")), session.monitor())
+    , m_transcript(folder.filePath(QStringLiteral("transcript.txt")), m_monitor)
 {
-    QObject::connect(&session.monitor(), &ChannelMonitor::commandSent, &m_watcher,
-                     &ModalWatcher::wake);
-    QObject::connect(&session.monitor(), &ChannelMonitor::eventPosted, &m_watcher,
-                     &ModalWatcher::wake);
+    QObject::connect(&m_monitor, &ChannelMonitor::commandSent, &m_watcher, &ModalWatcher::wake);
+    QObject::connect(&m_monitor, &ChannelMonitor::eventPosted, &m_watcher, &ModalWatcher::wake);
     QObject::connect(&session, &HostSession::identityShown, &m_watcher, &ModalWatcher::wake);
     m_window.takePreferredSize();
 }
@@ -67,6 +66,16 @@ void Tour::step(const QString &name)
     m_step = name;
     m_transcript.heading(name);
     m_watcher.rearm();
+}
+
+void Tour::note(const QString &text)
+{
+    m_transcript.write(text);
+}
+
+void Tour::expectAction(const QString &menuTitle, const QString &actionText)
+{
+    actionWithText(actionWithText(m_window.menuBar(), menuTitle)->menu(), actionText);
 }
 
 void Tour::chooseInMenu(const QString &menuTitle, const QString &actionText,
@@ -149,6 +158,7 @@ QString Tour::windowText(const QString &label) const
 
 void Tour::pictureWindow(const QString &name, QWidget *above)
 {
+    settle();
     if (above) {
         m_pictures.add(name, &m_window, above);
     } else {
@@ -158,7 +168,25 @@ void Tour::pictureWindow(const QString &name, QWidget *above)
 
 void Tour::picture(const QString &name, QWidget *window)
 {
+    settle();
     m_pictures.add(name, window);
+}
+
+void Tour::pictureWindowDuring(const QByteArray &command, const QString &name,
+                               const std::function<void()> &action)
+{
+    bool isTaken = false;
+    const auto take = [&](const Exchange &exchange) {
+        if (exchange.command == command && !isTaken) {
+            isTaken = true;
+            m_pictures.add(name, &m_window);
+        }
+    };
+    const QMetaObject::Connection connection =
+        QObject::connect(&m_monitor, &ChannelMonitor::commandSent, take);
+    action();
+    QObject::disconnect(connection);
+    expect(isTaken, QStringLiteral("\"%1\" was not sent").arg(QString::fromLatin1(command)));
 }
 
 void Tour::during(const std::function<void()> &action, const QVector<ModalStep> &steps)
@@ -169,6 +197,12 @@ void Tour::during(const std::function<void()> &action, const QVector<ModalStep> 
 const ControllerState &Tour::controllerState() const
 {
     return m_link.controller().state();
+}
+
+// Activation, focus and logs reach a window only in the event loop.
+void Tour::settle()
+{
+    QCoreApplication::processEvents();
 }
 
 QMenu *Tour::openMenu(const QString &title)

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QMessageBox>
 
+class ChannelMonitor;
 class DialogDriver;
 class HostSession;
 class MainWindow;
@@ -30,7 +31,11 @@ public:
     /// Names what follows, for the transcript and for people who have to find a failure.
     void step(const QString &name);
     QString currentStep() const { return m_step; }
+    /// Adds a line to the transcript.
+    void note(const QString &text);
 
+    /// There is such an action in such a menu of the host's window.
+    void expectAction(const QString &menuTitle, const QString &actionText);
     /// Opens a menu of the host's window and chooses an action in it, both by their texts with
     /// mnemonics; the action opens the windows of @p steps.
     /// @param pictureName  if given, the open menu is pictured
@@ -57,6 +62,10 @@ public:
     QString windowText(const QString &label) const;
     /// Takes a picture of the host's window, with @p above on top of it if given.
     void pictureWindow(const QString &name, QWidget *above = nullptr);
+    /// Takes a picture of the host's window at the moment when @p action has sent @p command, in
+    /// the middle of a transfer for example.
+    void pictureWindowDuring(const QByteArray &command, const QString &name,
+                             const std::function<void()> &action);
     /// Takes a picture of another window.
     void picture(const QString &name, QWidget *window);
     int pictureCount() const { return m_pictures.count(); }
@@ -69,9 +78,11 @@ public:
     const QDir &folder() const { return m_folder; }
 
 private:
+    static void settle();
     QMenu *openMenu(const QString &title);
 
     MainWindow &m_window;
+    ChannelMonitor &m_monitor;
     SimulatedLink &m_link;
     const QDir m_folder;
     ModalWatcher m_watcher;

@@ -16,13 +16,13 @@ public:
     Transcript(const QString &fileName, ChannelMonitor &monitor);
 
     void heading(const QString &text);
+    void write(const QString &line);
 
 private:
     void writeCommand(const Exchange &exchange);
     void writeTimeout(int channel, int milliseconds, int flag);
     void writeEvent(const QByteArray &category, const QByteArray &source, int level,
                     const QByteArray &text);
-    void write(const QString &line);
 
     QFile m_file;
     bool m_isEmpty = true;

@@ -100,6 +100,20 @@ private slots:
         QCOMPARE(bar->value(), 3);
     }
 
+    void theTableFollowsItsEndAlsoWhenItForgets()
+    {
+        for (int i = 0; i < 1000; ++i) {
+            m_model->append({{QString::number(i)}, false});
+        }
+        QCoreApplication::processEvents();
+        append({"last"});
+        QVERIFY(m_table->model()->rowCount() < 1000);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_table->verticalScrollBar()->value(), m_table->verticalScrollBar()->maximum());
+        QCOMPARE(m_table->indexAt({1, m_table->viewport()->height() - 2}).data().toString(),
+                 "last");
+    }
+
     void anEmptyTableSaysSo()
     {
         const QImage empty = m_table->viewport()->grab().toImage();
