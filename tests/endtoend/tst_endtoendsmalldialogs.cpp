@@ -135,15 +135,15 @@ void TestEndToEndSmallDialogs::defaultsHoldTheFactorysData()
     FrontEnd frontEnd;
     frontEnd.useList([&frontEnd](QDialog *list) {
         frontEnd.driver.expectDialog("NewConfigurationDialog", [](QDialog *dialog) {
-            fillIn(dialog, "Hall 5 (north)", QString());
+            fillIn(dialog, "Hall 5: north", QString());
             UserInput::click(dialog, "radioButton_new");
             UserInput::press(dialog, Qt::Key_Return);
         });
         UserInput::click(list, "pushButton_new");
-        QVERIFY(Table::lines(list).contains(QStringLiteral("* Hall 5 (north) |  | no")));
+        QVERIFY(Table::lines(list).contains(QStringLiteral("* Hall 5: north |  | no")));
     });
     const Configuration &created = frontEnd.state().configurations.constLast();
-    QCOMPARE(created.description, QByteArray("Hall 5 (north)"));
+    QCOMPARE(created.description, QByteArray("Hall 5: north"));
     QCOMPARE(created.owner, QByteArray());
     QCOMPARE(created.data, FactoryData::defaults());
     QCOMPARE(frontEnd.state().activeIdentifier, created.identifier);
