@@ -1,0 +1,153 @@
+#include "tests/endtoend/frontend.h"
+
+#include "hostapi/moduleinterface.h"
+
+#include <QDialog>
+
+#include <algorithm>
+
+namespace {
+
+QVector<Configuration>::const_iterator find(const ControllerState &state,
+                                            const QByteArray &identifier)
+{
+    return std::find_if(state.configurations.cbegin(), state.configurations.cend(),
+                        [&identifier](const Configuration &configuration) {
+                            return configuration.identifier == identifier;
+                        });
+}
+
+} // namespace
+
+TemporaryHome::TemporaryHome()
+    : m_previous(qgetenv("HOME"))
+{
+    qputenv("HOME", m_directory.path().toLocal8Bit());
+}
+
+TemporaryHome::~TemporaryHome()
+{
+    qputenv("HOME", m_previous);
+}
+
+QStringList Record::takeMessages()
+{
+    QStringList messages;
+    messages.swap(m_messages);
+    return messages;
+}
+
+QByteArrayList Record::takeCommands()
+{
+    QByteArrayList commands;
+    commands.swap(m_commands);
+    return commands;
+}
+
+void Record::exchanged(const Exchange &exchange)
+{
+    if (exchange.result == 0) {
+        m_commands << exchange.command;
+    }
+    if (onCommand) {
+        onCommand(exchange.command);
+    }
+}
+
+void Record::messagePosted(const QByteArray &category, const QByteArray &source, int level,
+                           const QByteArray &text)
+{
+    m_messages << QStringLiteral("%1 %2 %3 %4")
+                      .arg(QString::fromLatin1(category), QString::fromLatin1(source),
+                           QString::number(level), QString::fromLatin1(text));
+}
+
+FrontEnd::FrontEnd(const ControllerState &state)
+    : controller(state)
+    , channel(controller)
+    , window(std::make_unique<QWidget>())
+    , m_loader(QStringLiteral(VELTRA4_PLUGIN_PATH))
+    , m_module(qobject_cast<ModuleInterface *>(m_loader.instance()))
+{
+    if (!m_module) {
+        qFatal("%s", qPrintable(m_loader.errorString()));
+    }
+    channel.setObserver(&record);
+    window->show();
+    m_module->setProperty(QStringLiteral("CommandManager"),
+                          QVariant::fromValue<IOManager *>(&channel));
+    m_module->setProperty(QStringLiteral("ModuleParent"), QVariant::fromValue(window.get()));
+    m_module->setProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&versions));
+    m_module->setProperty(QStringLiteral("ObserverMode"), false);
+    m_action = m_module->menuEntries().constFirst()->action;
+}
+
+FrontEnd::~FrontEnd()
+{
+    release();
+    m_loader.unload();
+}
+
+void FrontEnd::useList(const std::function<void(QDialog *)> &action)
+{
+    openList([&action](QDialog *list) {
+        action(list);
+        list->reject();
+    });
+}
+
+void FrontEnd::openList(const std::function<void(QDialog *)> &action)
+{
+    driver.expectDialog(QStringLiteral("ConfigurationDialog"), action);
+    triggerAction();
+}
+
+void FrontEnd::triggerAction()
+{
+    m_action->trigger();
+    driver.verify();
+}
+
+void FrontEnd::release()
+{
+    m_module->release();
+}
+
+QString changeEvent()
+{
+    return QStringLiteral("GlobalEvent ConfigurationModule 1 ActiveConfigurationChanged");
+}
+
+QString errorMessage(const QString &text)
+{
+    return QStringLiteral("standard VELTRA4 1 ") + text;
+}
+
+Configuration &configurationIn(ControllerState &state, const QByteArray &identifier)
+{
+    const auto found = find(state, identifier);
+    if (found == state.configurations.cend()) {
+        qFatal("there is no configuration %s", identifier.constData());
+    }
+    return state.configurations[int(found - state.configurations.cbegin())];
+}
+
+const Configuration &configurationIn(const ControllerState &state, const QByteArray &identifier)
+{
+    const auto found = find(state, identifier);
+    if (found == state.configurations.cend()) {
+        qFatal("there is no configuration %s", identifier.constData());
+    }
+    return *found;
+}
+
+bool hasConfiguration(const ControllerState &state, const QByteArray &identifier)
+{
+    return find(state, identifier) != state.configurations.cend();
+}
+
+void removeConfiguration(ControllerState &state, const QByteArray &identifier)
+{
+    const Configuration removed = configurationIn(qAsConst(state), identifier);
+    state.configurations.removeOne(removed);
+}

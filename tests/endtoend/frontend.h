@@ -1,0 +1,117 @@
+#pragma once
+
+#include "hostapi/backendversions.h"
+#include "simulator/channelobserver.h"
+#include "simulator/simulatedchannel.h"
+#include "simulator/simulatedcontroller.h"
+#include "tests/support/modaldriver.h"
+
+#include <QAction>
+#include <QByteArrayList>
+#include <QPluginLoader>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+class ModuleInterface;
+
+/// An empty home directory of a user, as long as it lives.
+class TemporaryHome
+{
+public:
+    TemporaryHome();
+    ~TemporaryHome();
+
+    QString filePath(const QString &name) const { return m_directory.filePath(name); }
+
+private:
+    const QTemporaryDir m_directory;
+    const QByteArray m_previous;
+};
+
+/// What passed the channel of a front end.
+class Record final : public ChannelObserver
+{
+public:
+    /// Everything posted, as "category source level text", and forgets it.
+    QStringList takeMessages();
+    /// All commands that succeeded, and forgets them.
+    QByteArrayList takeCommands();
+    /// Called after each command.
+    std::function<void(const QByteArray &command)> onCommand;
+
+private:
+    void exchanged(const Exchange &exchange) override;
+    void messagePosted(const QByteArray &category, const QByteArray &source, int level,
+                       const QByteArray &text) override;
+
+    QStringList m_messages;
+    QByteArrayList m_commands;
+};
+
+/// A front end that has loaded the plug-in from disk, connected to a simulated controller. What the
+/// user does is written as actions on windows, which run while the window is open.
+class FrontEnd
+{
+public:
+    explicit FrontEnd(const ControllerState &state = ControllerState::sample());
+    ~FrontEnd();
+
+    const ControllerState &state() const { return controller.state(); }
+
+    /// Chooses the plug-in's action in the menu and runs @p action on the list of configurations,
+    /// then closes it. Fails the test unless all windows were as expected.
+    void useList(const std::function<void(QDialog *list)> &action);
+    /// The same without closing the list, for when the host takes it away.
+    void openList(const std::function<void(QDialog *list)> &action);
+    /// Chooses the action, where the list does not open.
+    void triggerAction();
+
+    /// @name What the host may do at any time
+    /// @{
+    void release();
+    void destroyWindow() { window.reset(); }
+    /// @}
+
+    SimulatedController controller;
+    SimulatedChannel channel;
+    Record record;
+    BackendVersions versions{{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, QStringLiteral("XQU")};
+    std::unique_ptr<QWidget> window;
+    ModalDriver driver;
+
+private:
+    QPluginLoader m_loader;
+    ModuleInterface *m_module = nullptr;
+    QPointer<QAction> m_action;
+};
+
+/// What the plug-in posts whenever it has changed something.
+QString changeEvent();
+/// How the plug-in posts an error.
+QString errorMessage(const QString &text);
+
+/// The configuration of that identifier; a state without it ends the program.
+Configuration &configurationIn(ControllerState &state, const QByteArray &identifier);
+const Configuration &configurationIn(const ControllerState &state, const QByteArray &identifier);
+bool hasConfiguration(const ControllerState &state, const QByteArray &identifier);
+void removeConfiguration(ControllerState &state, const QByteArray &identifier);
+
+/// The identifiers of some of the sample's configurations.
+namespace Sample {
+inline const QByteArray standard = QByteArrayLiteral("standard");
+inline const QByteArray active = QByteArrayLiteral("config20231106081559902");
+inline const QByteArray locked = QByteArrayLiteral("config2024022909000127");
+inline const QByteArray rotor = QByteArrayLiteral("config20240311164812333");
+inline const QByteArray fair = QByteArrayLiteral("config20240702145537281");
+
+/// What the list shows of them.
+inline const QString standardText = QStringLiteral("Standard configuration");
+inline const QString activeText = QStringLiteral("Robot cell 2, tool centre point");
+inline const QString lockedText = QStringLiteral("Acceptance test, length bar 1.5 m");
+inline const QString rotorText = QStringLiteral("Wind tunnel, rotor tips (slow)");
+inline const QString fairText = QStringLiteral("Trade fair demonstration");
+} // namespace Sample
