@@ -1,8 +1,16 @@
 #include "channel/messagebox.h"
 
+#include <QAbstractButton>
 #include <QPointer>
 
 namespace {
+
+// A box that was closed without a button has been agreed to no more than its default button does.
+MessageBox::Button answerOf(const QMessageBox &box, MessageBox::Button defaultButton)
+{
+    QAbstractButton *clicked = box.clickedButton();
+    return clicked ? box.standardButton(clicked) : defaultButton;
+}
 
 MessageBox::Button show(QMessageBox::Icon icon, const QObject *owner, QWidget *parent,
                         const QString &title, const QString &text,
@@ -13,9 +21,10 @@ MessageBox::Button show(QMessageBox::Icon icon, const QObject *owner, QWidget *p
     const QPointer<QMessageBox> box(new QMessageBox(icon, title, text, buttons, parent));
     box->setTextFormat(Qt::PlainText); // a file's name may look like markup
     box->setDefaultButton(defaultButton);
-    const int answer = box->exec();
+    box->exec();
+    const MessageBox::Button answer = box ? answerOf(*box, defaultButton) : QMessageBox::NoButton;
     delete box.data();
-    return watchedOwner ? static_cast<MessageBox::Button>(answer) : QMessageBox::NoButton;
+    return watchedOwner ? answer : QMessageBox::NoButton;
 }
 
 } // namespace

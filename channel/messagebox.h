@@ -17,7 +17,8 @@ Button information(const QObject *owner, QWidget *parent, const QString &title,
                    const QString &text);
 Button critical(const QObject *owner, QWidget *parent, const QString &title, const QString &text);
 
-/// Boxes with more than Ok name their default button.
+/// Boxes with more than Ok name their default button, the harmless one: it is the answer, too, when
+/// the box is closed without any.
 Button warning(const QObject *owner, QWidget *parent, const QString &title, const QString &text,
                QMessageBox::StandardButtons buttons = QMessageBox::Ok,
                Button defaultButton = QMessageBox::Ok);

@@ -11,6 +11,7 @@ class TestHostMessages : public QObject
 private slots:
     void anErrorGoesToTheStandardMessages();
     void anErrorIsSentAsLatin1();
+    void onlyFailuresAreReported();
     void theEventIsGlobal();
 };
 
@@ -28,6 +29,17 @@ void TestHostMessages::anErrorIsSentAsLatin1()
     HostMessages::reportError(&channel, QString::fromUtf8("K\u00fcche \u20ac"));
     QCOMPARE(channel.trace(),
              QStringList(QString::fromUtf8("postMessage standard VELTRA4 1 K\u00fcche ?")));
+}
+
+void TestHostMessages::onlyFailuresAreReported()
+{
+    ScriptedChannel channel;
+    QVERIFY(HostMessages::succeededOrReported(0, &channel, "not this"));
+    QVERIFY(!HostMessages::succeededOrReported(1, &channel, "above"));
+    QVERIFY(!HostMessages::succeededOrReported(-1, &channel, "below"));
+    QCOMPARE(channel.trace(),
+             QStringList(
+                 {"postMessage standard VELTRA4 1 above", "postMessage standard VELTRA4 1 below"}));
 }
 
 void TestHostMessages::theEventIsGlobal()

@@ -22,6 +22,7 @@ private slots:
     void theAnswerIsTheButton();
     void escapeCancels();
     void escapeOnASingleButtonIsThatButton();
+    void closedWithoutAButtonItIsTheDefaultButton();
     void aDestroyedOwnerMeansNoAnswer();
     void aDestroyedParentTakesTheBoxWithIt();
     void aDestroyedParentThatIsTheOwnerMeansNoAnswer();
@@ -128,6 +129,15 @@ void TestMessageBox::escapeOnASingleButtonIsThatButton()
     ModalDriver driver;
     driver.expectDialog("", [](QDialog *box) { QTest::keyClick(box, Qt::Key_Escape); });
     QCOMPARE(MessageBox::warning(&m_owner, nullptr, "Title", "Text"), QMessageBox::Ok);
+}
+
+void TestMessageBox::closedWithoutAButtonItIsTheDefaultButton()
+{
+    ModalDriver driver;
+    driver.expectDialog("", [](QDialog *box) { box->reject(); });
+    QCOMPARE(ask(&m_owner, nullptr), QMessageBox::No);
+    driver.expectDialog("", [](QDialog *box) { box->accept(); });
+    QCOMPARE(ask(&m_owner, nullptr), QMessageBox::No);
 }
 
 void TestMessageBox::aDestroyedOwnerMeansNoAnswer()

@@ -14,6 +14,7 @@ private slots:
     void theResultIsReturnedAndTheDialogDeleted();
     void aDestroyedDialogHasNoResult();
     void aDestroyedParentTakesTheDialogWithIt();
+    void survivesTellsWhetherTheObjectIsStillThere();
 };
 
 namespace {
@@ -63,6 +64,15 @@ void TestModalDialog::aDestroyedParentTakesTheDialogWithIt()
     ModalDriver driver;
     driver.expectDialog("Asked", [parent](QDialog *) { delete parent; });
     QVERIFY(!run(namedDialog(parent)).has_value());
+}
+
+void TestModalDialog::survivesTellsWhetherTheObjectIsStillThere()
+{
+    auto *object = new QObject;
+    bool isRun = false;
+    QVERIFY(survives(object, [&isRun] { isRun = true; }));
+    QVERIFY(isRun);
+    QVERIFY(!survives(object, [object] { delete object; }));
 }
 
 VELTRA4_TEST_MAIN(TestModalDialog)
