@@ -100,12 +100,14 @@ private slots:
     void theModuleIsReleasedInTheEnd()
     {
         SimulatedLink link;
+        const auto &channel = static_cast<const SimulatedChannel &>(link.moduleChannel());
         {
             HostSession session(link, probe());
             QString problem;
             QVERIFY(session.start(&problem));
+            QCOMPARE(channel.receiverCount(), 1);
         }
-        link.deliverMessage(1, "Veltra2", "nobody is left to crash");
+        QCOMPARE(channel.receiverCount(), 0);
     }
 
     void theWindowShowsWhoTheControllerIs()

@@ -65,8 +65,11 @@ private slots:
         const QAbstractItemModelTester tester(&model);
         append(model, 1, 5);
         QCoreApplication::processEvents();
+        const QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
         append(model, 6, 1000);
         QCoreApplication::processEvents();
+        QCOMPARE(inserted.count(), 1);
+        QCOMPARE(inserted.at(0).at(2).toInt() - inserted.at(0).at(1).toInt() + 1, capacity);
         QVERIFY(model.rowCount() <= capacity);
         QVERIFY(model.rowCount() > capacity / 2);
         QCOMPARE(firstColumn(model).constFirst(), QString::number(1001 - model.rowCount()));
