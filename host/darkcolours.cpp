@@ -25,6 +25,7 @@ QPalette darkPalette()
     palette.setColor(QPalette::AlternateBase, deepGround.lighter(125));
     palette.setColor(QPalette::ToolTipBase, deepGround);
     palette.setColor(QPalette::Highlight, accent);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, ground.lighter(150));
     palette.setColor(QPalette::Link, accent.lighter());
     return palette;
 }
