@@ -6,14 +6,39 @@
 
 namespace {
 
-QString run(QFileDialog *dialog, const QObject *owner)
+// Takes the chooser out of a parent that is being destroyed, and ends it. It must not die with the
+// parent: boxes of its own may be open, which stand on the stack, and the code of its widgets under
+// way.
+void letGo(QFileDialog *chooser)
+{
+    chooser->setParent(nullptr);
+    const auto boxes = chooser->findChildren<QDialog *>();
+    for (QDialog *box : boxes) {
+        box->reject();
+    }
+    chooser->reject();
+}
+
+QString run(QFileDialog *chooser, const QObject *owner)
 {
     const QPointer<const QObject> watchedOwner(owner);
-    const QPointer<QFileDialog> watchedDialog(dialog);
-    const bool isAccepted = dialog->exec() == QDialog::Accepted;
-    const QString path = watchedDialog && isAccepted ? dialog->selectedFiles().value(0) : QString();
-    delete watchedDialog.data();
-    return watchedOwner ? path : QString();
+    const bool isAccepted = chooser->exec() == QDialog::Accepted;
+    return watchedOwner && isAccepted ? chooser->selectedFiles().value(0) : QString();
+}
+
+// Runs a chooser that @p prepare has set up.
+template <typename Prepare>
+QString choose(const QObject *owner, QWidget *parent, const QString &caption,
+               const QString &directory, const QString &filter, Prepare prepare)
+{
+    // Older than the chooser, so the parent destroys it first.
+    const QPointer<QObject> sentinel(new QObject(parent));
+    QFileDialog chooser(parent, caption, directory, filter);
+    QObject::connect(sentinel, &QObject::destroyed, &chooser, [&chooser] { letGo(&chooser); });
+    prepare(&chooser);
+    const QString path = run(&chooser, owner);
+    delete sentinel.data();
+    return path;
 }
 
 } // namespace
@@ -21,19 +46,18 @@ QString run(QFileDialog *dialog, const QObject *owner)
 QString FileDialog::openFileName(const QObject *owner, QWidget *parent, const QString &caption,
                                  const QString &directory, const QString &filter)
 {
-    // Not on the stack: a parent that is destroyed meanwhile takes the dialog with it.
-    auto *dialog = new QFileDialog(parent, caption, directory, filter);
-    dialog->setFileMode(QFileDialog::ExistingFile);
-    return run(dialog, owner);
+    return choose(owner, parent, caption, directory, filter,
+                  [](QFileDialog *chooser) { chooser->setFileMode(QFileDialog::ExistingFile); });
 }
 
 QString FileDialog::saveFileName(const QObject *owner, QWidget *parent, const QString &caption,
                                  const QString &proposal, const QString &filter)
 {
     const QFileInfo proposed(proposal);
-    auto *dialog = new QFileDialog(parent, caption, proposed.path(), filter);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setFileMode(QFileDialog::AnyFile);
-    dialog->selectFile(proposed.fileName());
-    return run(dialog, owner);
+    return choose(owner, parent, caption, proposed.path(), filter,
+                  [&proposed](QFileDialog *chooser) {
+                      chooser->setAcceptMode(QFileDialog::AcceptSave);
+                      chooser->setFileMode(QFileDialog::AnyFile);
+                      chooser->selectFile(proposed.fileName());
+                  });
 }

@@ -88,7 +88,14 @@ ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersio
     setUpTable();
 }
 
-ChangeConfigurationDlg::~ChangeConfigurationDlg() = default;
+ChangeConfigurationDlg::~ChangeConfigurationDlg()
+{
+    if (m_isDoubleClicked) {
+        // The table's own code is still under way. It goes on when the signal has been handled.
+        m_ui->tableWidget->setParent(nullptr);
+        m_ui->tableWidget->deleteLater();
+    }
+}
 
 void ChangeConfigurationDlg::setUpTable()
 {
@@ -450,6 +457,14 @@ void ChangeConfigurationDlg::on_tableWidget_cellDoubleClicked(int row, int colum
     if (row < 0 || column < 0) {
         return;
     }
+    m_isDoubleClicked = true;
+    if (survives(this, [this, row] { activateLockedOrEdit(row); })) {
+        m_isDoubleClicked = false;
+    }
+}
+
+void ChangeConfigurationDlg::activateLockedOrEdit(int row)
+{
     if (m_hasLocks && textAt(row, LockedColumn) == QLatin1String("yes")) {
         on_pushButton_apply_clicked();
         return;

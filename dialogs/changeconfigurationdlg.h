@@ -75,6 +75,7 @@ private:
     void selectActiveRow();
     void showActiveDescription();
     void focusTable();
+    void activateLockedOrEdit(int row);
     bool runEditDialog(const QString &identifier);
 
     int currentRow() const;
@@ -86,6 +87,7 @@ private:
     BackendVersions *m_versions;
     bool m_hasLocks = false;
     bool m_hasTransfers = false;
+    bool m_isDoubleClicked = false; ///< the signal is being handled
     QIcon m_lockIcon;
     QIcon m_unlockIcon;
     QString m_activeId; ///< as read by the last refresh

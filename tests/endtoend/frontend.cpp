@@ -67,8 +67,10 @@ FrontEnd::FrontEnd(const ControllerState &state)
     , channel(controller)
     , window(std::make_unique<QWidget>())
     , m_loader(QStringLiteral(VELTRA4_PLUGIN_PATH))
-    , m_module(qobject_cast<ModuleInterface *>(m_loader.instance()))
 {
+    // Stays mapped after unload(), so that a leak checker can tell whose memory is whose.
+    m_loader.setLoadHints(QLibrary::PreventUnloadHint);
+    m_module = qobject_cast<ModuleInterface *>(m_loader.instance());
     if (!m_module) {
         qFatal("%s", qPrintable(m_loader.errorString()));
     }
