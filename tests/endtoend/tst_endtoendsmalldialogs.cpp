@@ -228,7 +228,7 @@ void TestEndToEndSmallDialogs::aFullStoreRefusesNewOnes()
 void TestEndToEndSmallDialogs::whatDoesNotFitIsNotCreated()
 {
     ControllerState nearlyFull = ControllerState::sample();
-    nearlyFull.storeCapacity = nearlyFull.usedBytes() + 40 * 1024;
+    nearlyFull.storeCapacity = nearlyFull.usedBytes() + qint64{40} * 1024;
     FrontEnd frontEnd(nearlyFull);
     frontEnd.useList([&frontEnd](QDialog *list) {
         frontEnd.driver.expectDialog("NewConfigurationDialog", [](QDialog *dialog) {
