@@ -59,14 +59,14 @@ private slots:
         QTest::newRow("missing plug-in") << QStringList{"--plugin", "/nosuch.so"}
                                          << "veltra4-host: There is no plug-in \"/nosuch.so\".";
         QTest::newRow("no plug-in") << QStringList{"--plugin", "/etc/passwd"}
-                                    << "veltra4-host: \"/etc/passwd\" is not a Qt plug-in.";
+                                    << R"(veltra4-host: "/etc/passwd" is not a Qt plug-in.)";
         QTest::newRow("other plug-in") << QStringList{"--plugin", beside("othermodule.so")}
                                        << "veltra4-host: \"" + beside("othermodule.so")
                 + "\" is the plug-in \"com.zor.Veltra2.OtherModule\", not "
                   "\"com.zor.Veltra2.ConfigurationsModule\".";
         QTest::newRow("other contract") << QStringList{"--plugin", beside("contractlessmodule.so")}
                                         << "veltra4-host: \"" + beside("contractlessmodule.so")
-                + "\" does not offer the interface \"com.zor.veltra2.gui.Module/0.2.0\".";
+                + R"(" does not offer the interface "com.zor.veltra2.gui.Module/0.2.0".)";
         QTest::newRow("broken plug-in")
             << QStringList{"--plugin", beside("brokenmodule.so")}
             << "veltra4-host: \"" + beside("brokenmodule.so") + "\" cannot be loaded: ";
