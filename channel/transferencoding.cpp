@@ -2,68 +2,121 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace {
 
-constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr std::uint8_t notInAlphabet = 0xff; // no value of six bits has its upper two bits set
+// Three bytes are 24 bits, which are four characters: both directions work in such groups, the
+// first byte and the first character being the least significant.
+constexpr int groupBytes = 3;
+constexpr int groupCharacters = 4;
+constexpr unsigned bitsPerCharacter = 6;
 
-constexpr std::array<std::uint8_t, 256> makeValues()
+constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+using CharacterPair = std::array<char, 2>;
+
+// The two characters of each value of twelve bits.
+constexpr std::array<CharacterPair, 4096> makePairs()
 {
-    std::array<std::uint8_t, 256> values{};
-    for (std::uint8_t &value : values) {
-        value = notInAlphabet;
+    std::array<CharacterPair, 4096> pairs{};
+    for (unsigned value = 0; value < pairs.size(); ++value) {
+        pairs[value] = {alphabet[value & 0x3fU], alphabet[value >> bitsPerCharacter]};
     }
-    for (std::uint8_t value = 0; value < 64; ++value) {
-        values[static_cast<unsigned char>(alphabet[value])] = value;
-    }
-    return values;
+    return pairs;
 }
 
-constexpr std::array<std::uint8_t, 256> values = makeValues();
+constexpr std::uint32_t notInAlphabet = 0x80000000U; // beyond the bits of a group
+
+// What each character contributes to a group, by its place in the group.
+using Contributions = std::array<std::array<std::uint32_t, 256>, groupCharacters>;
+constexpr Contributions makeContributions()
+{
+    Contributions contributions{};
+    for (unsigned place = 0; place < groupCharacters; ++place) {
+        for (std::uint32_t &contribution : contributions[place]) {
+            contribution = notInAlphabet;
+        }
+        for (std::uint32_t value = 0; value < 64; ++value) {
+            contributions[place][static_cast<unsigned char>(alphabet[value])] = value
+                << (bitsPerCharacter * place);
+        }
+    }
+    return contributions;
+}
+
+constexpr std::array<CharacterPair, 4096> pairs = makePairs();
+constexpr Contributions contributions = makeContributions();
+
+std::uint32_t groupOfBytes(const char *bytes, int count)
+{
+    std::uint32_t group = 0;
+    for (int i = 0; i < count; ++i) {
+        group |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i])) << (8 * i);
+    }
+    return group;
+}
+
+void writeCharacters(std::uint32_t group, char *text)
+{
+    std::memcpy(text, pairs[group & 0xfffU].data(), 2);
+    std::memcpy(text + 2, pairs[group >> 12U].data(), 2);
+}
+
+std::uint32_t groupOfCharacters(const char *text, int count)
+{
+    std::uint32_t group = 0;
+    for (int i = 0; i < count; ++i) {
+        group |= contributions[static_cast<std::size_t>(i)][static_cast<unsigned char>(text[i])];
+    }
+    return group;
+}
+
+void writeBytes(std::uint32_t group, char *bytes, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        bytes[i] = static_cast<char>((group >> (8 * i)) & 0xffU);
+    }
+}
 
 } // namespace
 
 QByteArray TransferEncoding::encode(const QByteArray &bytes)
 {
-    QByteArray text((bytes.size() * 8 + 5) / 6, Qt::Uninitialized);
+    const int wholeGroups = bytes.size() / groupBytes;
+    const int rest = bytes.size() % groupBytes;
+    QByteArray text((wholeGroups + 1) * groupCharacters, Qt::Uninitialized);
+    const char *in = bytes.constData();
     char *out = text.data();
-    std::uint32_t pending = 0; // bits not written yet, the next one lowest
-    int pendingBits = 0;
-    for (const char byte : bytes) {
-        pending |= static_cast<std::uint32_t>(static_cast<unsigned char>(byte)) << pendingBits;
-        pendingBits += 8;
-        while (pendingBits >= 6) {
-            *out++ = alphabet[pending & 0x3fU];
-            pending >>= 6U;
-            pendingBits -= 6;
-        }
+    for (int i = 0; i < wholeGroups; ++i, in += groupBytes, out += groupCharacters) {
+        writeCharacters(groupOfBytes(in, groupBytes), out);
     }
-    if (pendingBits > 0) {
-        *out = alphabet[pending];
-    }
+    writeCharacters(groupOfBytes(in, rest), out);
+    text.truncate(wholeGroups * groupCharacters + (rest * 8 + 5) / 6);
     return text;
 }
 
 int TransferEncoding::decode(const QByteArray &text, QByteArray *bytes)
 {
-    QByteArray decoded(text.size() * 6 / 8, Qt::Uninitialized);
-    char *out = decoded.data();
-    std::uint32_t pending = 0;
-    int pendingBits = 0;
-    for (const char character : text) {
-        const std::uint32_t value = values[static_cast<unsigned char>(character)];
-        if (value == notInAlphabet) {
-            return invalidCharacter;
-        }
-        pending |= value << pendingBits;
-        pendingBits += 6;
-        if (pendingBits >= 8) {
-            *out++ = static_cast<char>(pending & 0xffU);
-            pending >>= 8U;
-            pendingBits -= 8;
-        }
+    const int wholeGroups = text.size() / groupCharacters;
+    const int rest = text.size() % groupCharacters;
+    const int restBytes = rest * 6 / 8;
+    const int before = bytes->size();
+    const int decoded = wholeGroups * groupBytes + restBytes;
+    bytes->resize(before + decoded);
+    const char *in = text.constData();
+    char *out = bytes->data() + before;
+    std::uint32_t seen = 0; // a character outside the alphabet leaves its mark
+    for (int i = 0; i < wholeGroups; ++i, in += groupCharacters, out += groupBytes) {
+        const std::uint32_t group = groupOfCharacters(in, groupCharacters);
+        writeBytes(group, out, groupBytes);
+        seen |= group;
     }
-    bytes->append(decoded);
-    return decoded.size();
+    const std::uint32_t lastGroup = groupOfCharacters(in, rest);
+    writeBytes(lastGroup, out, restBytes);
+    if (((seen | lastGroup) & notInAlphabet) != 0) {
+        bytes->truncate(before);
+        return invalidCharacter;
+    }
+    return decoded;
 }
