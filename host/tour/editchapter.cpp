@@ -11,7 +11,7 @@ const char *const dialogName = "EditConfigDialog";
 // A description as it can come from another program: the dialogs let nobody type double quotes.
 QString storeQuotedDescription(Tour &tour)
 {
-    const QString edited = ListVisit::spare(tour);
+    QString edited = ListVisit::spare(tour);
     ControllerState state = tour.controllerState();
     for (Configuration &configuration : state.configurations) {
         if (configuration.identifier == edited.toLatin1()) {
