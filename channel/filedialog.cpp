@@ -36,7 +36,7 @@ QString choose(const QObject *owner, QWidget *parent, const QString &caption,
     QFileDialog chooser(parent, caption, directory, filter);
     QObject::connect(sentinel, &QObject::destroyed, &chooser, [&chooser] { letGo(&chooser); });
     prepare(&chooser);
-    const QString path = run(&chooser, owner);
+    QString path = run(&chooser, owner);
     delete sentinel.data();
     return path;
 }

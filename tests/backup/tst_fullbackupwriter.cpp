@@ -1,6 +1,7 @@
 #include "backup/backupschema.h"
 #include "backup/fullbackup.h"
 #include "tests/backup/samplebackup.h"
+#include "tests/support/filesizelimit.h"
 #include "tests/support/testmain.h"
 
 #include <QDateTime>
@@ -14,38 +15,12 @@
 #include <csignal>
 
 #include <sys/stat.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
 constexpr char olderContent[] = "an older file";
-
-// Files do not get any larger for as long as it lives: a disk that is full, for this process alone.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_previousHandler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_previous);
-        rlimit limit = m_previous;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_previous);
-        std::signal(SIGXFSZ, m_previousHandler);
-    }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    rlimit m_previous{};
-    void (*m_previousHandler)(int) = nullptr;
-};
 
 // Nothing can be made, renamed or removed in the folder, but the file in it can be written.
 class ClosedFolder

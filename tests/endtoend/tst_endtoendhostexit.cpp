@@ -68,7 +68,7 @@ struct Scene
     // A backup of the controller, made beforehand.
     QString madeBackup()
     {
-        const QString path = home.filePath("backup.xml");
+        QString path = home.filePath("backup.xml");
         frontEnd.useList([&](QDialog *list) {
             expect("ConfigSaveDlgClass", [](QDialog *dialog) {
                 UserInput::click(dialog, "pushButton_save");

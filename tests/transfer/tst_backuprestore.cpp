@@ -5,7 +5,7 @@
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/loadtesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/backuprestore.h"
 
 #include <QAbstractButton>
@@ -17,10 +17,10 @@
 #include <memory>
 #include <stdexcept>
 
-using LoadTesting::BoxCursors;
-using LoadTesting::isWaiting;
-using LoadTesting::takeCursors;
-using LoadTesting::writeFile;
+using TransferTesting::BoxCursors;
+using TransferTesting::isWaiting;
+using TransferTesting::takeCursors;
+using TransferTesting::writeFile;
 
 namespace {
 

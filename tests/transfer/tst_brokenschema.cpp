@@ -2,7 +2,7 @@
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/loadtesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/configloaddlg.h"
 
 #include <QTemporaryDir>
@@ -41,7 +41,7 @@ void TestBrokenSchema::noFileCanBeLoaded_data()
 void TestBrokenSchema::noFileCanBeLoaded()
 {
     QFETCH(const QByteArray, contents);
-    const QString path = LoadTesting::writeFile(m_folder.filePath("some.xml"), contents);
+    const QString path = TransferTesting::writeFile(m_folder.filePath("some.xml"), contents);
     ScriptedChannel channel;
     BackendVersions versions;
     QWidget parent;
@@ -58,12 +58,12 @@ void TestBrokenSchema::noFileCanBeLoaded()
     QCOMPARE(channel.trace(),
              QStringList(ScriptedChannel::reported(
                  "Error: Unable to validate backup or configuration file")));
-    QCOMPARE(LoadTesting::takeCursors(), 0);
+    QCOMPARE(TransferTesting::takeCursors(), 0);
 }
 
 void TestBrokenSchema::theHostMayDestroyTheDialogWhileTheBoxIsOpen()
 {
-    const QString path = LoadTesting::writeFile(m_folder.filePath("some.dat"), "data");
+    const QString path = TransferTesting::writeFile(m_folder.filePath("some.dat"), "data");
     ScriptedChannel channel;
     BackendVersions versions;
     auto parent = std::make_unique<QWidget>();

@@ -4,7 +4,7 @@
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/loadtesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/configloaddlg.h"
 
 #include <QAbstractItemModel>
@@ -21,8 +21,8 @@
 #include <functional>
 #include <memory>
 
-using LoadTesting::takeCursors;
-using LoadTesting::writeFile;
+using TransferTesting::takeCursors;
+using TransferTesting::writeFile;
 
 namespace {
 

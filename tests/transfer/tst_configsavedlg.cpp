@@ -4,7 +4,7 @@
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/savetesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/configsavedlg.h"
 
 #include <QAbstractEventDispatcher>
@@ -21,7 +21,7 @@
 
 #include <memory>
 
-using namespace SaveTesting;
+using namespace TransferTesting;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "channel/transferencoding.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/savetesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/configurationdownload.h"
 
 #include <QDir>
@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <memory>
 
-using namespace SaveTesting;
+using namespace TransferTesting;
 
 class TestConfigurationDownload : public QObject
 {

@@ -1,7 +1,7 @@
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/loadtesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/configurationimport.h"
 
 #include <QDialog>
@@ -9,9 +9,9 @@
 
 #include <memory>
 
-using LoadTesting::BoxCursors;
-using LoadTesting::isWaiting;
-using LoadTesting::takeCursors;
+using TransferTesting::BoxCursors;
+using TransferTesting::isWaiting;
+using TransferTesting::takeCursors;
 
 namespace {
 

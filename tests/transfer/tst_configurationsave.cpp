@@ -2,7 +2,7 @@
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/savetesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/configurationsave.h"
 
 #include <QDate>
@@ -15,7 +15,7 @@
 #include <memory>
 #include <optional>
 
-using namespace SaveTesting;
+using namespace TransferTesting;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "channel/transferencoding.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/loadtesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/configurationupload.h"
 
 #include <QTemporaryDir>
@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using LoadTesting::writeFile;
+using TransferTesting::writeFile;
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include "tests/support/modaldriver.h"
 #include "tests/support/testmain.h"
 #include "tests/transfer/backuptesting.h"
-#include "tests/transfer/savetesting.h"
+#include "tests/transfer/transfertesting.h"
 #include "transfer/manualbackup.h"
 
 #include <QDateTime>
@@ -14,7 +14,7 @@
 #include <memory>
 
 using namespace BackupTesting;
-using namespace SaveTesting;
+using namespace TransferTesting;
 
 class TestManualBackup : public QObject
 {

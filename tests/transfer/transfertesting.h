@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/filesizelimit.h"
+
 #include <QByteArray>
 #include <QCursor>
 #include <QEvent>
@@ -7,10 +9,17 @@
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QObject>
-#include <QStringList>
+#include <QString>
 
-/// What the tests of loading and restoring have in common.
-namespace LoadTesting {
+/// What the tests of saving, backing up, loading and restoring have in common.
+namespace TransferTesting {
+
+/// What the file holds, or "(no file)".
+inline QByteArray contentsOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+}
 
 /// Writes a file and gives its name back.
 inline QString writeFile(const QString &fileName, const QByteArray &contents)
@@ -64,4 +73,4 @@ private:
     bool m_wasAnyWaiting = false;
 };
 
-} // namespace LoadTesting
+} // namespace TransferTesting
