@@ -34,13 +34,13 @@ ChannelLogs::ChannelLogs(ChannelMonitor &monitor)
                 {tr("Category"), 15},
                 {tr("Source"), 25},
                 {tr("Level"), 7, Qt::AlignHCenter},
-                {tr("Text")}},
+                {tr("Text"), LogColumn::takesTheRest}},
                capacity)
     , m_commands({{tr("Time"), 18},
                   {tr("Operation"), 17},
-                  {tr("Command"), 55},
-                  {tr("Answer"), 36},
-                  {tr("Result"), 19},
+                  {tr("Command"), LogColumn::takesTheRest},
+                  {tr("Answer"), 34},
+                  {tr("Result"), 16},
                   {tr("Duration"), 12, Qt::AlignRight}},
                  capacity)
 {

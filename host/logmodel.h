@@ -9,8 +9,10 @@
 /// One column of a log.
 struct LogColumn
 {
+    static constexpr int takesTheRest = 0;
+
     QString title;
-    int width = 10; ///< in average characters of the view's font
+    int width = takesTheRest; ///< in average characters of the view's font
     Qt::Alignment alignment = Qt::AlignLeft;
 };
 

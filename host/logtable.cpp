@@ -26,7 +26,6 @@ LogTable::LogTable(QWidget *parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + fontMetrics().height() / 4);
     horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setStretchLastSection(true);
 
     auto *copyAction = new QAction(tr("&Copy"), this);
     copyAction->setObjectName(QStringLiteral("action_copy"));

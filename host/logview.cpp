@@ -54,8 +54,14 @@ LogView::LogView(LogModel *model, const QString &name, const QString &emptyText,
 void LogView::setColumnWidths()
 {
     const int character = m_table->fontMetrics().averageCharWidth();
-    for (int i = 0; i < m_model->columns().size() - 1; ++i) { // the last one takes the rest
-        m_table->horizontalHeader()->resizeSection(i, m_model->columns().at(i).width * character);
+    QHeaderView *header = m_table->horizontalHeader();
+    for (int i = 0; i < m_model->columns().size(); ++i) {
+        const int width = m_model->columns().at(i).width;
+        if (width == LogColumn::takesTheRest) {
+            header->setSectionResizeMode(i, QHeaderView::Stretch);
+        } else {
+            header->resizeSection(i, width * character);
+        }
     }
 }
 

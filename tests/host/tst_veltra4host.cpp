@@ -32,6 +32,11 @@ Outcome run(const QStringList &arguments)
     return outcome;
 }
 
+QString quoted(const QString &text)
+{
+    return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
 QString beside(const QString &fileName)
 {
     return QDir(QCoreApplication::applicationDirPath()).filePath(fileName);
@@ -51,28 +56,31 @@ private slots:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("line");
+        const QString prefix = "veltra4-host: ";
         QTest::newRow("unknown option")
-            << QStringList{"--bogus"} << "veltra4-host: Unknown option 'bogus'.";
+            << QStringList{"--bogus"} << prefix + "Unknown option 'bogus'.";
         QTest::newRow("wrong version")
             << QStringList{"--pt-version", "x"}
-            << "veltra4-host: --pt-version wants a version such as 1.27.0, not \"x\".";
-        QTest::newRow("missing plug-in") << QStringList{"--plugin", "/nosuch.so"}
-                                         << "veltra4-host: There is no plug-in \"/nosuch.so\".";
+            << prefix + "--pt-version wants a version such as 1.27.0, not " + quoted("x") + ".";
+        QTest::newRow("missing plug-in")
+            << QStringList{"--plugin", "/nosuch.so"}
+            << prefix + "There is no plug-in " + quoted("/nosuch.so") + ".";
         QTest::newRow("no plug-in") << QStringList{"--plugin", "/etc/passwd"}
-                                    << R"(veltra4-host: "/etc/passwd" is not a Qt plug-in.)";
+                                    << prefix + quoted("/etc/passwd") + " is not a Qt plug-in.";
         QTest::newRow("other plug-in") << QStringList{"--plugin", beside("othermodule.so")}
-                                       << "veltra4-host: \"" + beside("othermodule.so")
-                + "\" is the plug-in \"com.zor.Veltra2.OtherModule\", not "
-                  "\"com.zor.Veltra2.ConfigurationsModule\".";
-        QTest::newRow("other contract") << QStringList{"--plugin", beside("contractlessmodule.so")}
-                                        << "veltra4-host: \"" + beside("contractlessmodule.so")
-                + R"(" does not offer the interface "com.zor.veltra2.gui.Module/0.2.0".)";
+                                       << prefix + quoted(beside("othermodule.so"))
+                + " is the plug-in " + quoted("com.zor.Veltra2.OtherModule") + ", not "
+                + quoted("com.zor.Veltra2.ConfigurationsModule") + ".";
+        QTest::newRow("other contract")
+            << QStringList{"--plugin", beside("contractlessmodule.so")}
+            << prefix + quoted(beside("contractlessmodule.so")) + " does not offer the interface "
+                + quoted("com.zor.veltra2.gui.Module/0.2.0") + ".";
         QTest::newRow("broken plug-in")
             << QStringList{"--plugin", beside("brokenmodule.so")}
-            << "veltra4-host: \"" + beside("brokenmodule.so") + "\" cannot be loaded: ";
-        QTest::newRow("wrong rule") << QStringList{"--fail", "/(/"} << "veltra4-host: \"/(/\"";
+            << prefix + quoted(beside("brokenmodule.so")) + " cannot be loaded: ";
+        QTest::newRow("wrong rule") << QStringList{"--fail", "/(/"} << prefix + quoted("/(/");
         QTest::newRow("unusable state")
-            << QStringList{"--state", "/etc/passwd"} << "veltra4-host: /etc/passwd";
+            << QStringList{"--state", "/etc/passwd"} << prefix + "/etc/passwd";
     }
 
     void refusesInOneLineWithExitCode2()
