@@ -79,6 +79,7 @@ private slots:
     void exportsJustTheEntryPointsOfAPlugin();
     void carriesTheMetadataOfAReleaseBuild();
     void isOneInstance();
+    void staysInMemoryWhenItIsUnloaded();
     void answersToItsInterfaces();
     void tellsItsNameAndVersion();
     void hookDoesNothing();
@@ -157,6 +158,18 @@ void TestConfigurationsModule::isOneInstance()
     QVERIFY2(plugin.object, qPrintable(plugin.loader.errorString()));
     QCOMPARE(QPluginLoader(pluginPath).instance(), plugin.object);
     QVERIFY(!plugin.object->parent());
+}
+
+void TestConfigurationsModule::staysInMemoryWhenItIsUnloaded()
+{
+    QPluginLoader loader(pluginPath);
+    const QPointer<QObject> module(loader.instance());
+    QVERIFY(module);
+    QVERIFY(loader.unload());
+    QVERIFY(module.isNull());
+    QFile mapped(QStringLiteral("/proc/self/maps"));
+    QVERIFY(mapped.open(QIODevice::ReadOnly));
+    QVERIFY(mapped.readAll().contains("ConfigurationsModule.so"));
 }
 
 void TestConfigurationsModule::answersToItsInterfaces()
