@@ -197,6 +197,22 @@ private slots:
     void aLockedConfigurationIsNeverDeleted();
     void deleteWithoutARowDoesNothing();
 
+    // The dialogs behind the buttons
+    void newCancelledMakesTheRowCurrentAgain();
+    void newAcceptedSelectsTheActiveRow();
+    void editRefreshesAndMakesTheRowCurrent();
+    void editWithoutARowDoesNothing();
+    void aDoubleClickEdits_data();
+    void aDoubleClickEdits();
+    void aDoubleClickActivatesALockedRow();
+    void aDoubleClickOutsideTheRowsDoesNothing();
+    void theLockButtonOpensWhatItSays_data();
+    void theLockButtonOpensWhatItSays();
+    void theLockButtonAsItStartsOpensNothing();
+    void withoutLocksTheLockSlotDoesNothing();
+    void saveGetsTheListInSlotOrderAndNoRefreshFollows();
+    void aCancelledLoadIsFollowedByARefresh();
+
     // The host pulls the rug
     void theDialogMayDieUnderTheDeletionQuestion();
     void theDialogMayDieUnderTheNoContactBox();
@@ -1052,6 +1068,217 @@ void TestChangeConfigurationDlg::deleteWithoutARowDoesNothing()
     fixture.table()->setCurrentCell(-1, -1);
     QTest::keyClick(fixture.table(), Qt::Key_Delete);
     QCOMPARE(fixture.channel.trace(), QStringList());
+}
+
+void TestChangeConfigurationDlg::newCancelledMakesTheRowCurrentAgain()
+{
+    Fixture fixture;
+    fixture.show();
+    fixture.select(QStringLiteral("beta"));
+    const int row = fixture.table()->currentRow();
+    ModalDriver driver;
+    driver.expectDialog(QStringLiteral("NewConfigurationDialog"), [&](QDialog *dialog) {
+        QCOMPARE(dialog->parentWidget(), fixture.dialog.get());
+        dialog->reject();
+    });
+    QTest::mouseClick(fixture.button("pushButton_new"), Qt::LeftButton);
+    QCOMPARE(fixture.channel.trace(), refreshTrace(allIds));
+    QCOMPARE(fixture.table()->currentRow(), row);
+    QCOMPARE(fixture.table()->currentColumn(), 0);
+    QCOMPARE(fixture.dialog->focusWidget(), fixture.table());
+}
+
+void TestChangeConfigurationDlg::newAcceptedSelectsTheActiveRow()
+{
+    Fixture fixture;
+    fixture.show();
+    fixture.select(QStringLiteral("beta"));
+    ModalDriver driver;
+    driver.expectDialog(QStringLiteral("NewConfigurationDialog"), [&](QDialog *dialog) {
+        QTest::keyClicks(dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit_desc")), "new");
+        fixture.channel.answer("config active_config", "standard");
+        QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("pushButton_create")),
+                          Qt::LeftButton);
+    });
+    QTest::mouseClick(fixture.button("pushButton_new"), Qt::LeftButton);
+    const QStringList trace = fixture.channel.trace();
+    const QStringList refresh = refreshTrace(allIds);
+    QCOMPARE(trace.mid(trace.size() - refresh.size()), refresh);
+    QCOMPARE(trace.at(trace.size() - refresh.size() - 1), ScriptedChannel::announced());
+    QCOMPARE(fixture.text(fixture.table()->currentRow(), 2), QStringLiteral("standard"));
+    QCOMPARE(fixture.find<QLineEdit>("lineEdit_activeConfig")->text(),
+             QStringLiteral("description of standard"));
+}
+
+void TestChangeConfigurationDlg::editRefreshesAndMakesTheRowCurrent()
+{
+    Fixture fixture;
+    fixture.show();
+    fixture.select(QStringLiteral("beta"));
+    const int row = fixture.table()->currentRow();
+    ModalDriver driver;
+    driver.expectDialog(QStringLiteral("EditConfigDialog"),
+                        [](QDialog *dialog) { dialog->reject(); });
+    QTest::mouseClick(fixture.button("pushButton_edit"), Qt::LeftButton);
+    QCOMPARE(fixture.channel.trace(),
+             QStringList({"queryString config owner_of_config beta",
+                          "queryString config desc_of_config beta"})
+                 + refreshTrace(allIds));
+    QCOMPARE(fixture.table()->currentRow(), row);
+    QCOMPARE(fixture.table()->currentColumn(), 2);
+    QCOMPARE(fixture.dialog->focusWidget(), fixture.table());
+}
+
+void TestChangeConfigurationDlg::editWithoutARowDoesNothing()
+{
+    Fixture fixture;
+    fixture.show();
+    fixture.table()->setCurrentCell(-1, -1);
+    QVERIFY(QMetaObject::invokeMethod(fixture.dialog.get(), "on_pushButton_edit_clicked"));
+    QCOMPARE(fixture.channel.trace(), QStringList());
+}
+
+void TestChangeConfigurationDlg::aDoubleClickEdits_data()
+{
+    QTest::addColumn<int>("minor");
+    QTest::addColumn<QString>("id");
+    QTest::newRow("an unlocked row") << 27 << QStringLiteral("beta");
+    QTest::newRow("any row where there are no locks") << 8 << QStringLiteral("locked");
+}
+
+void TestChangeConfigurationDlg::aDoubleClickEdits()
+{
+    QFETCH(const int, minor);
+    QFETCH(const QString, id);
+    Fixture fixture({1, minor, 0});
+    fixture.show();
+    const int row = fixture.rowOf(id);
+    ModalDriver driver;
+    driver.expectDialog(QStringLiteral("EditConfigDialog"),
+                        [](QDialog *dialog) { dialog->reject(); });
+    const QPoint place = fixture.table()->visualItemRect(fixture.table()->item(row, 1)).center();
+    QTest::mouseClick(fixture.table()->viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(fixture.table()->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(fixture.channel.trace(),
+             QStringList({"queryString config owner_of_config " + id,
+                          "queryString config desc_of_config " + id})
+                 + refreshTrace(allIds, minor >= 27));
+    QCOMPARE(fixture.table()->currentRow(), row);
+    QCOMPARE(fixture.table()->currentColumn(), 0);
+}
+
+void TestChangeConfigurationDlg::aDoubleClickActivatesALockedRow()
+{
+    Fixture fixture;
+    fixture.show();
+    fixture.channel.answer("system hostname", "controller");
+    fixture.channel.answer("config desc", "\"description of locked\"");
+    const QPoint place =
+        fixture.table()
+            ->visualItemRect(fixture.table()->item(fixture.rowOf(QStringLiteral("locked")), 0))
+            .center();
+    QTest::mouseClick(fixture.table()->viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(fixture.table()->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(fixture.channel.trace(),
+             QStringList({"setTimeout 0 20000 0", "sendCommand config active_config locked",
+                          "queryString config active_config", "queryString system hostname",
+                          "queryString config desc", ScriptedChannel::announced()})
+                 + refreshTrace(allIds));
+}
+
+void TestChangeConfigurationDlg::aDoubleClickOutsideTheRowsDoesNothing()
+{
+    Fixture fixture;
+    fixture.show();
+    const auto doubleClick = [&fixture](int row, int column) {
+        return QMetaObject::invokeMethod(fixture.dialog.get(), "on_tableWidget_cellDoubleClicked",
+                                         Q_ARG(int, row), Q_ARG(int, column));
+    };
+    QVERIFY(doubleClick(-1, 0));
+    QVERIFY(doubleClick(0, -1));
+    QCOMPARE(fixture.channel.trace(), QStringList());
+}
+
+void TestChangeConfigurationDlg::theLockButtonOpensWhatItSays_data()
+{
+    QTest::addColumn<QString>("active");
+    QTest::addColumn<QString>("dialogName");
+    QTest::newRow("L&ock") << QStringLiteral("alpha") << QStringLiteral("LockConfigurationDialog");
+    QTest::newRow("Unl&ock") << QStringLiteral("locked")
+                             << QStringLiteral("UnlockConfigurationDialog");
+}
+
+void TestChangeConfigurationDlg::theLockButtonOpensWhatItSays()
+{
+    QFETCH(const QString, active);
+    QFETCH(const QString, dialogName);
+    Fixture fixture;
+    fixture.channel.answer("config active_config", active.toLatin1());
+    fixture.show();
+    QCOMPARE(fixture.button("pushButton_lock")->text(), QString(QTest::currentDataTag()));
+    const int row = fixture.table()->currentRow();
+    ModalDriver driver;
+    driver.expectDialog(dialogName, [](QDialog *dialog) { dialog->reject(); });
+    QTest::mouseClick(fixture.button("pushButton_lock"), Qt::LeftButton);
+    QCOMPARE(fixture.channel.trace(),
+             QStringList("queryString config desc_of_config " + active) + refreshTrace(allIds));
+    QCOMPARE(fixture.table()->currentRow(), row);
+    QCOMPARE(fixture.dialog->focusWidget(), fixture.table());
+}
+
+void TestChangeConfigurationDlg::theLockButtonAsItStartsOpensNothing()
+{
+    Fixture fixture;
+    fixture.show();
+    const int row = fixture.table()->currentRow();
+    fixture.button("pushButton_lock")->setText(QStringLiteral("Lo&ck"));
+    QTest::mouseClick(fixture.button("pushButton_lock"), Qt::LeftButton);
+    QCOMPARE(fixture.channel.trace(), refreshTrace(allIds));
+    QCOMPARE(fixture.table()->currentRow(), row);
+    QCOMPARE(fixture.dialog->focusWidget(), fixture.table());
+}
+
+void TestChangeConfigurationDlg::withoutLocksTheLockSlotDoesNothing()
+{
+    Fixture fixture({1, 8, 0});
+    fixture.show();
+    QVERIFY(QMetaObject::invokeMethod(fixture.dialog.get(), "on_pushButton_lock_clicked"));
+    QCOMPARE(fixture.channel.trace(), QStringList());
+}
+
+void TestChangeConfigurationDlg::saveGetsTheListInSlotOrderAndNoRefreshFollows()
+{
+    Fixture fixture;
+    fixture.show();
+    fixture.select(QStringLiteral("beta"));
+    QStringList offered;
+    ModalDriver driver;
+    driver.expectDialog(QStringLiteral("ConfigSaveDlgClass"), [&offered](QDialog *dialog) {
+        const auto *table =
+            dialog->findChild<QTableWidget *>(QStringLiteral("tableWidget_selectConfigs"));
+        for (int row = 0; row < table->rowCount(); ++row) {
+            offered << table->item(row, 2)->text();
+        }
+        dialog->reject();
+    });
+    QTest::mouseClick(fixture.button("pushButton_save"), Qt::LeftButton);
+    QCOMPARE(offered, allIds);
+    QCOMPARE(fixture.channel.trace(), QStringList());
+    QCOMPARE(fixture.text(fixture.table()->currentRow(), 2), QStringLiteral("alpha"));
+}
+
+void TestChangeConfigurationDlg::aCancelledLoadIsFollowedByARefresh()
+{
+    Fixture fixture;
+    fixture.show();
+    fixture.select(QStringLiteral("beta"));
+    ModalDriver driver;
+    driver.expectFileDialog(QStringLiteral("Load Configurations"), QString());
+    QTest::mouseClick(fixture.button("pushButton_load"), Qt::LeftButton);
+    QCOMPARE(fixture.channel.trace(), refreshTrace(allIds));
+    QCOMPARE(fixture.text(fixture.table()->currentRow(), 2), QStringLiteral("alpha"));
+    QCOMPARE(fixture.find<QLineEdit>("lineEdit_activeConfig")->text(),
+             QStringLiteral("description of alpha"));
 }
 
 void TestChangeConfigurationDlg::theDialogMayDieUnderTheDeletionQuestion()
