@@ -1133,6 +1133,7 @@ void TestChangeConfigurationDlg::editWithoutARowDoesNothing()
 {
     Fixture fixture;
     fixture.show();
+    const ModalDriver driver; // fails on any window
     fixture.table()->setCurrentCell(-1, -1);
     QVERIFY(QMetaObject::invokeMethod(fixture.dialog.get(), "on_pushButton_edit_clicked"));
     QCOMPARE(fixture.channel.trace(), QStringList());
@@ -1171,6 +1172,7 @@ void TestChangeConfigurationDlg::aDoubleClickActivatesALockedRow()
 {
     Fixture fixture;
     fixture.show();
+    const ModalDriver driver; // fails on any window
     fixture.channel.answer("system hostname", "controller");
     fixture.channel.answer("config desc", "\"description of locked\"");
     const QPoint place =
@@ -1190,6 +1192,7 @@ void TestChangeConfigurationDlg::aDoubleClickOutsideTheRowsDoesNothing()
 {
     Fixture fixture;
     fixture.show();
+    const ModalDriver driver; // fails on any window
     const auto doubleClick = [&fixture](int row, int column) {
         return QMetaObject::invokeMethod(fixture.dialog.get(), "on_tableWidget_cellDoubleClicked",
                                          Q_ARG(int, row), Q_ARG(int, column));
@@ -1230,6 +1233,7 @@ void TestChangeConfigurationDlg::theLockButtonAsItStartsOpensNothing()
 {
     Fixture fixture;
     fixture.show();
+    const ModalDriver driver; // fails on any window
     const int row = fixture.table()->currentRow();
     fixture.button("pushButton_lock")->setText(QStringLiteral("Lo&ck"));
     QTest::mouseClick(fixture.button("pushButton_lock"), Qt::LeftButton);
@@ -1242,6 +1246,7 @@ void TestChangeConfigurationDlg::withoutLocksTheLockSlotDoesNothing()
 {
     Fixture fixture({1, 8, 0});
     fixture.show();
+    const ModalDriver driver; // fails on any window
     QVERIFY(QMetaObject::invokeMethod(fixture.dialog.get(), "on_pushButton_lock_clicked"));
     QCOMPARE(fixture.channel.trace(), QStringList());
 }
