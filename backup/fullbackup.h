@@ -122,16 +122,16 @@ public:
     /// @name The record
     /// Texts are as the controller answered them, decoded as UTF-8.
     /// @{
-    QString name;        ///< host name
-    QString serial;      ///< serial number
-    Version ptVersion;   ///< of the tracking software
-    Version ctVersion;   ///< of the firmware
-    QString systemModel; ///< model designation
-    QStringList slaves;  ///< of the cascade, in order
-    QString net;         ///< network setting, in the controller's own words
-    QString domain;      ///< this and the next two are "none" if the controller is not embedded
-    QString nameServer;
-    QString ntpServer;
+    QString name;          ///< host name
+    QString serial;        ///< serial number
+    Version ptVersion;     ///< of the tracking software
+    Version ctVersion;     ///< of the firmware
+    QString systemModel;   ///< model designation
+    QStringList slaves;    ///< of the cascade, in order
+    QString net;           ///< network setting, in the controller's own words
+    QString domain;        ///< network domain; "none" if the controller is not embedded
+    QString nameServer;    ///< DNS server; "none" if the controller is not embedded
+    QString ntpServer;     ///< time server; "none" if the controller is not embedded
     QString activeConfig;  ///< identifier of the active configuration
     QByteArray configData; ///< all configurations, in the controller's own format
     /// @}

@@ -40,7 +40,8 @@ void writeText(QXmlStreamWriter &xml, const QString &element, const QString &tex
 {
     xml.writeStartElement(element);
     bool isFirst = true;
-    for (const QString &part : text.split(QLatin1Char('\r'))) {
+    const QStringList parts = text.split(QLatin1Char('\r'));
+    for (const QString &part : parts) {
         if (!isFirst) {
             // Written as it is, a carriage return would be read back as a line feed.
             xml.writeEntityReference(QStringLiteral("#13"));

@@ -32,7 +32,8 @@ Version parseVersion(const QString &text, bool *ok)
     const std::array<int *, 3> targets{&version.major, &version.minor, &version.micro};
     bool isNumber = false;
     std::size_t place = 0;
-    for (const QString &part : numbers.split(QLatin1Char('.'))) {
+    const QStringList parts = numbers.split(QLatin1Char('.'));
+    for (const QString &part : parts) {
         if (place == targets.size()) {
             break;
         }

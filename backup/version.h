@@ -8,6 +8,7 @@ class QString;
 ///
 /// A place that is missing is -1; one that is no number is 0 and ends the reading. Places beyond
 /// the third are ignored.
+/// @param text  as the controller or a document states it
 /// @param ok  if given, tells whether the last place that was read is a number
 Version parseVersion(const QString &text, bool *ok = nullptr);
 

@@ -6,7 +6,7 @@
 /// One configuration of the controller, as the list dialog last read it.
 struct ConfigEntry
 {
-    QString identifier;
+    QString identifier;  ///< a word, unique on the controller
     QString description; ///< without double quotes
     QString owner;       ///< without double quotes
     bool locked =

@@ -14,9 +14,13 @@ class ConfigurationsMessagereceiver : public QObject, public MessageReceiver
     Q_OBJECT
 
 public:
+    /// @p parent owns the receiver; the host does not.
     explicit ConfigurationsMessagereceiver(QObject *parent);
     ~ConfigurationsMessagereceiver() override;
 
+    /// Emits the signal that belongs to @p source, which may be null; other messages are not for
+    /// the plug-in.
+    /// @return always 0
     int receiveMessage(int id, const char *source, const char *text) override;
 
 signals:

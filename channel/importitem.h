@@ -35,11 +35,12 @@ enum class ImportOffer {
 /// the base configuration included.
 ///
 /// The controller announces the number of items and describes them one by one. An item that it does
-/// not describe when asked stands in the list with the answer before; only after @ref
-/// maxUnanswered such items in a row the rest is given up. An announcement of more than @ref
-/// maxAnsweredCount is not believed.
+/// not describe when asked stands in the list with the answer before; only after
+/// ::maxUnanswered such items in a row the rest is given up. An announcement of more than
+/// ::maxAnsweredCount is not believed.
 ///
-/// @param items  replaced when the result is Read, left alone otherwise
+/// @param channel  not owned
+/// @param items    replaced when the result is Read, left alone otherwise
 ImportOffer queryImportItems(IOManager *channel, ImportItemList *items);
 
 /// Nobody is there any more after so many queries without an answer.

@@ -11,10 +11,13 @@
 /// QMessageBox::NoButton, and the caller returns at once without touching any member.
 namespace MessageBox {
 
+/// The answer of a box.
 using Button = QMessageBox::StandardButton;
 
+/// Something to know; the box has the button Ok alone.
 Button information(const QObject *owner, QWidget *parent, const QString &title,
                    const QString &text);
+/// Something that broke off; the box has the button Ok alone.
 Button critical(const QObject *owner, QWidget *parent, const QString &title, const QString &text);
 
 /// Boxes with more than Ok name their default button, the harmless one: it is the answer, too, when
@@ -22,6 +25,7 @@ Button critical(const QObject *owner, QWidget *parent, const QString &title, con
 Button warning(const QObject *owner, QWidget *parent, const QString &title, const QString &text,
                QMessageBox::StandardButtons buttons = QMessageBox::Ok,
                Button defaultButton = QMessageBox::Ok);
+/// Something to decide; with buttons and default as warning() has them.
 Button question(const QObject *owner, QWidget *parent, const QString &title, const QString &text,
                 QMessageBox::StandardButtons buttons, Button defaultButton);
 

@@ -11,12 +11,15 @@
 class WrappingLabel : public QLabel
 {
 public:
+    /// Empty at first.
     explicit WrappingLabel(QWidget *parent = nullptr);
 
+    /// Any width; the height that the text needs in the present one, a single line until shown.
     QSize minimumSizeHint() const override;
+    /// What the text needs when it is broken to fit @p width pixels.
     int heightForWidth(int width) const override;
 
-protected:
+private:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 };

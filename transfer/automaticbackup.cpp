@@ -70,8 +70,9 @@ void AutomaticBackup::prune() const
     // Wildcards in the controller's name stay as they are.
     QStringList older = files(QStringLiteral("backup_*_%1.xml"));
     // The asterisk also swallows the beginning of a longer name: "lab_a" ends in "_a", too.
-    for (const QString &ofLongerName : files(QStringLiteral("backup_*_*_%1.xml"))) {
-        older.removeAll(ofLongerName);
+    const QStringList ofLongerNames = files(QStringLiteral("backup_*_*_%1.xml"));
+    for (const QString &file : ofLongerNames) {
+        older.removeAll(file);
     }
     // The date comes first in the name, so the last one is the newest.
     for (int i = 0; i < older.size() - 1; ++i) {

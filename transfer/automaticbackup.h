@@ -13,6 +13,7 @@ struct BackendVersions;
 class AutomaticBackup
 {
 public:
+    /// What became of the backup of the day.
     enum class Result {
         NotDue,      ///< the controller is busy or cannot be asked
         AlreadyMade, ///< the backup of the day is on disk since an earlier run

@@ -32,7 +32,8 @@ public:
     static constexpr int unfit = 3;      ///< a backup of another model or of newer versions
     static constexpr int failed = 4;     ///< the restore broke off
 
-    /// @param channel   not owned, nor are @p versions
+    /// @param channel   not owned
+    /// @param versions  not owned
     /// @param dialog    the parent of the first boxes, as its parent widget is of the others; both
     ///                  may be destroyed while a box is open
     /// @param path      a file that was found to be a backup document

@@ -44,9 +44,6 @@ public slots:
     /// Makes the backup of the day, see AutomaticBackup. Opens no window.
     void doAutomaticBackup();
 
-protected:
-    void resizeEvent(QResizeEvent *event) override;
-
 private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_selectAll_clicked();
     void on_pushButton_clearSelection_clicked();
@@ -56,6 +53,7 @@ private slots: // connected by name in setupUi(), never by hand
     void on_checkBox_allSettings_stateChanged(int state);
 
 private:
+    void resizeEvent(QResizeEvent *event) override;
     void fillTable();
     void showAvailability(bool isAvailable);
     QStringList selectedIdentifiers() const;

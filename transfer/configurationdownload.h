@@ -13,9 +13,9 @@ class QByteArray;
 class ConfigurationDownload
 {
 public:
-    static constexpr int success = 0;
-    static constexpr int failure = -1;
-    static constexpr int fileExists = -2;
+    static constexpr int success = 0;     ///< the file is complete
+    static constexpr int failure = -1;    ///< the file may hold a part
+    static constexpr int fileExists = -2; ///< nothing was touched
 
     /// @p channel is not owned and must outlive the download.
     explicit ConfigurationDownload(IOManager *channel);

@@ -14,7 +14,7 @@ class QString;
 class ConfigurationUpload
 {
 public:
-    static constexpr int success = 0;
+    static constexpr int success = 0;     ///< every byte was sent
     static constexpr int failure = -1;    ///< the file is empty, or broke off while it was read
     static constexpr int unreadable = -2; ///< nothing was sent
 
