@@ -160,6 +160,10 @@ void ModalDriver::tick()
 
 void ModalDriver::handle(QWidget *window)
 {
+    if (m_steps.isEmpty() && m_others) {
+        run(m_others, window);
+        return;
+    }
     if (m_steps.isEmpty() || !m_steps.head().fits(window)) {
         complain(QStringLiteral("unexpected ") + describe(window)
                  + (m_steps.isEmpty() ? QString()
@@ -167,9 +171,13 @@ void ModalDriver::handle(QWidget *window)
         close(window);
         return;
     }
-    const Step step = m_steps.dequeue();
+    run(m_steps.dequeue().action, window);
+}
+
+void ModalDriver::run(const std::function<void(QWidget *)> &action, QWidget *window)
+{
     const QPointer<QWidget> watched(window);
-    step.action(window);
+    action(window);
     if (watched && watched->isVisible()) {
         complain(QStringLiteral("left open: ") + describe(watched));
         close(watched);

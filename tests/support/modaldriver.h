@@ -49,6 +49,10 @@ public:
     void expectFileDialog(const QString &caption, const QString &path,
                           std::function<void(QFileDialog *)> inspect = {});
 
+    /// Hands every window that comes while nothing is expected to @p action, which has to close it in
+    /// the end: for when it is not known beforehand which windows will open.
+    void handleOthers(std::function<void(QWidget *)> action) { m_others = std::move(action); }
+
     /// Fails the test if anything went wrong or is left over, and forgets it.
     void verify();
 
@@ -66,9 +70,11 @@ private:
     void scheduleTick() const;
     void tick();
     void handle(QWidget *window);
+    void run(const std::function<void(QWidget *)> &action, QWidget *window);
     void complain(const QString &problem);
 
     QQueue<Step> m_steps;
+    std::function<void(QWidget *)> m_others; ///< empty where every window has to be expected
     QStack<QPointer<QWidget>> m_beingHandled; ///< their actions run inside one another
     QStringList m_problems;
 };

@@ -32,6 +32,7 @@ private slots:
     void aDialogLeftOpenIsClosedAndReported();
     void windowsWithinAnActionAreExpectedAfterIt();
     void anActionMayDestroyItsDialog();
+    void windowsBeyondWhatIsExpectedMayBeHandled();
 
     void aFileIsChosen();
     void aFileDialogIsLookedAtAndCancelled();
@@ -253,6 +254,26 @@ void TestModalDriver::anActionMayDestroyItsDialog()
     auto *dialog = new NamedDialog("Asked");
     QCOMPARE(dialog->exec(), int(QDialog::Rejected));
     QCOMPARE(driver.takeProblems(), QStringList());
+}
+
+void TestModalDriver::windowsBeyondWhatIsExpectedMayBeHandled()
+{
+    ModalDriver driver;
+    QStringList seen;
+    driver.handleOthers([&seen](QWidget *window) {
+        seen << window->windowTitle();
+        if (seen.size() < 2) {
+            window->close();
+        }
+    });
+    driver.expectBox(expectedBox("first"));
+    showBox("first");
+    showBox("second");
+    QCOMPARE(driver.takeProblems(), QStringList());
+    showBox("third");
+    QCOMPARE(seen, QStringList({"Title", "Title"}));
+    QCOMPARE(driver.takeProblems(),
+             QStringList("left open: QMessageBox '' titled 'Title' saying 'third'"));
 }
 
 void TestModalDriver::aFileIsChosen()

@@ -1,0 +1,187 @@
+#include "tests/sweep/sweep.h"
+
+#include "tests/sweep/rehearsal.h"
+#include "tests/sweep/stage.h"
+#include "tests/sweep/wronganswers.h"
+
+#include <QtTest>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int beyondAnyTimeoutMs = 3600 * 1000;
+
+int totalPoints = 0;
+int totalRuns = 0;
+
+// What the list has to show of @p state, in the form of Table::lines().
+QStringList listOf(const ControllerState &state)
+{
+    QVector<QPair<QString, QString>> rows; // description and line
+    for (const Configuration &configuration : state.configurations) {
+        const QString description = QString::fromLatin1(configuration.description);
+        const bool isActive = configuration.identifier == state.activeIdentifier;
+        rows.append({description,
+                     (isActive ? QStringLiteral("* ") : QString())
+                         + QStringList{description, QString::fromLatin1(configuration.owner),
+                                       configuration.isLocked() ? QStringLiteral("yes")
+                                                                : QStringLiteral("no")}
+                               .join(QStringLiteral(" | "))});
+    }
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const auto &left, const auto &right) { return left.first < right.first; });
+    QStringList lines;
+    for (const auto &row : qAsConst(rows)) {
+        lines << row.second;
+    }
+    return lines;
+}
+
+QString lossIn(const Outcome &outcome, const Operation &operation)
+{
+    for (const Configuration &configuration : operation.before.configurations) {
+        if (!operation.risked.contains(configuration.identifier)
+            && !outcome.state.configurations.contains(configuration)) {
+            return QStringLiteral("the configuration %1 is lost or changed")
+                .arg(QString::fromLatin1(configuration.identifier));
+        }
+    }
+    return {};
+}
+
+QString described(const FaultPoint &faultPoint)
+{
+    return QStringLiteral("command %1%2, answered with \"%3\": ")
+        .arg(faultPoint.command)
+        .arg(faultPoint.isLasting ? QStringLiteral(" and all after it") : QString(),
+             QString::fromLatin1(faultPoint.fault.answer.toPercentEncoding(" '")));
+}
+
+/// Carries an operation out again and again.
+class Sweeper
+{
+public:
+    explicit Sweeper(const Operation &operation)
+        : m_operation(operation)
+    {
+    }
+
+    void befall(const Fault &fault, bool isLasting);
+    void answerWrongly();
+    int points() const { return m_points; }
+    int runs() const { return m_runs; }
+
+private:
+    /// False if no fault was met, or something was not as it has to be.
+    bool isSurvived(const FaultPoint &faultPoint);
+    bool isAsItHasToBe(const std::optional<FaultPoint> &faultPoint);
+    QString problemOf(const std::optional<FaultPoint> &faultPoint);
+
+    const Operation &m_operation;
+    Stage m_stage;
+    int m_points = 0;
+    int m_runs = 0;
+};
+
+void Sweeper::befall(const Fault &fault, bool isLasting)
+{
+    for (int command = 1; isSurvived({command, fault, isLasting}); ++command) {
+        ++m_points;
+    }
+}
+
+void Sweeper::answerWrongly()
+{
+    if (!isAsItHasToBe({})) {
+        return;
+    }
+    const QVector<Exchange> exchanges = m_stage.transcript().exchanges();
+    for (int i = 0; i < exchanges.size(); ++i) {
+        const QByteArrayList answers = wrongAnswersTo(exchanges.at(i));
+        for (const QByteArray &answer : answers) {
+            if (!isSurvived({i + 1, {Fault::Kind::Answer, answer, 0}, false})) {
+                return;
+            }
+            ++m_points;
+        }
+        if (!answers.isEmpty() && !isAsItHasToBe({})) {
+            return;
+        }
+    }
+}
+
+bool Sweeper::isSurvived(const FaultPoint &faultPoint)
+{
+    return isAsItHasToBe(faultPoint) && m_stage.wasFaultMet();
+}
+
+bool Sweeper::isAsItHasToBe(const std::optional<FaultPoint> &faultPoint)
+{
+    ++m_runs;
+    const QString problem = problemOf(faultPoint);
+    if (!problem.isEmpty()) {
+        const QString where = faultPoint ? described(*faultPoint) : QStringLiteral("no fault: ");
+        QTest::qFail(qPrintable(where + problem), __FILE__, __LINE__);
+    }
+    return problem.isEmpty();
+}
+
+QString Sweeper::problemOf(const std::optional<FaultPoint> &faultPoint)
+{
+    const Outcome actual = m_stage.perform(m_operation, faultPoint);
+    Rehearsal rehearsal(m_operation, faultPoint, m_stage.transcript().newIdentifiers());
+    m_operation.rehearse(rehearsal);
+    const QString found = difference(actual, rehearsal.outcome());
+    if (!found.isEmpty()) {
+        return found;
+    }
+    const QString lost = lossIn(actual, m_operation);
+    if (!lost.isEmpty()) {
+        return lost;
+    }
+    const QStringList listed = m_stage.listedNow();
+    return listed == listOf(actual.state)
+        ? QString()
+        : QStringLiteral("afterwards the list shows\n    ") + listed.join(QStringLiteral("\n    "));
+}
+
+} // namespace
+
+void Sweep::addRows()
+{
+    QTest::addColumn<Misfortune>("misfortune");
+    QTest::newRow("one command fails") << Misfortune::Failure;
+    QTest::newRow("one answer is lost") << Misfortune::LostAnswer;
+    QTest::newRow("the controller dies") << Misfortune::Death;
+    QTest::newRow("one answer is wrong") << Misfortune::WrongAnswer;
+}
+
+void Sweep::run(const Operation &operation)
+{
+    QFETCH(Misfortune, misfortune);
+    Sweeper sweeper(operation);
+    switch (misfortune) {
+    case Misfortune::Failure:
+        sweeper.befall({}, false);
+        break;
+    case Misfortune::LostAnswer:
+        sweeper.befall({Fault::Kind::Delay, {}, beyondAnyTimeoutMs}, false);
+        break;
+    case Misfortune::Death:
+        sweeper.befall({}, true);
+        break;
+    case Misfortune::WrongAnswer:
+        sweeper.answerWrongly();
+        break;
+    }
+    QVERIFY(sweeper.points() > 0);
+    totalPoints += sweeper.points();
+    totalRuns += sweeper.runs();
+    qInfo("%d fault points swept in %d runs", sweeper.points(), sweeper.runs());
+}
+
+void Sweep::sayTotal()
+{
+    qInfo("in all %d fault points swept in %d runs", totalPoints, totalRuns);
+}

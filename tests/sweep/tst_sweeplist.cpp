@@ -1,0 +1,109 @@
+#include "tests/endtoend/table.h"
+#include "tests/support/testmain.h"
+#include "tests/support/userinput.h"
+#include "tests/sweep/listrules.h"
+#include "tests/sweep/rehearsal.h"
+#include "tests/sweep/samples.h"
+#include "tests/sweep/stage.h"
+#include "tests/sweep/sweep.h"
+
+#include <QtTest>
+
+namespace {
+
+constexpr Rule activateRules[] = {
+    {"config active_config %s", "Unable to change the configuration", Then::Ends},
+    {"config active_config", "Unable to retrieve the active configuration"},
+    {"system hostname", "Unable to get the system hostname"},
+    {"config desc", "Unable to get configuration description"},
+};
+
+constexpr Rule deleteRules[] = {
+    {"veltra2 config delete_config %s", "Unable to delete configuration"},
+};
+
+constexpr Box deleteQuestion{
+    QMessageBox::Warning, "Warning",
+    "You are about to delete the configuration 'Trade fair demonstration' owned by 'demo'."};
+
+} // namespace
+
+class TestSweepList : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void refresh_data() { Sweep::addRows(); }
+    void refresh();
+    void activate_data() { Sweep::addRows(); }
+    void activate();
+    void deleteOne_data() { Sweep::addRows(); }
+    void deleteOne();
+    void cleanupTestCase() { Sweep::sayTotal(); }
+};
+
+void TestSweepList::refresh()
+{
+    Operation operation;
+    operation.before = Samples::small();
+    operation.perform = [](Stage &stage) {
+        stage.begin();
+        stage.useList([](QDialog *) {});
+    };
+    operation.rehearse = [](Rehearsal &rehearsal) {
+        if (rehearseRefresh(rehearsal)) {
+            rehearsal.openWindow("ConfigurationDialog");
+        }
+    };
+    Sweep::run(operation);
+}
+
+void TestSweepList::activate()
+{
+    Operation operation;
+    operation.before = Samples::small();
+    operation.perform = [](Stage &stage) {
+        stage.useList([&stage](QDialog *list) {
+            Table::click(list, Sample::fairText);
+            stage.begin();
+            UserInput::click(list, "pushButton_apply");
+        });
+    };
+    operation.rehearse = [](Rehearsal &rehearsal) {
+        rehearsal.follow(activateRules);
+        if (!rehearsal.send("config active_config " + Sample::fair)) {
+            return;
+        }
+        rehearsal.ask("config active_config");
+        rehearsal.ask("system hostname");
+        rehearsal.ask("config desc");
+        rehearsal.announce();
+        rehearseRefresh(rehearsal);
+    };
+    Sweep::run(operation);
+}
+
+void TestSweepList::deleteOne()
+{
+    Operation operation;
+    operation.before = Samples::small();
+    operation.risked = {Sample::fair};
+    operation.perform = [](Stage &stage) {
+        stage.useList([&stage](QDialog *list) {
+            Table::click(list, Sample::fairText);
+            stage.begin();
+            UserInput::click(list, "pushButton_delete");
+        });
+    };
+    operation.rehearse = [](Rehearsal &rehearsal) {
+        rehearsal.follow(deleteRules);
+        rehearsal.show(deleteQuestion);
+        rehearsal.sendStructural("veltra2 config delete_config " + Sample::fair);
+        rehearsal.announce();
+        rehearseRefresh(rehearsal);
+    };
+    Sweep::run(operation);
+}
+
+VELTRA4_TEST_MAIN(TestSweepList)
+#include "tst_sweeplist.moc"

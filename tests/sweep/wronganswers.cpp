@@ -1,0 +1,56 @@
+#include "tests/sweep/wronganswers.h"
+
+#include "simulator/reply.h"
+
+namespace {
+
+using Operation = LineChannel::Operation;
+
+QByteArrayList noAnswersAtAll()
+{
+    return {"", QByteArray(Reply::maxLength, 'x'), "\xe4\xc3\xb6\xff\x80"};
+}
+
+// Instead of " 9 'TEXT'".
+QByteArrayList wrongChunks(const QByteArray &answer)
+{
+    const QByteArray text = answer.mid(answer.indexOf('\''));
+    return {" 1 " + text,       " 0 " + text,        " -2 " + text, " 99999 " + text, "many " + text,
+            " 9 'QUJD=QUJD'", " 9 'no alphabet'", " 9",           "42"};
+}
+
+QByteArrayList wrongNumbers()
+{
+    return {"many", "-3", "2147483647", "99999999999", "1 2"};
+}
+
+QByteArrayList wrongWords(const Exchange &exchange)
+{
+    if (exchange.command == "system import available") {
+        return {"-1 config", "2147483647 config", "many config", "7 config", "3 configs", "config"};
+    }
+    if (exchange.answer == "yes" || exchange.answer == "no") {
+        return {"YES", "yes ", "42", "maybe"};
+    }
+    return {"42", "-1", "two words", "'quoted'"};
+}
+
+} // namespace
+
+QByteArrayList wrongAnswersTo(const Exchange &exchange)
+{
+    switch (exchange.operation) {
+    case Operation::SendCommand:
+        return {};
+    case Operation::QueryInt:
+    case Operation::QueryDouble:
+    case Operation::QueryBool:
+        return noAnswersAtAll() + wrongNumbers();
+    case Operation::SendCommandReply:
+        return noAnswersAtAll() + QByteArrayList{"42", "veltra2 error", "veltra2 ok "};
+    case Operation::QueryString:
+        break;
+    }
+    const bool isChunk = exchange.answer.startsWith(' ');
+    return noAnswersAtAll() + (isChunk ? wrongChunks(exchange.answer) : wrongWords(exchange));
+}
