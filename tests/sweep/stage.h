@@ -36,9 +36,9 @@ public:
     void useList(const std::function<void(QDialog *list)> &action);
     /// What the user does with each dialog of that name, which is closed afterwards.
     void onDialog(const QString &objectName, const std::function<void(QDialog *dialog)> &action);
-    /// What the user chooses wherever a file is asked for.
-    void chooseFile(const QString &name) { m_chosenPath = m_home.filePath(name); }
-    QString filePath(const QString &name) const { return m_home.filePath(name); }
+    /// What the user chooses wherever a file is asked for: @p name in the home directory.
+    /// @return its whole path
+    QString chooseFile(const QString &name) { return m_chosenPath = m_home.filePath(name); }
     /// Runs the automatic backup as the timer does.
     void backUpAutomatically();
     /// @}
