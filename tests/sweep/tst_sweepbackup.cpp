@@ -1,0 +1,154 @@
+#include "tests/support/testmain.h"
+#include "tests/support/userinput.h"
+#include "tests/sweep/backuprules.h"
+#include "tests/sweep/rehearsal.h"
+#include "tests/sweep/samples.h"
+#include "tests/sweep/stage.h"
+#include "tests/sweep/sweep.h"
+
+#include <QDate>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QtTest>
+
+#include <optional>
+
+namespace {
+
+// These only make the name that is proposed.
+constexpr Rule manualRules[] = {
+    {"system controller_serial"},
+    {"system model"},
+    {"system model_description"},
+};
+
+constexpr Rule automaticRules[] = {
+    {"status active"},
+    {"system hostname", nullptr, Then::Ends},
+};
+
+constexpr Box backupMade{QMessageBox::Information, "Success", "Backup created!"};
+constexpr Box noBackup{QMessageBox::Critical, "Invalid backup",
+                       "Error while receiving backup information!"};
+
+constexpr char manualName[] = "backup.xml";
+
+void rehearseManual(Rehearsal &rehearsal)
+{
+    rehearsal.follow(manualRules);
+    rehearsal.ask("system controller_serial");
+    QByteArray model = "0";
+    rehearsal.ask("system model", &model);
+    if (model != "2") {
+        rehearsal.ask("system model_description");
+    }
+    rehearsal.openWindow("Backup all settings");
+    const std::optional<BackupContents> contents = rehearseCollection(rehearsal);
+    if (contents) {
+        rehearsal.files[manualName] = contents->document();
+        rehearsal.show(backupMade);
+    } else {
+        rehearsal.send("system download cancel");
+        rehearsal.show(noBackup);
+    }
+}
+
+QString automaticName(const QString &day, const QString &hostName)
+{
+    return QStringLiteral(".ZOR/VELTRA4/%1/backup/backup_%2_%3.xml")
+        .arg(QLatin1String(hostVersion), day, hostName);
+}
+
+QString today()
+{
+    return QLocale::c().toString(QDate::currentDate(), QStringLiteral("yyyy-MM-dd"));
+}
+
+// Of the older backups of that controller, only the newest stays.
+void prune(Files *files, const QString &hostName)
+{
+    const QString filter = automaticName(QStringLiteral("*"), hostName);
+    QStringList older;
+    for (auto file = files->cbegin(); file != files->cend(); ++file) {
+        if (QDir::match(filter, file.key())) {
+            older << file.key();
+        }
+    }
+    older.sort();
+    for (int i = 0; i < older.size() - 1; ++i) {
+        files->remove(older.at(i));
+    }
+}
+
+void rehearseAutomatic(Rehearsal &rehearsal)
+{
+    rehearsal.follow(automaticRules);
+    QByteArray activity = "none";
+    rehearsal.ask("status active", &activity);
+    QByteArray answer;
+    if (activity != "none" || !rehearsal.ask("system hostname", &answer)) {
+        return;
+    }
+    const QString hostName = QString::fromUtf8(answer);
+    prune(&rehearsal.files, hostName);
+    const std::optional<BackupContents> contents = rehearseCollection(rehearsal);
+    if (contents) {
+        rehearsal.files[automaticName(today(), hostName)] = contents->document();
+    } else {
+        rehearsal.report("Error execute the automatic backup");
+    }
+}
+
+} // namespace
+
+class TestSweepBackup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void manual_data() { Sweep::addRows(); }
+    void manual();
+    void automatic_data() { Sweep::addRows(); }
+    void automatic();
+    void cleanupTestCase() { Sweep::sayTotal(); }
+};
+
+// Over an older backup, which stays as it is unless a whole one takes its place.
+void TestSweepBackup::manual()
+{
+    Operation operation;
+    operation.before = Samples::small();
+    operation.files = {{manualName, BackupContents::of(ControllerState::sample()).document()}};
+    operation.perform = [](Stage &stage) {
+        stage.chooseFile(manualName);
+        stage.onDialog("ConfigSaveDlgClass", [&stage](QDialog *dialog) {
+            stage.begin();
+            UserInput::click(dialog, "pushButton_save"); // everything is chosen at first
+            UserInput::click(dialog, "pushButton_exit");
+        });
+        stage.useList([](QDialog *list) { UserInput::click(list, "pushButton_save"); });
+    };
+    operation.rehearse = rehearseManual;
+    Sweep::run(operation);
+}
+
+void TestSweepBackup::automatic()
+{
+    Operation operation;
+    operation.before = Samples::small();
+    const QString hostName = QString::fromLatin1(operation.before.hostName);
+    operation.files = {{automaticName("2024-01-01", hostName), "January"},
+                       {automaticName("2024-02-01", hostName), "February"},
+                       {automaticName("2024-01-01", "another"), "not ours"},
+                       {automaticName("2024-02-01", "another"), "not ours either"}};
+    operation.perform = [](Stage &stage) {
+        stage.begin();
+        stage.backUpAutomatically();
+    };
+    operation.rehearse = rehearseAutomatic;
+    Sweep::run(operation);
+}
+
+VELTRA4_TEST_MAIN(TestSweepBackup)
+#include "tst_sweepbackup.moc"
