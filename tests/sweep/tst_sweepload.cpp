@@ -1,0 +1,139 @@
+#include "channel/transferencoding.h"
+#include "tests/endtoend/transferfiles.h"
+#include "tests/support/testmain.h"
+#include "tests/support/userinput.h"
+#include "tests/sweep/importrules.h"
+#include "tests/sweep/listrules.h"
+#include "tests/sweep/rehearsal.h"
+#include "tests/sweep/samples.h"
+#include "tests/sweep/stage.h"
+#include "tests/sweep/sweep.h"
+
+#include <QtTest>
+
+namespace {
+
+constexpr Rule rules[] = {
+    {"system upload cancel"},
+    {"system upload %d %d %s"},
+    {"system import available", "Error: Unable to get loaded configurations", Then::Ends},
+    {"system import item i%02d"},
+    {"veltra2 config delete_config %s"},
+    {"system import 'config' '%s'", nullptr, Then::Ends},
+};
+
+constexpr Box loaded{QMessageBox::Information, "Load Configurations",
+                     "Loading configuration successfully."};
+constexpr Box notLoaded{QMessageBox::Information, "Load Configurations",
+                        "Loading configuration unsuccessfully."};
+
+constexpr char fileName[] = "load.dat";
+
+// The base item is never offered; one is on the controller already, the other is not.
+QByteArray archive()
+{
+    const ControllerState all = Samples::small();
+    return Archive::pack({TransferFiles::baseItem(all),
+                          TransferFiles::item(configurationIn(all, Sample::active)),
+                          TransferFiles::item(configurationIn(all, Sample::fair))});
+}
+
+ControllerState withoutFair()
+{
+    ControllerState state = Samples::small();
+    removeConfiguration(state, Sample::fair);
+    return state;
+}
+
+bool isLocked(const QByteArray &identifier)
+{
+    return identifier == Sample::locked;
+}
+
+bool isOnController(const QByteArray &identifier)
+{
+    return hasConfiguration(withoutFair(), identifier);
+}
+
+bool rehearseImports(Rehearsal &rehearsal, const QByteArrayList &identifiers)
+{
+    for (const QByteArray &identifier : identifiers) {
+        if (!rehearsal.send("system import 'config' '" + identifier + '\'')) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void rehearseLoading(Rehearsal &rehearsal)
+{
+    rehearsal.follow(rules);
+    rehearsal.openWindow("Load Configurations");
+    rehearsal.send("system upload cancel");
+    rehearseUpload(rehearsal, archive());
+    QByteArrayList identifiers;
+    switch (rehearseOffer(rehearsal, &identifiers)) {
+    case Offer::None:
+        return;
+    case Offer::Unknown:
+        rehearsal.report("Error: Configuration file can not be recognized");
+        return;
+    case Offer::Items:
+        break;
+    }
+    identifiers.removeAll("__base");
+    rehearsal.openWindow("ConfigLoadDlgClass");
+    if (identifiers.isEmpty()) {
+        return; // there is nothing to click
+    }
+    QByteArrayList wanted;
+    for (const QByteArray &identifier : qAsConst(identifiers)) {
+        if (isLocked(identifier)) {
+            continue;
+        }
+        if (isOnController(identifier)) {
+            rehearsal.sendStructural("veltra2 config delete_config " + identifier);
+        }
+        wanted << identifier;
+    }
+    const bool isLoaded = rehearseImports(rehearsal, wanted);
+    rehearsal.announce();
+    rehearsal.show(isLoaded ? loaded : notLoaded);
+}
+
+} // namespace
+
+class TestSweepLoad : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void load_data() { Sweep::addRows(); }
+    void load();
+    void cleanupTestCase() { Sweep::sayTotal(); }
+};
+
+void TestSweepLoad::load()
+{
+    Operation operation;
+    operation.before = withoutFair();
+    operation.files = {{fileName, archive()}};
+    operation.risked = {Sample::active};
+    operation.perform = [](Stage &stage) {
+        stage.chooseFile(fileName);
+        stage.onDialog("ConfigLoadDlgClass",
+                       [](QDialog *dialog) { UserInput::click(dialog, "pushButton_load"); });
+        stage.useList([&stage](QDialog *list) {
+            stage.begin();
+            UserInput::click(list, "pushButton_load");
+        });
+    };
+    operation.rehearse = [](Rehearsal &rehearsal) {
+        rehearseLoading(rehearsal);
+        rehearseRefresh(rehearsal);
+    };
+    Sweep::run(operation);
+}
+
+VELTRA4_TEST_MAIN(TestSweepLoad)
+#include "tst_sweepload.moc"
