@@ -49,8 +49,8 @@ public:
     void expectFileDialog(const QString &caption, const QString &path,
                           std::function<void(QFileDialog *)> inspect = {});
 
-    /// Hands every window that comes while nothing is expected to @p action, which has to close it in
-    /// the end: for when it is not known beforehand which windows will open.
+    /// Hands every window that comes while nothing is expected to @p action, which has to close it
+    /// in the end: for when it is not known beforehand which windows will open.
     void handleOthers(std::function<void(QWidget *)> action) { m_others = std::move(action); }
 
     /// Fails the test if anything went wrong or is left over, and forgets it.
@@ -74,7 +74,7 @@ private:
     void complain(const QString &problem);
 
     QQueue<Step> m_steps;
-    std::function<void(QWidget *)> m_others; ///< empty where every window has to be expected
+    std::function<void(QWidget *)> m_others;  ///< empty where every window has to be expected
     QStack<QPointer<QWidget>> m_beingHandled; ///< their actions run inside one another
     QStringList m_problems;
 };

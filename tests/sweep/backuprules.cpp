@@ -154,8 +154,7 @@ QByteArray BackupContents::document() const
         + element("net", net) + element("domain", domain) + element("nameServer", nameServer)
         + element("ntpServer", ntpServer) + "<slaves>" + slaveElements + "</slaves>"
         + element("activeConfig", activeConfig) + "<configData><![CDATA["
-        + QString::fromLatin1(configData.toBase64())
-        + "]]></configData></ZORBackupData></ZOR>\n";
+        + QString::fromLatin1(configData.toBase64()) + "]]></configData></ZORBackupData></ZOR>\n";
     return document.toUtf8();
 }
 

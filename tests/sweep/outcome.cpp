@@ -15,7 +15,8 @@ QString difference(const QStringList &actual, const QStringList &expected)
     if (line == actual.size() && line == expected.size()) {
         return {};
     }
-    const QStringList before = actual.mid(qMax(0, line - linesOfContext), qMin(line, linesOfContext));
+    const QStringList before =
+        actual.mid(qMax(0, line - linesOfContext), qMin(line, linesOfContext));
     const QString nothing = QStringLiteral("(nothing)");
     return QStringLiteral("after\n    %1\ncame\n    %2\ninstead of\n    %3")
         .arg(before.join(QStringLiteral("\n    ")), actual.value(line, nothing),

@@ -107,8 +107,8 @@ void Rehearsal::announce()
 QByteArray Rehearsal::newIdentifier()
 {
     static const QRegularExpression form(QStringLiteral("^config\\d{15,17}$"));
-    const QByteArray identifier = m_newIdentifiers.isEmpty() ? QByteArray()
-                                                             : m_newIdentifiers.takeFirst();
+    const QByteArray identifier =
+        m_newIdentifiers.isEmpty() ? QByteArray() : m_newIdentifiers.takeFirst();
     return form.match(QString::fromLatin1(identifier)).hasMatch() ? identifier : "nobodys";
 }
 

@@ -137,8 +137,7 @@ void Stage::onDialog(const QString &objectName, const std::function<void(QDialog
 
 void Stage::backUpAutomatically()
 {
-    auto *dialog =
-        m_frontEnd.window->findChild<QDialog *>(QStringLiteral("ConfigSaveDlgClass"));
+    auto *dialog = m_frontEnd.window->findChild<QDialog *>(QStringLiteral("ConfigSaveDlgClass"));
     m_frontEnd.channel.deliverMessage(1, "Veltra2", hostVersion);
     QVERIFY(QMetaObject::invokeMethod(dialog, "doAutomaticBackup", Qt::DirectConnection));
     m_frontEnd.channel.deliverMessage(1, "Veltra2", unsupportedHostVersion);

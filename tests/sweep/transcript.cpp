@@ -51,10 +51,10 @@ void Transcript::windowShown(const QString &name)
 void Transcript::exchanged(const Exchange &exchange)
 {
     m_exchanges << exchange;
-    m_lines << QStringLiteral("%1 %2%3")
-                   .arg(QString::fromLatin1(LineChannel::nameOf(exchange.operation)),
-                        QString::fromLatin1(exchange.command),
-                        exchange.result == 0 ? QString() : QStringLiteral(" (failed)"));
+    m_lines << QStringLiteral("%1 %2%3").arg(
+        QString::fromLatin1(LineChannel::nameOf(exchange.operation)),
+        QString::fromLatin1(exchange.command),
+        exchange.result == 0 ? QString() : QStringLiteral(" (failed)"));
 }
 
 void Transcript::messagePosted(const QByteArray &category, const QByteArray &source, int level,

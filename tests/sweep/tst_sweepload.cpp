@@ -29,12 +29,14 @@ constexpr Box notLoaded{QMessageBox::Information, "Load Configurations",
 
 constexpr char fileName[] = "load.dat";
 
-// The base item is never offered; one is on the controller already, the other is not.
+// The base item is never offered. One configuration is on the controller already, one is locked
+// there and stays as it is, one is gone.
 QByteArray archive()
 {
     const ControllerState all = Samples::small();
     return Archive::pack({TransferFiles::baseItem(all),
                           TransferFiles::item(configurationIn(all, Sample::active)),
+                          TransferFiles::item(configurationIn(all, Sample::locked)),
                           TransferFiles::item(configurationIn(all, Sample::fair))});
 }
 

@@ -36,8 +36,7 @@ constexpr Rule rules[] = {
     {"system download %d", nullptr, Then::Ends},
     {"veltra2 config delete_config %s",
      "Error save configuration: Cannot delete configuration %1."},
-    {"config active_config %s",
-     "Error save configuration: Cannot set active configuration '%1'"},
+    {"config active_config %s", "Error save configuration: Cannot set active configuration '%1'"},
 };
 
 constexpr Box notRecognized{QMessageBox::Critical, "Save Configurations",

@@ -41,8 +41,7 @@ constexpr Rule unlockRules[] = {
 };
 
 constexpr Box wrongPassword{QMessageBox::Warning, "Warning", "The password is invalid."};
-constexpr Box wrongSuperPassword{QMessageBox::Warning, "Warning",
-                                 "The super password is invalid."};
+constexpr Box wrongSuperPassword{QMessageBox::Warning, "Warning", "The super password is invalid."};
 
 void retype(const QDialog *dialog, const char *lineEdit, const QString &text)
 {
@@ -113,9 +112,8 @@ void TestSweepSmallDialogs::sweepNew(bool isClone)
         QByteArray active;
         rehearsal.ask("config active_config", &active);
         const QByteArray created = rehearsal.newIdentifier();
-        rehearsal.sendStructural(
-            isClone ? "veltra2 config clone_config " + created + ' ' + active
-                    : "veltra2 config new_config " + created);
+        rehearsal.sendStructural(isClone ? "veltra2 config clone_config " + created + ' ' + active
+                                         : "veltra2 config new_config " + created);
         rehearsal.send("config new_password none");
         rehearsal.send("config owner \"me\" ");
         rehearsal.send("config desc \"Hall 5\" ");

@@ -15,13 +15,24 @@ QByteArrayList noAnswersAtAll()
 QByteArrayList wrongChunks(const QByteArray &answer)
 {
     const QByteArray text = answer.mid(answer.indexOf('\''));
-    return {" 1 " + text,       " 0 " + text,        " -2 " + text, " 99999 " + text, "many " + text,
-            " 9 'QUJD=QUJD'", " 9 'no alphabet'", " 9",           "42"};
+    return {" 1 " + text,       " 0 " + text,   " -2 " + text,
+            " 99999 " + text,   "many " + text, " 9 'QUJD=QUJD'",
+            " 9 'no alphabet'", " 9",           "42"};
 }
 
-QByteArrayList wrongNumbers()
+QByteArray oppositeOf(const QByteArray &answer)
 {
-    return {"many", "-3", "2147483647", "99999999999", "1 2"};
+    return answer == "yes" ? "no" : "yes";
+}
+
+QByteArrayList wrongCounts()
+{
+    return {"many", "-3", "0", "2147483647", "99999999999", "1 2"};
+}
+
+QByteArrayList wrongFractions()
+{
+    return {"much", "-1", "0", "1e308", "nan", "0.5 0.5"};
 }
 
 QByteArrayList wrongWords(const Exchange &exchange)
@@ -30,7 +41,7 @@ QByteArrayList wrongWords(const Exchange &exchange)
         return {"-1 config", "2147483647 config", "many config", "7 config", "3 configs", "config"};
     }
     if (exchange.answer == "yes" || exchange.answer == "no") {
-        return {"YES", "yes ", "42", "maybe"};
+        return {"YES", "yes ", "42", "maybe", oppositeOf(exchange.answer)};
     }
     return {"42", "-1", "two words", "'quoted'"};
 }
@@ -43,9 +54,11 @@ QByteArrayList wrongAnswersTo(const Exchange &exchange)
     case Operation::SendCommand:
         return {};
     case Operation::QueryInt:
+        return noAnswersAtAll() + wrongCounts();
     case Operation::QueryDouble:
+        return noAnswersAtAll() + wrongFractions();
     case Operation::QueryBool:
-        return noAnswersAtAll() + wrongNumbers();
+        return noAnswersAtAll() + QByteArrayList{"maybe", "42", oppositeOf(exchange.answer)};
     case Operation::SendCommandReply:
         return noAnswersAtAll() + QByteArrayList{"42", "veltra2 error", "veltra2 ok "};
     case Operation::QueryString:
