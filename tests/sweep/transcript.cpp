@@ -1,12 +1,14 @@
 #include "tests/sweep/transcript.h"
 
 #include <QGuiApplication>
+#include <QMetaEnum>
 
 namespace {
 
 QString boxLine(QMessageBox::Icon icon, const QString &title, const QString &text)
 {
-    return QStringLiteral("box of kind %1, '%2': %3").arg(icon).arg(title, text);
+    const char *kind = QMetaEnum::fromType<QMessageBox::Icon>().valueToKey(icon);
+    return QStringLiteral("box %1 '%2': %3").arg(QLatin1String(kind), title, text);
 }
 
 } // namespace
