@@ -61,6 +61,13 @@ QString withoutDeclaration(const QString &text)
     return hasDeclaration(text) ? text.mid(text.indexOf(end) + end.size()) : text;
 }
 
+// With the first mark and declaration gone, a parser would take the second ones for them, which the
+// document was not well-formed with.
+bool beginsAgain(const QString &text)
+{
+    return text.startsWith(QChar(QChar::ByteOrderMark)) || hasDeclaration(text);
+}
+
 } // namespace
 
 std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
@@ -82,6 +89,9 @@ std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
         }
         if (begin == 0) {
             text = withoutDeclaration(text);
+            if (beginsAgain(text)) {
+                break;
+            }
         }
         if (!meter.feed(text)) {
             return std::nullopt;

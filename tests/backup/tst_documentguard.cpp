@@ -67,6 +67,8 @@ private slots:
     void makesEveryEncodingUtf8();
     void charactersMayLieAcrossTwoPieces_data();
     void charactersMayLieAcrossTwoPieces();
+    void refusesToBeginTwice_data();
+    void refusesToBeginTwice();
     void whatCannotBeDecodedEndsTheDocument_data();
     void whatCannotBeDecodedEndsTheDocument();
     void aWrongDeclarationIsFoundByTheParser_data();
@@ -162,6 +164,28 @@ void TestDocumentGuard::charactersMayLieAcrossTwoPieces()
             + clef.repeated(50000) + QLatin1String("</a>");
         QCOMPARE(DocumentGuard::admit(encoded(text, codec, false)), Admitted(text.toUtf8()));
     }
+}
+
+void TestDocumentGuard::refusesToBeginTwice_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    const QByteArray mark = "\xef\xbb\xbf";
+    const QByteArray declaration = "<?xml version='1.0'?>";
+    QTest::newRow("two declarations") << declaration + declaration + "<a/>";
+    QTest::newRow("two marks") << mark + mark + "<a/>";
+    QTest::newRow("a mark after the declaration") << declaration + mark + "<a/>";
+    QTest::newRow("a mark and two declarations") << mark + declaration + declaration + "<a/>";
+    QTest::newRow("two marks in UTF-16") << encoded(QStringLiteral(u"\ufeff<a/>"), "UTF-16", true);
+}
+
+// What is left when the first is taken away must not pass for a document.
+void TestDocumentGuard::refusesToBeginTwice()
+{
+    QFETCH(const QByteArray, document);
+    QVERIFY(!parsed(document).isWellFormed);
+    const Admitted admitted = DocumentGuard::admit(document);
+    QVERIFY(admitted);
+    QVERIFY(!parsed(*admitted).isWellFormed);
 }
 
 void TestDocumentGuard::whatCannotBeDecodedEndsTheDocument_data()
