@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int pieceSize = 64 * 1024; // bytes
+constexpr int signSize = 2;          // characters, one of them NUL, that tell UTF-16 and UTF-32
 
 // The encoding of a document that does not name one: its first character can only be "<" or a byte
 // order mark.
@@ -61,11 +62,12 @@ QString withoutDeclaration(const QString &text)
     return hasDeclaration(text) ? text.mid(text.indexOf(end) + end.size()) : text;
 }
 
-// With the first mark and declaration gone, a parser would take the second ones for them, which the
-// document was not well-formed with.
+// With the first mark and declaration gone, a parser would take the second ones for them. It takes
+// a NUL for a sign of UTF-16. The document was not well-formed with any of them.
 bool beginsAgain(const QString &text)
 {
-    return text.startsWith(QChar(QChar::ByteOrderMark)) || hasDeclaration(text);
+    return text.startsWith(QChar(QChar::ByteOrderMark)) || hasDeclaration(text)
+        || text.leftRef(signSize).contains(QChar(QChar::Null));
 }
 
 } // namespace

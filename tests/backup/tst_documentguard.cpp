@@ -175,6 +175,10 @@ void TestDocumentGuard::refusesToBeginTwice_data()
     QTest::newRow("two marks") << mark + mark + "<a/>";
     QTest::newRow("a mark after the declaration") << declaration + mark + "<a/>";
     QTest::newRow("a mark and two declarations") << mark + declaration + declaration + "<a/>";
+    QTest::newRow("UTF-16 in UTF-32")
+        << encoded(QString::fromLatin1("<\0!\0D\0O\0C\0T\0Y\0P\0E\0 \0a\0>\0<\0a\0/\0>\0", 32),
+                   "UTF-32LE", false);
+    QTest::newRow("UTF-16 after a mark") << mark + QByteArray("<\0a\0/\0>\0", 8);
     QTest::newRow("two marks in UTF-16") << encoded(QStringLiteral(u"\ufeff<a/>"), "UTF-16", true);
 }
 
