@@ -35,7 +35,7 @@ QTextCodec *codecOfFirstCharacter(const QByteArray &document)
 
 bool hasDeclaration(const QString &text)
 {
-    static const QRegularExpression declaration(QStringLiteral("\\A<\\?xml\\s"));
+    static const QRegularExpression declaration(QStringLiteral("\\A<\\?xml[ \\t\\r\\n]"));
     return text.contains(declaration);
 }
 
