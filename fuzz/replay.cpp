@@ -47,10 +47,13 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.process(application);
 
+    int inputs = 0;
     for (const QString &corpus : parser.positionalArguments()) {
-        if (replay(corpus) == 0) {
-            qFatal("There is nothing to replay in %s", qPrintable(corpus));
-        }
+        inputs += replay(corpus);
     }
-    return parser.positionalArguments().isEmpty() ? EXIT_FAILURE : EXIT_SUCCESS;
+    if (inputs == 0) {
+        QTextStream(stderr) << "There is nothing to replay.\n";
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
 }
