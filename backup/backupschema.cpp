@@ -165,7 +165,7 @@ bool LoadedSchema::isValid(const QByteArray &document, const QUrl &address)
 // given; after too many another takes its place.
 LoadedSchema &keptSchema()
 {
-    constexpr qint64 mostMarkup = 1024 * 1024; // some thousand backups
+    constexpr int mostMarkup = 1024 * 1024; // some thousand backups
     static LoadedSchema *kept = nullptr;
     if (!kept || kept->markupSeen() > mostMarkup) {
         delete kept;

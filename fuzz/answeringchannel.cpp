@@ -1,7 +1,9 @@
 #include "fuzz/answeringchannel.h"
 
-AnsweringChannel::AnsweringChannel(const QByteArray &answers)
-    : m_answers(answers)
+#include <utility>
+
+AnsweringChannel::AnsweringChannel(QByteArray answers)
+    : m_answers(std::move(answers))
 {
 }
 
@@ -41,7 +43,7 @@ QByteArray AnsweringChannel::takeLine()
 {
     const int found = m_answers.indexOf('\n', m_position);
     const int end = found < 0 ? m_answers.size() : found;
-    const QByteArray line = m_answers.mid(m_position, end - m_position);
+    QByteArray line = m_answers.mid(m_position, end - m_position);
     m_position = qMin(end + 1, m_answers.size());
     return line;
 }

@@ -10,7 +10,7 @@
 class AnsweringChannel final : public LineChannel
 {
 public:
-    explicit AnsweringChannel(const QByteArray &answers);
+    explicit AnsweringChannel(QByteArray answers);
 
     int setTimeout(int channel, int milliseconds, int flag) override;
     int postMessage(const char *category, const char *source, int level, const char *text) override;

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the application keeps a reference to it
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     static const QCoreApplication application(*argc, *argv);

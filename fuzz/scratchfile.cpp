@@ -11,7 +11,7 @@ QString ScratchFile::path(const char *name)
 
 QString ScratchFile::make(const char *name, const QByteArray &content)
 {
-    const QString filePath = path(name);
+    QString filePath = path(name);
     QFile file(filePath);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()
         || !file.flush()) {
