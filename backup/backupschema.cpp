@@ -13,7 +13,9 @@
 #include <QUrl>
 #include <QXmlSchema>
 #include <QXmlSchemaValidator>
+#include <QXmlStreamReader>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -70,10 +72,106 @@ protected:
     }
 };
 
+const QLatin1String instanceNamespace("http://www.w3.org/2001/XMLSchema-instance");
+
 std::optional<QByteArray> documentAt(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? DocumentGuard::read(&file) : std::nullopt;
+}
+
+// Nothing in a backup is in a namespace, but an element may have hints for a validator.
+bool hasForeignNames(const QXmlStreamReader &xml)
+{
+    const QXmlStreamAttributes attributes = xml.attributes();
+    return !xml.namespaceUri().isEmpty()
+        || std::any_of(attributes.begin(), attributes.end(),
+                       [](const QXmlStreamAttribute &attribute) {
+                           return attribute.namespaceUri() != instanceNamespace;
+                       });
+}
+
+// Walks over the document before the validator does, which takes its time: it hashes the namespace
+// of each element and attribute anew, so that a long one of many of them is not to be borne.
+// @return how many characters of the document are markup; nothing if it cannot be a backup because
+// it is not well-formed or has names of other documents
+std::optional<qint64> markupOfCandidate(const QByteArray &document)
+{
+    qint64 markup = 0;
+    QXmlStreamReader xml(document);
+    while (!xml.atEnd()) {
+        const qint64 begin = xml.characterOffset();
+        xml.readNext();
+        if (xml.isStartElement() && hasForeignNames(xml)) {
+            return std::nullopt;
+        }
+        markup += xml.isCharacters() ? 0 : xml.characterOffset() - begin;
+    }
+    return xml.hasError() ? std::nullopt : std::optional<qint64>(markup);
+}
+
+class LoadedSchema
+{
+public:
+    explicit LoadedSchema(const QByteArray &schema)
+    {
+        m_schema.setMessageHandler(&m_silence);
+        m_schema.setNetworkAccessManager(&m_network);
+        m_isUsable = m_schema.load(schema, QUrl()) && m_schema.isValid();
+    }
+
+    BackupSchema::Verdict judge(const QString &path);
+
+    /// How many characters of markup it has been given so far.
+    qint64 markupSeen() const { return m_markupSeen; }
+
+private:
+    bool isValid(const QByteArray &document, const QUrl &address);
+
+    SilentMessageHandler m_silence;
+    RefusingNetwork m_network;
+    QXmlSchema m_schema;
+    bool m_isUsable = false;
+    qint64 m_markupSeen = 0;
+};
+
+BackupSchema::Verdict LoadedSchema::judge(const QString &path)
+{
+    using BackupSchema::Verdict;
+    if (!m_isUsable) {
+        return Verdict::SchemaUnusable;
+    }
+    const std::optional<QByteArray> document = documentAt(path);
+    const std::optional<qint64> markup = document ? markupOfCandidate(*document) : std::nullopt;
+    if (!markup) {
+        return Verdict::NoBackup;
+    }
+    m_markupSeen += *markup;
+    const QUrl address = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
+    return isValid(*document, address) ? Verdict::Backup : Verdict::NoBackup;
+}
+
+bool LoadedSchema::isValid(const QByteArray &document, const QUrl &address)
+{
+    RefusingNetwork network; // takes the replies with it
+    QXmlSchemaValidator validator(m_schema);
+    validator.setMessageHandler(&m_silence);
+    validator.setNetworkAccessManager(&network);
+    return validator.validate(document, address);
+}
+
+// Qt loses some 9 KB with each schema, so one is kept, to the end of the process: at its very end
+// there is no application any more for what it holds. But a schema never forgets a name that it was
+// given; after too many another takes its place.
+LoadedSchema &keptSchema()
+{
+    constexpr int mostMarkup = 1024 * 1024; // some thousand backups
+    static LoadedSchema *kept = nullptr;
+    if (!kept || kept->markupSeen() > mostMarkup) {
+        delete kept;
+        kept = new LoadedSchema(BackupSchema::embedded());
+    }
+    return *kept;
 }
 
 } // namespace
@@ -87,26 +185,10 @@ QByteArray BackupSchema::embedded()
 
 BackupSchema::Verdict BackupSchema::validate(const QString &path)
 {
-    return validate(path, embedded());
+    return keptSchema().judge(path);
 }
 
 BackupSchema::Verdict BackupSchema::validate(const QString &path, const QByteArray &schema)
 {
-    SilentMessageHandler silence;
-    RefusingNetwork network;
-    QXmlSchema xmlSchema;
-    xmlSchema.setMessageHandler(&silence);
-    xmlSchema.setNetworkAccessManager(&network);
-    if (!xmlSchema.load(schema, QUrl()) || !xmlSchema.isValid()) {
-        return Verdict::SchemaUnusable;
-    }
-    const std::optional<QByteArray> document = documentAt(path);
-    if (!document) {
-        return Verdict::NoBackup;
-    }
-    QXmlSchemaValidator validator(xmlSchema);
-    validator.setMessageHandler(&silence);
-    validator.setNetworkAccessManager(&network);
-    const QUrl address = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
-    return validator.validate(*document, address) ? Verdict::Backup : Verdict::NoBackup;
+    return LoadedSchema(schema).judge(path);
 }

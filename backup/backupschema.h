@@ -20,9 +20,10 @@ QByteArray embedded();
 ///
 /// Opens nothing but that file, whatever the document names as its schema, and prints nothing. A
 /// document with a document type declaration is no backup, nor is one that costs more than any
-/// backup would to be read. Takes time and memory in proportion to the size of the file.
+/// backup would to be read. Takes time and memory in proportion to the size of the file. To be
+/// called in the GUI thread only, as the schema is kept from one call to the next.
 Verdict validate(const QString &path);
-/// The same with another schema.
+/// The same with another schema, which is not kept.
 Verdict validate(const QString &path, const QByteArray &schema);
 
 } // namespace BackupSchema

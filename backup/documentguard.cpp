@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int pieceSize = 64 * 1024; // bytes
+constexpr int signSize = 2;          // characters, one of them NUL, that tell UTF-16 and UTF-32
 
 // The encoding of a document that does not name one: its first character can only be "<" or a byte
 // order mark.
@@ -34,7 +35,7 @@ QTextCodec *codecOfFirstCharacter(const QByteArray &document)
 
 bool hasDeclaration(const QString &text)
 {
-    static const QRegularExpression declaration(QStringLiteral("\\A<\\?xml\\s"));
+    static const QRegularExpression declaration(QStringLiteral("\\A<\\?xml[ \\t\\r\\n]"));
     return text.contains(declaration);
 }
 
@@ -61,6 +62,14 @@ QString withoutDeclaration(const QString &text)
     return hasDeclaration(text) ? text.mid(text.indexOf(end) + end.size()) : text;
 }
 
+// With the first mark and declaration gone, a parser would take the second ones for them. It takes
+// a NUL for a sign of UTF-16. The document was not well-formed with any of them.
+bool beginsAgain(const QString &text)
+{
+    return text.startsWith(QChar(QChar::ByteOrderMark)) || hasDeclaration(text)
+        || text.leftRef(signSize).contains(QChar(QChar::Null));
+}
+
 } // namespace
 
 std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
@@ -82,6 +91,9 @@ std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
         }
         if (begin == 0) {
             text = withoutDeclaration(text);
+            if (beginsAgain(text)) {
+                break;
+            }
         }
         if (!meter.feed(text)) {
             return std::nullopt;

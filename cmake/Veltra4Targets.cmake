@@ -22,6 +22,12 @@ if(VELTRA4_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(VELTRA4_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
 add_library(veltra4_options INTERFACE)
 target_compile_options(veltra4_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow

@@ -12,6 +12,7 @@
 #include <QTextCodec>
 #include <QtTest>
 
+#include <malloc.h>
 #include <unistd.h>
 
 Q_DECLARE_METATYPE(BackupSchema::Verdict)
@@ -84,6 +85,8 @@ private slots:
     void endsOnWhatIsMeantToExhaustIt_data();
     void endsOnWhatIsMeantToExhaustIt();
     void acceptsAThousandAttributes();
+    void judgesTheSameWhateverItHasSeen();
+    void keepsNothingOfWhatItHasSeen();
 
 private:
     QString file(const QByteArray &content) const
@@ -191,6 +194,10 @@ void TestBackupSchema::refusesEverythingElse_data()
     QTest::newRow("two roots") << QByteArray("<ZOR/><ZOR/>");
     QTest::newRow("in a namespace") << documentWith("<ZOR>", "<ZOR xmlns='a'>");
     QTest::newRow("an attribute") << documentWith("<ZOR>", "<ZOR a='b'>");
+    QTest::newRow("an attribute in a namespace")
+        << documentWith("<ZOR>", "<ZOR xmlns:a='b' a:c='d'>");
+    QTest::newRow("an attribute of all documents") << documentWith("<ZOR>", "<ZOR xml:lang='en'>");
+    QTest::newRow("an attribute of a setting") << documentWith("<net>", "<net a='b'>");
     QTest::newRow("another file type") << documentWith(">ZORBackup<", ">zorbackup<");
     QTest::newRow("no file type") << documentWith("<filetype>ZORBackup</filetype>", "");
     QTest::newRow("another backup type") << documentWith(">XQUFull<", ">XQUPart<");
@@ -394,6 +401,14 @@ void TestBackupSchema::endsOnWhatIsMeantToExhaustIt_data()
     QTest::newRow("namespaces nested deeply") << namespaces;
     QTest::newRow("many comments") << QByteArray("<!---->").repeated(2000000) + "<a/>";
     QTest::newRow("many elements") << "<a>" + QByteArray("<b/>").repeated(2000000) + "</a>";
+    const QByteArray longName(1 << 20, 'n');
+    QTest::newRow("a long namespace of many elements")
+        << "<ZOR xmlns='" + longName + "'>" + QByteArray("<a/>").repeated(many) + "</ZOR>";
+    QTest::newRow("a long namespace of many elements inside") << documentWith(
+        "<slave>", "<slave xmlns='" + longName + "'>" + QByteArray("<a/>").repeated(many));
+    QTest::newRow("a long namespace of many attributes") << documentWith(
+        "<slaves>",
+        "<slaves xmlns:n='" + longName + "'>" + QByteArray("<slave n:a=''/>").repeated(many));
     QTest::newRow("a number without end")
         << documentWith("2024-03-05", QByteArray(1 << 22, '2') + "-03-05");
     QTest::newRow("a fraction without end")
@@ -416,6 +431,38 @@ void TestBackupSchema::acceptsAThousandAttributes()
     const QByteArray document =
         documentWith("<ZOR>", "<ZOR" + most + '>').replace("<slave>", "<slave" + most + '>');
     QCOMPARE(BackupSchema::validate(file(document)), Verdict::Backup);
+}
+
+void TestBackupSchema::judgesTheSameWhateverItHasSeen()
+{
+    const QString backup = file(SampleBackup::document());
+    QByteArray manyNames = "<ZOR>";
+    for (int i = 0; i < 200000; ++i) {
+        manyNames += "<n" + QByteArray::number(i) + "/>";
+    }
+    const QString odd = file(manyNames + "</ZOR>");
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(BackupSchema::validate(backup), Verdict::Backup);
+        QCOMPARE(BackupSchema::validate(odd), Verdict::NoBackup);
+        QCOMPARE(BackupSchema::validate(backup, "no schema"), Verdict::SchemaUnusable);
+    }
+}
+
+void TestBackupSchema::keepsNothingOfWhatItHasSeen()
+{
+    const QString backup = file(SampleBackup::document());
+    const QString odd = file("<ZOR><a/></ZOR>");
+    const auto validateBoth = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            QCOMPARE(BackupSchema::validate(backup), Verdict::Backup);
+            QCOMPARE(BackupSchema::validate(odd), Verdict::NoBackup);
+        }
+    };
+    validateBoth(20);
+    const size_t before = mallinfo2().uordblks;
+    validateBoth(100);
+    const size_t after = mallinfo2().uordblks;
+    QVERIFY2(after < before + 100 * 1024, qPrintable(QString::number(after - before)));
 }
 
 VELTRA4_TEST_MAIN(TestBackupSchema)

@@ -67,6 +67,8 @@ private slots:
     void makesEveryEncodingUtf8();
     void charactersMayLieAcrossTwoPieces_data();
     void charactersMayLieAcrossTwoPieces();
+    void refusesToBeginTwice_data();
+    void refusesToBeginTwice();
     void whatCannotBeDecodedEndsTheDocument_data();
     void whatCannotBeDecodedEndsTheDocument();
     void aWrongDeclarationIsFoundByTheParser_data();
@@ -115,8 +117,10 @@ void TestDocumentGuard::takesTheDeclarationAway()
 
 void TestDocumentGuard::keepsWhatOnlyLooksLikeADeclaration()
 {
-    const QByteArray document = "<?xml-stylesheet href='a'?><a/>";
-    QCOMPARE(DocumentGuard::admit(document), Admitted(document));
+    for (const QByteArray document :
+         {"<?xml-stylesheet href='a'?><a/>", "<?xml\v version='1.0'?><a/>"}) {
+        QCOMPARE(DocumentGuard::admit(document), Admitted(document));
+    }
 }
 
 void TestDocumentGuard::makesEveryEncodingUtf8_data()
@@ -162,6 +166,32 @@ void TestDocumentGuard::charactersMayLieAcrossTwoPieces()
             + clef.repeated(50000) + QLatin1String("</a>");
         QCOMPARE(DocumentGuard::admit(encoded(text, codec, false)), Admitted(text.toUtf8()));
     }
+}
+
+void TestDocumentGuard::refusesToBeginTwice_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    const QByteArray mark = "\xef\xbb\xbf";
+    const QByteArray declaration = "<?xml version='1.0'?>";
+    QTest::newRow("two declarations") << declaration + declaration + "<a/>";
+    QTest::newRow("two marks") << mark + mark + "<a/>";
+    QTest::newRow("a mark after the declaration") << declaration + mark + "<a/>";
+    QTest::newRow("a mark and two declarations") << mark + declaration + declaration + "<a/>";
+    QTest::newRow("UTF-16 in UTF-32")
+        << encoded(QString::fromLatin1("<\0!\0D\0O\0C\0T\0Y\0P\0E\0 \0a\0>\0<\0a\0/\0>\0", 32),
+                   "UTF-32LE", false);
+    QTest::newRow("UTF-16 after a mark") << mark + QByteArray("<\0a\0/\0>\0", 8);
+    QTest::newRow("two marks in UTF-16") << encoded(QStringLiteral(u"\ufeff<a/>"), "UTF-16", true);
+}
+
+// What is left when the first is taken away must not pass for a document.
+void TestDocumentGuard::refusesToBeginTwice()
+{
+    QFETCH(const QByteArray, document);
+    QVERIFY(!parsed(document).isWellFormed);
+    const Admitted admitted = DocumentGuard::admit(document);
+    QVERIFY(admitted);
+    QVERIFY(!parsed(*admitted).isWellFormed);
 }
 
 void TestDocumentGuard::whatCannotBeDecodedEndsTheDocument_data()

@@ -1,0 +1,50 @@
+// What a controller says about the configurations in an upload: an announcement in the first line
+// of the input, items in the others.
+
+#include "channel/importitem.h"
+
+#include "channel/answeredcount.h"
+#include "fuzz/answeringchannel.h"
+#include "fuzz/target.h"
+
+namespace {
+
+bool operator==(const ImportItem &left, const ImportItem &right)
+{
+    return left.identifier == right.identifier && left.owner == right.owner
+        && left.description == right.description;
+}
+
+void checkItem(const ImportItem &item)
+{
+    const QLatin1String separator(" '");
+    Fuzz::demand(!item.identifier.contains(separator), "the identifier ends before the owner");
+    Fuzz::demand(!item.owner.contains(QLatin1Char('\'')), "the owner has no quotes");
+    Fuzz::demand(!item.description.contains(QLatin1Char('\'')), "the description has no quotes");
+    const QString line = item.identifier + separator + item.owner + QLatin1Char('\'') + separator
+        + item.description + QLatin1Char('\'');
+    Fuzz::demand(parseImportItem(line) == item, "an item written anew is read back");
+}
+
+} // namespace
+
+void fuzz(const QByteArray &input)
+{
+    checkItem(parseImportItem(QString::fromLatin1(input)));
+
+    AnsweringChannel channel(input);
+    const ImportItem former{QStringLiteral("former"), {}, {}};
+    ImportItemList items{former};
+    const ImportOffer offer = queryImportItems(&channel, &items);
+    if (offer != ImportOffer::Read) {
+        Fuzz::demand(items.size() == 1 && items.first() == former, "a refusal changes nothing");
+        Fuzz::demand(channel.commandCount() == 1, "nothing is asked after a refusal");
+        return;
+    }
+    Fuzz::demand(items.size() <= maxAnsweredCount, "an absurd number of items is not believed");
+    Fuzz::demand(items.size() <= input.count('\n') + maxUnanswered,
+                 "questions end when nobody answers");
+    for (const ImportItem &item : qAsConst(items)) {
+        checkItem(item);
+    }
+}
