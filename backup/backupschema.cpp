@@ -1,6 +1,7 @@
 #include "backup/backupschema.h"
 
 #include "backup/documentguard.h"
+#include "backup/documentproblem.h"
 #include "resources/resources.h"
 
 #include <QAbstractMessageHandler>
@@ -10,22 +11,53 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QResource>
+#include <QSourceLocation>
 #include <QUrl>
 #include <QXmlSchema>
 #include <QXmlSchemaValidator>
+#include <QXmlStreamReader>
 
 #include <optional>
 
 namespace {
 
-// A verdict is all that is wanted: by default the reasons would go to the user's terminal.
-class SilentMessageHandler : public QAbstractMessageHandler
+// The reasons come as small pages for a browser.
+QString plainText(const QString &page)
 {
-protected:
-    void handleMessage(QtMsgType /*type*/, const QString & /*description*/,
-                       const QUrl & /*identifier*/, const QSourceLocation & /*location*/) override
-    {
+    QXmlStreamReader xml(page);
+    QString text;
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::Characters) {
+            text += xml.text();
+        }
     }
+    // A reason that quotes another one ends in the full stops of both.
+    return text.endsWith(QLatin1String("..")) ? text.chopped(1) : text;
+}
+
+// Keeps the first reason, which is all that anybody wants: by default the reasons would go to the
+// user's terminal.
+class ReasonKeeper : public QAbstractMessageHandler
+{
+public:
+    DocumentProblem problem() const
+    {
+        return {plainText(m_description), m_location.line(), m_location.column()};
+    }
+
+protected:
+    void handleMessage(QtMsgType /*type*/, const QString &description, const QUrl & /*identifier*/,
+                       const QSourceLocation &location) override
+    {
+        if (m_description.isEmpty()) {
+            m_description = description;
+            m_location = location;
+        }
+    }
+
+private:
+    QString m_description;
+    QSourceLocation m_location;
 };
 
 // Has failed already: the validator does not wait for it in an event loop of its own, in which
@@ -76,6 +108,33 @@ std::optional<QByteArray> documentAt(const QString &path)
     return file.open(QIODevice::ReadOnly) ? DocumentGuard::read(&file) : std::nullopt;
 }
 
+BackupSchema::Verdict judge(const QString &path, const QByteArray &schema, DocumentProblem *problem)
+{
+    using Verdict = BackupSchema::Verdict;
+    ReasonKeeper reasons;
+    RefusingNetwork network;
+    QXmlSchema xmlSchema;
+    xmlSchema.setMessageHandler(&reasons);
+    xmlSchema.setNetworkAccessManager(&network);
+    if (!xmlSchema.load(schema, QUrl()) || !xmlSchema.isValid()) {
+        return Verdict::SchemaUnusable;
+    }
+    const std::optional<QByteArray> document = documentAt(path);
+    if (!document) {
+        *problem = {QStringLiteral("Cannot be read, or costs too much to be read."), 0, 0};
+        return Verdict::NoBackup;
+    }
+    QXmlSchemaValidator validator(xmlSchema);
+    validator.setMessageHandler(&reasons);
+    validator.setNetworkAccessManager(&network);
+    const QUrl address = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
+    if (validator.validate(*document, address)) {
+        return Verdict::Backup;
+    }
+    *problem = reasons.problem();
+    return Verdict::NoBackup;
+}
+
 } // namespace
 
 QByteArray BackupSchema::embedded()
@@ -90,23 +149,13 @@ BackupSchema::Verdict BackupSchema::validate(const QString &path)
     return validate(path, embedded());
 }
 
+BackupSchema::Verdict BackupSchema::validate(const QString &path, DocumentProblem *problem)
+{
+    return judge(path, embedded(), problem);
+}
+
 BackupSchema::Verdict BackupSchema::validate(const QString &path, const QByteArray &schema)
 {
-    SilentMessageHandler silence;
-    RefusingNetwork network;
-    QXmlSchema xmlSchema;
-    xmlSchema.setMessageHandler(&silence);
-    xmlSchema.setNetworkAccessManager(&network);
-    if (!xmlSchema.load(schema, QUrl()) || !xmlSchema.isValid()) {
-        return Verdict::SchemaUnusable;
-    }
-    const std::optional<QByteArray> document = documentAt(path);
-    if (!document) {
-        return Verdict::NoBackup;
-    }
-    QXmlSchemaValidator validator(xmlSchema);
-    validator.setMessageHandler(&silence);
-    validator.setNetworkAccessManager(&network);
-    const QUrl address = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
-    return validator.validate(*document, address) ? Verdict::Backup : Verdict::NoBackup;
+    DocumentProblem unwanted;
+    return judge(path, schema, &unwanted);
 }

@@ -1,4 +1,5 @@
 #include "backup/backupschema.h"
+#include "backup/documentproblem.h"
 #include "backup/markupmeter.h"
 #include "resources/resources.h"
 #include "tests/backup/samplebackup.h"
@@ -84,6 +85,9 @@ private slots:
     void endsOnWhatIsMeantToExhaustIt_data();
     void endsOnWhatIsMeantToExhaustIt();
     void acceptsAThousandAttributes();
+    void tellsWhatIsWrongAndWhere_data();
+    void tellsWhatIsWrongAndWhere();
+    void tellsNothingOfABackup();
 
 private:
     QString file(const QByteArray &content) const
@@ -416,6 +420,46 @@ void TestBackupSchema::acceptsAThousandAttributes()
     const QByteArray document =
         documentWith("<ZOR>", "<ZOR" + most + '>').replace("<slave>", "<slave" + most + '>');
     QCOMPARE(BackupSchema::validate(file(document)), Verdict::Backup);
+}
+
+void TestBackupSchema::tellsWhatIsWrongAndWhere_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("line");
+    QTest::addColumn<qint64>("column");
+    QTest::newRow("a value of the wrong type")
+        << documentWith("2024-03-05T14:07:09", "yesterday")
+        << "Content of element creationDate does not match its type definition: yesterday is not "
+           "valid according to xs:dateTime."
+        << qint64(17) << qint64(16);
+    QTest::newRow("a field that is missing")
+        << documentWith("\t\t<serial>00001234</serial>\n", "")
+        << "Element ZORControllerInfo is missing child element." << qint64(11) << qint64(15);
+    QTest::newRow("no XML") << QByteArray("ZOR<ZOR/>") << "Start tag expected." << qint64(1)
+                            << qint64(1);
+    QTest::newRow("quotes in the reason")
+        << documentWith("tracker", "&a;") << "Entity 'a' not declared." << qint64(8) << qint64(11);
+    QTest::newRow("what is not even read")
+        << QByteArray("<!DOCTYPE ZOR><ZOR/>") << "Cannot be read, or costs too much to be read."
+        << qint64(0) << qint64(0);
+}
+
+void TestBackupSchema::tellsWhatIsWrongAndWhere()
+{
+    QFETCH(const QByteArray, document);
+    DocumentProblem problem;
+    QCOMPARE(BackupSchema::validate(file(document), &problem), Verdict::NoBackup);
+    QTEST(problem.text, "text");
+    QTEST(problem.line, "line");
+    QTEST(problem.column, "column");
+}
+
+void TestBackupSchema::tellsNothingOfABackup()
+{
+    DocumentProblem problem;
+    QCOMPARE(BackupSchema::validate(file(SampleBackup::document()), &problem), Verdict::Backup);
+    QCOMPARE(problem.text, QString());
 }
 
 VELTRA4_TEST_MAIN(TestBackupSchema)
