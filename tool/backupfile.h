@@ -19,6 +19,7 @@ public:
     /// Reads the file at @p path, which may be anything.
     explicit BackupFile(QString path);
 
+    /// As it was given.
     const QString &path() const { return m_path; }
 
     /// Why a restore would refuse the file; nothing if it would not.

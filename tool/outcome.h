@@ -9,7 +9,7 @@ struct Refusal;
 /// What a command has to say.
 struct Outcome
 {
-    int exitCode = 0;
+    int exitCode = 0;  ///< one of those below
     QString output;    ///< for people; lines, each with its end
     QString complaint; ///< for people, about what is wrong; likewise
     QJsonObject json;  ///< the same for programs

@@ -14,8 +14,8 @@ struct Refusal
         Content ///< it says nothing
     };
 
-    Stage stage = Stage::File;
-    QString text;      ///< for people; may quote the document
+    Stage stage = Stage::File; ///< that refuses it
+    QString text;              ///< for people; may quote the document
     QString field;     ///< the element's path, "ZORBackupInfo/creationDate"; empty for the document
     qint64 line = 0;   ///< from 1; 0 if it is about the whole file
     qint64 column = 0; ///< of the end of the tag or text that is refused

@@ -8,12 +8,13 @@
 /// What the command line asks for.
 struct ToolArguments
 {
+    /// What is to be done with the files.
     enum class Command { Verify, Show, Diff };
 
-    Command command = Command::Verify;
-    QStringList files;   ///< two for Diff, else one
-    QStringList ignored; ///< fields that Diff leaves out
-    bool isJson = false; ///< for programs instead of people
+    Command command = Command::Verify; ///< its first argument
+    QStringList files;                 ///< two for Diff, else one
+    QStringList ignored;               ///< fields that Diff leaves out
+    bool isJson = false;               ///< for programs instead of people
 };
 
 /// Reads the command line, its first element being the program's name.
