@@ -1,15 +1,16 @@
 #include "backup/backupschema.h"
 
 #include "backup/documentguard.h"
+#include "backup/documentproblem.h"
+#include "backup/refusingnetwork.h"
 #include "resources/resources.h"
 
 #include <QAbstractMessageHandler>
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QNetworkRequest>
 #include <QResource>
+#include <QSourceLocation>
 #include <QUrl>
 #include <QXmlSchema>
 #include <QXmlSchemaValidator>
@@ -20,56 +21,43 @@
 
 namespace {
 
-// A verdict is all that is wanted: by default the reasons would go to the user's terminal.
-class SilentMessageHandler : public QAbstractMessageHandler
+// The reasons come as small pages for a browser.
+QString plainText(const QString &page)
 {
-protected:
-    void handleMessage(QtMsgType /*type*/, const QString & /*description*/,
-                       const QUrl & /*identifier*/, const QSourceLocation & /*location*/) override
-    {
+    QXmlStreamReader xml(page);
+    QString text;
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::Characters) {
+            text += xml.text();
+        }
     }
-};
+    // A reason that quotes another one ends in the full stops of both.
+    return text.endsWith(QLatin1String("..")) ? text.chopped(1) : text;
+}
 
-// Has failed already: the validator does not wait for it in an event loop of its own, in which
-// anything could happen to the dialog that called it.
-class RefusedReply : public QNetworkReply
+// Keeps the first reason, which is all that anybody wants: by default the reasons would go to the
+// user's terminal.
+class ReasonKeeper : public QAbstractMessageHandler
 {
 public:
-    RefusedReply(const QNetworkRequest &request, QNetworkAccessManager::Operation operation,
-                 QObject *parent)
-        : QNetworkReply(parent)
+    DocumentProblem problem() const
     {
-        setRequest(request);
-        setUrl(request.url());
-        setOperation(operation);
-        setError(ContentAccessDenied, QStringLiteral("refused"));
-        setFinished(true);
-        QMetaObject::invokeMethod(this, &RefusedReply::notify, Qt::QueuedConnection);
+        return {plainText(m_description), m_location.line(), m_location.column()};
     }
 
-    void abort() override { }
-
 protected:
-    qint64 readData(char * /*data*/, qint64 /*maxSize*/) override { return -1; }
+    void handleMessage(QtMsgType /*type*/, const QString &description, const QUrl & /*identifier*/,
+                       const QSourceLocation &location) override
+    {
+        if (m_description.isEmpty()) {
+            m_description = description;
+            m_location = location;
+        }
+    }
 
 private:
-    void notify()
-    {
-        emit errorOccurred(error());
-        emit finished();
-    }
-};
-
-// The validator follows every schema that a document names, from the network and from the disk;
-// setting a URI resolver does not stop it.
-class RefusingNetwork : public QNetworkAccessManager
-{
-protected:
-    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
-                                 QIODevice * /*outgoingData*/) override
-    {
-        return new RefusedReply(request, operation, this);
-    }
+    QString m_description;
+    QSourceLocation m_location;
 };
 
 const QLatin1String instanceNamespace("http://www.w3.org/2001/XMLSchema-instance");
@@ -95,19 +83,27 @@ bool hasForeignNames(const QXmlStreamReader &xml)
 // of each element and attribute anew, so that a long one of many of them is not to be borne.
 // @return how many characters of the document are markup; nothing if it cannot be a backup because
 // it is not well-formed or has names of other documents
-std::optional<qint64> markupOfCandidate(const QByteArray &document)
+std::optional<qint64> markupOfCandidate(const QByteArray &document, DocumentProblem *problem)
 {
     qint64 markup = 0;
-    QXmlStreamReader xml(document);
+    QBuffer device; // read piece by piece; bytes would become one text as a whole
+    device.setData(document);
+    device.open(QIODevice::ReadOnly);
+    QXmlStreamReader xml(&device);
     while (!xml.atEnd()) {
         const qint64 begin = xml.characterOffset();
         xml.readNext();
         if (xml.isStartElement() && hasForeignNames(xml)) {
-            return std::nullopt;
+            xml.raiseError(QStringLiteral("Element %1 has names that no backup has.")
+                               .arg(xml.qualifiedName().toString()));
         }
         markup += xml.isCharacters() ? 0 : xml.characterOffset() - begin;
     }
-    return xml.hasError() ? std::nullopt : std::optional<qint64>(markup);
+    if (xml.hasError()) {
+        *problem = {xml.errorString(), xml.lineNumber(), xml.columnNumber()};
+        return std::nullopt;
+    }
+    return markup;
 }
 
 class LoadedSchema
@@ -115,49 +111,59 @@ class LoadedSchema
 public:
     explicit LoadedSchema(const QByteArray &schema)
     {
-        m_schema.setMessageHandler(&m_silence);
+        m_schema.setMessageHandler(&m_reasons);
         m_schema.setNetworkAccessManager(&m_network);
         m_isUsable = m_schema.load(schema, QUrl()) && m_schema.isValid();
     }
 
-    BackupSchema::Verdict judge(const QString &path);
+    BackupSchema::Verdict judge(const QString &path, DocumentProblem *problem);
 
     /// How many characters of markup it has been given so far.
     qint64 markupSeen() const { return m_markupSeen; }
 
 private:
-    bool isValid(const QByteArray &document, const QUrl &address);
+    bool isValid(const QByteArray &document, const QUrl &address, DocumentProblem *problem);
 
-    SilentMessageHandler m_silence;
+    ReasonKeeper m_reasons;
     RefusingNetwork m_network;
     QXmlSchema m_schema;
     bool m_isUsable = false;
     qint64 m_markupSeen = 0;
 };
 
-BackupSchema::Verdict LoadedSchema::judge(const QString &path)
+BackupSchema::Verdict LoadedSchema::judge(const QString &path, DocumentProblem *problem)
 {
     using BackupSchema::Verdict;
     if (!m_isUsable) {
         return Verdict::SchemaUnusable;
     }
     const std::optional<QByteArray> document = documentAt(path);
-    const std::optional<qint64> markup = document ? markupOfCandidate(*document) : std::nullopt;
+    if (!document) {
+        *problem = {QStringLiteral("Cannot be read, or costs too much to be read."), 0, 0};
+        return Verdict::NoBackup;
+    }
+    const std::optional<qint64> markup = markupOfCandidate(*document, problem);
     if (!markup) {
         return Verdict::NoBackup;
     }
     m_markupSeen += *markup;
     const QUrl address = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
-    return isValid(*document, address) ? Verdict::Backup : Verdict::NoBackup;
+    return isValid(*document, address, problem) ? Verdict::Backup : Verdict::NoBackup;
 }
 
-bool LoadedSchema::isValid(const QByteArray &document, const QUrl &address)
+bool LoadedSchema::isValid(const QByteArray &document, const QUrl &address,
+                           DocumentProblem *problem)
 {
+    ReasonKeeper reasons;
     RefusingNetwork network; // takes the replies with it
     QXmlSchemaValidator validator(m_schema);
-    validator.setMessageHandler(&m_silence);
+    validator.setMessageHandler(&reasons);
     validator.setNetworkAccessManager(&network);
-    return validator.validate(document, address);
+    const bool isValid = validator.validate(document, address);
+    if (!isValid) {
+        *problem = reasons.problem();
+    }
+    return isValid;
 }
 
 // Qt loses some 9 KB with each schema, so one is kept, to the end of the process: at its very end
@@ -185,10 +191,17 @@ QByteArray BackupSchema::embedded()
 
 BackupSchema::Verdict BackupSchema::validate(const QString &path)
 {
-    return keptSchema().judge(path);
+    DocumentProblem unwanted;
+    return validate(path, &unwanted);
+}
+
+BackupSchema::Verdict BackupSchema::validate(const QString &path, DocumentProblem *problem)
+{
+    return keptSchema().judge(path, problem);
 }
 
 BackupSchema::Verdict BackupSchema::validate(const QString &path, const QByteArray &schema)
 {
-    return LoadedSchema(schema).judge(path);
+    DocumentProblem unwanted;
+    return LoadedSchema(schema).judge(path, &unwanted);
 }

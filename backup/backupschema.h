@@ -2,6 +2,7 @@
 
 class QByteArray;
 class QString;
+struct DocumentProblem;
 
 /// The schema of the backup document, which the plug-in carries in its resources.
 namespace BackupSchema {
@@ -23,6 +24,9 @@ QByteArray embedded();
 /// backup would to be read. Takes time and memory in proportion to the size of the file. To be
 /// called in the GUI thread only, as the schema is kept from one call to the next.
 Verdict validate(const QString &path);
+/// The same, and tells of a document that is no backup why: @p problem receives the first reason,
+/// which lies at an element's start tag or where the document is not well-formed.
+Verdict validate(const QString &path, DocumentProblem *problem);
 /// The same with another schema, which is not kept.
 Verdict validate(const QString &path, const QByteArray &schema);
 

@@ -11,6 +11,7 @@ class QIODevice;
 class QXmlStreamReader;
 class QXmlStreamWriter;
 struct BackendVersions;
+struct DocumentProblem;
 
 /// Everything that brings a tracking controller back to a known state: who it is, its network
 /// settings, its cascade and all its configurations.
@@ -40,9 +41,12 @@ public:
     /// Values that the document does not carry stay as they were, but for the slaves. A file that
     /// is no such document at all may be read "successfully", with nothing in it;
     /// validateBackupFile() tells. After a failure the record is partly filled and of no use.
+    /// @param path     the file
+    /// @param problem  if given, receives why a document was refused; it is left alone where there
+    ///                 is no document to speak of
     /// @return false if the file cannot be opened, has something other than a backup inside its
     /// root element, breaks off there, or costs more than any backup would to be read
-    bool readFromFile(const QString &path);
+    bool readFromFile(const QString &path, DocumentProblem *problem = nullptr);
 
     /// Writes the document to @p path, replacing what is there.
     ///

@@ -1,6 +1,7 @@
 #include "backup/fullbackup.h"
 
 #include "backup/documentguard.h"
+#include "backup/documentproblem.h"
 #include "backup/version.h"
 
 #include <QDebug>
@@ -27,6 +28,15 @@ bool advance(QXmlStreamReader &xml)
     return !xml.atEnd();
 }
 
+// The reason and the place stay with the XML reader, which stops here.
+bool refuse(QXmlStreamReader &xml, const QString &reason)
+{
+    if (!xml.hasError()) {
+        xml.raiseError(reason);
+    }
+    return false;
+}
+
 bool readChild(QXmlStreamReader &xml, const char *element, std::initializer_list<Child> children)
 {
     const auto *const child =
@@ -35,7 +45,7 @@ bool readChild(QXmlStreamReader &xml, const char *element, std::initializer_list
         });
     if (child == children.end()) {
         qDebug().nospace().noquote() << "Invalid " << element << " token " << xml.name();
-        return false;
+        return refuse(xml, QStringLiteral("This element is unknown here."));
     }
     return child->read();
 }
@@ -62,7 +72,7 @@ bool readElement(QXmlStreamReader &xml, const char *element, std::initializer_li
 bool readText(QXmlStreamReader &xml, QString *text)
 {
     if (!advance(xml) || !xml.isCharacters()) {
-        return false;
+        return refuse(xml, QStringLiteral("The field is empty or does not begin with text."));
     }
     *text = xml.text().toString();
     return true;
@@ -71,7 +81,11 @@ bool readText(QXmlStreamReader &xml, QString *text)
 bool readFixedText(QXmlStreamReader &xml, const char *expected)
 {
     QString text;
-    return readText(xml, &text) && text == QLatin1String(expected);
+    if (!readText(xml, &text)) {
+        return false;
+    }
+    return text == QLatin1String(expected)
+        || refuse(xml, QStringLiteral("The field does not hold \"%1\".").arg(expected));
 }
 
 bool readVersion(QXmlStreamReader &xml, Version *version)
@@ -82,19 +96,23 @@ bool readVersion(QXmlStreamReader &xml, Version *version)
     }
     bool isVersion = false;
     *version = parseVersion(text, &isVersion);
-    return isVersion;
+    return isVersion || refuse(xml, QStringLiteral("The field holds no version."));
 }
 
 bool readFormatVersion(QXmlStreamReader &xml)
 {
     QString text;
-    return readText(xml, &text) && parseVersion(text) == Version{1, 0, 0};
+    if (!readText(xml, &text)) {
+        return false;
+    }
+    return parseVersion(text) == Version{1, 0, 0}
+    || refuse(xml, QStringLiteral("The field does not hold the version 1.0.0."));
 }
 
 bool readConfigData(QXmlStreamReader &xml, QByteArray *configData)
 {
     if (!advance(xml) || !xml.isCDATA()) {
-        return false;
+        return refuse(xml, QStringLiteral("The field does not begin with a CDATA section."));
     }
     *configData = QByteArray::fromBase64(xml.text().toLatin1());
     return true;
@@ -110,7 +128,7 @@ bool reported(bool isRead, const char *reader)
 
 } // namespace
 
-bool FullBackup::readFromFile(const QString &path)
+bool FullBackup::readFromFile(const QString &path, DocumentProblem *problem)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -124,6 +142,9 @@ bool FullBackup::readFromFile(const QString &path)
     QXmlStreamReader xml(*document);
     while (advance(xml)) {
         if (xml.isStartElement() && xml.name() == QLatin1String("ZOR") && !read_ZOR_fromFile(xml)) {
+            if (problem) {
+                *problem = {xml.errorString(), xml.lineNumber(), xml.columnNumber()};
+            }
             return false;
         }
     }

@@ -40,6 +40,12 @@ target_compile_definitions(veltra4_options INTERFACE
 # Headers are included with their folder, so that each include line shows which way it points.
 target_include_directories(veltra4_options INTERFACE "${PROJECT_SOURCE_DIR}")
 
+# The one version, for sources that include "projectversion.h".
+configure_file("${CMAKE_CURRENT_LIST_DIR}/projectversion.h.in"
+    "${PROJECT_BINARY_DIR}/generated/projectversion.h" @ONLY)
+add_library(projectversion INTERFACE)
+target_include_directories(projectversion INTERFACE "${PROJECT_BINARY_DIR}/generated")
+
 # veltra4_add_library(<name> SOURCES <file>... [LINK <target>...])
 # One folder's static library. Forms that its sources include are compiled automatically.
 function(veltra4_add_library name)

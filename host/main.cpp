@@ -3,6 +3,7 @@
 #include "host/hostsession.h"
 #include "host/simulatedlink.h"
 #include "host/tour/runtour.h"
+#include "projectversion.h"
 
 #include <QApplication>
 #include <QDir>

@@ -4,6 +4,7 @@
 #include "dialogs/changeconfigurationdlg.h"
 #include "hostapi/backendversions.h"
 #include "hostapi/iomanager.h"
+#include "projectversion.h"
 
 #include <QAction>
 

@@ -1,4 +1,5 @@
 #include "backup/backupschema.h"
+#include "backup/documentproblem.h"
 #include "backup/markupmeter.h"
 #include "resources/resources.h"
 #include "tests/backup/samplebackup.h"
@@ -87,6 +88,9 @@ private slots:
     void acceptsAThousandAttributes();
     void judgesTheSameWhateverItHasSeen();
     void keepsNothingOfWhatItHasSeen();
+    void tellsWhatIsWrongAndWhere_data();
+    void tellsWhatIsWrongAndWhere();
+    void tellsNothingOfABackup();
 
 private:
     QString file(const QByteArray &content) const
@@ -463,6 +467,46 @@ void TestBackupSchema::keepsNothingOfWhatItHasSeen()
     validateBoth(100);
     const size_t after = mallinfo2().uordblks;
     QVERIFY2(after < before + 100 * 1024, qPrintable(QString::number(after - before)));
+}
+
+void TestBackupSchema::tellsWhatIsWrongAndWhere_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("line");
+    QTest::addColumn<qint64>("column");
+    QTest::newRow("a value of the wrong type")
+        << documentWith("2024-03-05T14:07:09", "yesterday")
+        << "Content of element creationDate does not match its type definition: yesterday is not "
+           "valid according to xs:dateTime."
+        << qint64(17) << qint64(16);
+    QTest::newRow("a field that is missing")
+        << documentWith("\t\t<serial>00001234</serial>\n", "")
+        << "Element ZORControllerInfo is missing child element." << qint64(11) << qint64(15);
+    QTest::newRow("no XML") << QByteArray("ZOR<ZOR/>") << "Start tag expected." << qint64(1)
+                            << qint64(1);
+    QTest::newRow("quotes in the reason")
+        << documentWith("tracker", "&a;") << "Entity 'a' not declared." << qint64(8) << qint64(11);
+    QTest::newRow("what is not even read")
+        << QByteArray("<!DOCTYPE ZOR><ZOR/>") << "Cannot be read, or costs too much to be read."
+        << qint64(0) << qint64(0);
+}
+
+void TestBackupSchema::tellsWhatIsWrongAndWhere()
+{
+    QFETCH(const QByteArray, document);
+    DocumentProblem problem;
+    QCOMPARE(BackupSchema::validate(file(document), &problem), Verdict::NoBackup);
+    QTEST(problem.text, "text");
+    QTEST(problem.line, "line");
+    QTEST(problem.column, "column");
+}
+
+void TestBackupSchema::tellsNothingOfABackup()
+{
+    DocumentProblem problem;
+    QCOMPARE(BackupSchema::validate(file(SampleBackup::document()), &problem), Verdict::Backup);
+    QCOMPARE(problem.text, QString());
 }
 
 VELTRA4_TEST_MAIN(TestBackupSchema)

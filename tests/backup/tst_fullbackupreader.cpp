@@ -1,3 +1,4 @@
+#include "backup/documentproblem.h"
 #include "backup/fullbackup.h"
 #include "tests/backup/samplebackup.h"
 #include "tests/support/testmain.h"
@@ -98,6 +99,8 @@ private slots:
     void refusesWhatIsMeantToExhaustIt();
     void endsOnWhatIsNoBackup_data();
     void endsOnWhatIsNoBackup();
+    void tellsWhatItRefusesAndWhere_data();
+    void tellsWhatItRefusesAndWhere();
 
 private:
     bool reads(const QByteArray &content, FullBackup *backup) const
@@ -537,6 +540,48 @@ void TestFullBackupReader::endsOnWhatIsNoBackup()
     QVERIFY(reads(content, &backup));
     FullBackup untouched(nullptr, nullptr);
     QCOMPARE(SampleBackup::describe(backup), SampleBackup::describe(untouched));
+}
+
+void TestFullBackupReader::tellsWhatItRefusesAndWhere_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("line");
+    QTest::addColumn<qint64>("column");
+    const QString empty = "The field is empty or does not begin with text.";
+    QTest::newRow("an empty field")
+        << documentWith(">example.com<", "><") << empty << qint64(21) << qint64(19);
+    QTest::newRow("an empty slave")
+        << documentWith(">slave-b<", "><") << empty << qint64(26) << qint64(18);
+    QTest::newRow("a comment in a field")
+        << documentWith("example.com", "<!---->") << empty << qint64(21) << qint64(17);
+    QTest::newRow("another file type")
+        << documentWith(">ZORBackup<", ">a<") << "The field does not hold \"ZORBackup\"."
+        << qint64(4) << qint64(14);
+    QTest::newRow("another format")
+        << documentWith("v1.0.0", "v1.0") << "The field does not hold the version 1.0.0."
+        << qint64(5) << qint64(16);
+    QTest::newRow("no version") << documentWith("v4.2.1", "v4.x") << "The field holds no version."
+                                << qint64(10) << qint64(18);
+    QTest::newRow("data that is plain text")
+        << documentWith("<![CDATA[AAH+/yBjb25maWd1cmF0aW9ucw==]]>", "AAH+")
+        << "The field does not begin with a CDATA section." << qint64(29) << qint64(19);
+    QTest::newRow("an unknown element")
+        << documentWith("<domain>", "<a>") << "This element is unknown here." << qint64(21)
+        << qint64(5);
+    QTest::newRow("half a document") << document().left(document().indexOf("<domain>"))
+                                     << "Premature end of document." << qint64(21) << qint64(2);
+}
+
+void TestFullBackupReader::tellsWhatItRefusesAndWhere()
+{
+    QFETCH(const QByteArray, document);
+    FullBackup backup(nullptr, nullptr);
+    DocumentProblem problem;
+    QVERIFY(!backup.readFromFile(SampleBackup::makeFile(m_folder.path(), document), &problem));
+    QTEST(problem.text, "text");
+    QTEST(problem.line, "line");
+    QTEST(problem.column, "column");
 }
 
 VELTRA4_TEST_MAIN(TestFullBackupReader)

@@ -1,3 +1,4 @@
+#include "projectversion.h"
 #include "tests/support/testmain.h"
 
 #include <QProcess>

@@ -1,0 +1,99 @@
+#include "tool/fields.h"
+
+#include "backup/version.h"
+#include "tool/backupfile.h"
+#include "tool/printable.h"
+
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonObject>
+
+namespace {
+
+const QLatin1String sizeKey("size");
+const QLatin1String hashKey("sha256");
+
+// Data are told apart by their hash: nobody wants to see megabytes of them.
+QJsonObject summaryOf(const QByteArray &data)
+{
+    const QByteArray hash = QCryptographicHash::hash(data, QCryptographicHash::Sha256);
+    return {{sizeKey, data.size()}, {hashKey, QString::fromLatin1(hash.toHex())}};
+}
+
+struct FieldKind
+{
+    const char *path;
+    const char *title;
+    QJsonValue (*value)(const BackupFile &);
+};
+
+using File = const BackupFile &;
+
+constexpr FieldKind kinds[] = {
+    {"ZORControllerInfo/name", "Host name", [](File f) -> QJsonValue { return f.record().name; }},
+    {"ZORControllerInfo/serial", "Serial number",
+     [](File f) -> QJsonValue { return f.record().serial; }},
+    {"ZORControllerInfo/ptVersion", "Tracking software",
+     [](File f) -> QJsonValue { return versionToString(f.record().ptVersion); }},
+    {"ZORControllerInfo/ctVersion", "Firmware",
+     [](File f) -> QJsonValue { return versionToString(f.record().ctVersion); }},
+    {"ZORControllerInfo/systemModel", "Model",
+     [](File f) -> QJsonValue { return f.record().systemModel; }},
+    {"ZORBackupInfo/creationDate", "Created",
+     [](File f) -> QJsonValue { return f.creationDate(); }},
+    {"ZORBackupData/net", "Network", [](File f) -> QJsonValue { return f.record().net; }},
+    {"ZORBackupData/domain", "Domain", [](File f) -> QJsonValue { return f.record().domain; }},
+    {"ZORBackupData/nameServer", "Name server",
+     [](File f) -> QJsonValue { return f.record().nameServer; }},
+    {"ZORBackupData/ntpServer", "Time server",
+     [](File f) -> QJsonValue { return f.record().ntpServer; }},
+    {"ZORBackupData/slaves", "Cascade",
+     [](File f) -> QJsonValue { return QJsonArray::fromStringList(f.record().slaves); }},
+    {"ZORBackupData/activeConfig", "Active configuration",
+     [](File f) -> QJsonValue { return f.record().activeConfig; }},
+    {"ZORBackupData/configData", "Configuration data",
+     [](File f) -> QJsonValue { return summaryOf(f.record().configData); }},
+};
+
+} // namespace
+
+QVector<Field> fieldsOf(const BackupFile &backup)
+{
+    QVector<Field> fields;
+    for (const FieldKind &kind : kinds) {
+        fields.append(
+            {QString::fromLatin1(kind.path), QString::fromLatin1(kind.title), kind.value(backup)});
+    }
+    return fields;
+}
+
+QStringList fieldPaths()
+{
+    QStringList paths;
+    for (const FieldKind &kind : kinds) {
+        paths << QString::fromLatin1(kind.path);
+    }
+    return paths;
+}
+
+bool isNamed(const QString &path, const QString &name)
+{
+    return path == name || path.section(QLatin1Char('/'), -1) == name;
+}
+
+QString textOf(const QJsonValue &value)
+{
+    if (value.isObject()) {
+        return QStringLiteral("%1 bytes, SHA-256 %2")
+            .arg(value[sizeKey].toInt())
+            .arg(value[hashKey].toString());
+    }
+    if (!value.isArray()) {
+        return printable(value.toString());
+    }
+    QStringList texts;
+    for (const QJsonValue item : value.toArray()) {
+        texts << printable(item.toString());
+    }
+    return texts.isEmpty() ? QStringLiteral("none") : texts.join(QStringLiteral(", "));
+}
