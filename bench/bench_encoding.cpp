@@ -29,7 +29,7 @@ void setThroughput(benchmark::State &state)
 
 void encode(benchmark::State &state)
 {
-    const QByteArray bytes = sampleBytes(sizeOf(state));
+    const QByteArray bytes = SampleData::bytes(sizeOf(state));
     for (auto _ : state) {
         benchmark::DoNotOptimize(TransferEncoding::encode(bytes));
     }
@@ -38,7 +38,7 @@ void encode(benchmark::State &state)
 
 void encodeWithQt(benchmark::State &state)
 {
-    const QByteArray bytes = sampleBytes(sizeOf(state));
+    const QByteArray bytes = SampleData::bytes(sizeOf(state));
     for (auto _ : state) {
         benchmark::DoNotOptimize(bytes.toBase64());
     }
@@ -47,7 +47,7 @@ void encodeWithQt(benchmark::State &state)
 
 void encodeWithLibb64(benchmark::State &state)
 {
-    const QByteArray bytes = sampleBytes(sizeOf(state));
+    const QByteArray bytes = SampleData::bytes(sizeOf(state));
     for (auto _ : state) {
         QByteArray text(bytes.size() * 2 + 8, Qt::Uninitialized);
         base64_encodestate encoder;
@@ -63,7 +63,7 @@ void encodeWithLibb64(benchmark::State &state)
 
 void decode(benchmark::State &state)
 {
-    const QByteArray text = TransferEncoding::encode(sampleBytes(sizeOf(state)));
+    const QByteArray text = TransferEncoding::encode(SampleData::bytes(sizeOf(state)));
     for (auto _ : state) {
         QByteArray bytes;
         benchmark::DoNotOptimize(TransferEncoding::decode(text, &bytes));
@@ -74,7 +74,7 @@ void decode(benchmark::State &state)
 
 void decodeWithQt(benchmark::State &state)
 {
-    const QByteArray text = sampleBytes(sizeOf(state)).toBase64();
+    const QByteArray text = SampleData::bytes(sizeOf(state)).toBase64();
     for (auto _ : state) {
         benchmark::DoNotOptimize(QByteArray::fromBase64(text));
     }
@@ -83,7 +83,7 @@ void decodeWithQt(benchmark::State &state)
 
 void decodeWithLibb64(benchmark::State &state)
 {
-    const QByteArray text = sampleBytes(sizeOf(state)).toBase64();
+    const QByteArray text = SampleData::bytes(sizeOf(state)).toBase64();
     for (auto _ : state) {
         QByteArray bytes(text.size(), Qt::Uninitialized);
         base64_decodestate decoder;
@@ -97,7 +97,7 @@ void decodeWithLibb64(benchmark::State &state)
 
 void copyBytes(benchmark::State &state)
 {
-    const QByteArray bytes = sampleBytes(sizeOf(state));
+    const QByteArray bytes = SampleData::bytes(sizeOf(state));
     for (auto _ : state) {
         QByteArray copy(bytes.size(), Qt::Uninitialized);
         std::memcpy(copy.data(), bytes.constData(), static_cast<std::size_t>(bytes.size()));

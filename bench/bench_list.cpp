@@ -2,8 +2,8 @@
 
 #include "bench/bareloops.h"
 #include "bench/freechannel.h"
+#include "bench/sampledata.h"
 #include "dialogs/changeconfigurationdlg.h"
-#include "hostapi/backendversions.h"
 
 #include <benchmark/benchmark.h>
 
@@ -13,7 +13,7 @@ void refresh(benchmark::State &state)
 {
     FreeChannel channel;
     channel.setConfigurations(static_cast<int>(state.range(0)));
-    BackendVersions versions{{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, QStringLiteral("XQU")};
+    BackendVersions versions = SampleData::versions();
     ChangeConfigurationDlg list(&channel, &versions, nullptr);
     for (auto _ : state) {
         list.refreshList();

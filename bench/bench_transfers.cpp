@@ -5,7 +5,6 @@
 #include "bench/freechannel.h"
 #include "bench/sampledata.h"
 #include "channel/transferencoding.h"
-#include "hostapi/backendversions.h"
 #include "transfer/configurationdownload.h"
 #include "transfer/configurationupload.h"
 
@@ -31,11 +30,6 @@ int chunksOf(const benchmark::State &state)
     return (sizeOf(state) + TransferEncoding::chunkSize - 1) / TransferEncoding::chunkSize;
 }
 
-BackendVersions versions()
-{
-    return {{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, QStringLiteral("XQU")};
-}
-
 FreeChannel channelOf(const benchmark::State &state)
 {
     FreeChannel channel;
@@ -58,7 +52,7 @@ private:
 void collect(benchmark::State &state)
 {
     FreeChannel channel = channelOf(state);
-    BackendVersions controller = versions();
+    BackendVersions controller = SampleData::versions();
     for (auto _ : state) {
         FullBackup backup(&channel, &controller);
         if (backup.collectFromController() != 1) {
@@ -102,7 +96,7 @@ void save(benchmark::State &state)
 void saveBarely(benchmark::State &state)
 {
     FreeChannel channel = channelOf(state);
-    const QByteArray bytes = sampleBytes(sizeOf(state));
+    const QByteArray bytes = SampleData::bytes(sizeOf(state));
     saveRepeatedly(state, [&](const QString &path) {
         BareLoops::download(&channel, chunksOf(state));
         QFile file(path);
@@ -114,7 +108,7 @@ void saveBarely(benchmark::State &state)
 void saveByChunks(benchmark::State &state)
 {
     FreeChannel channel = channelOf(state);
-    const QByteArray bytes = sampleBytes(TransferEncoding::chunkSize);
+    const QByteArray bytes = SampleData::bytes(TransferEncoding::chunkSize);
     saveRepeatedly(state, [&](const QString &path) {
         BareLoops::download(&channel, chunksOf(state));
         const QByteArray name = path.toLatin1();
@@ -135,7 +129,7 @@ void uploadFile(benchmark::State &state)
     FreeChannel channel;
     const TargetFile source;
     QFile file(source.path());
-    if (!file.open(QIODevice::WriteOnly) || file.write(sampleBytes(sizeOf(state))) < 0) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(SampleData::bytes(sizeOf(state))) < 0) {
         state.SkipWithError("the file cannot be made");
         return;
     }
@@ -151,9 +145,9 @@ void uploadFile(benchmark::State &state)
 void uploadBackup(benchmark::State &state)
 {
     FreeChannel channel;
-    BackendVersions controller = versions();
+    BackendVersions controller = SampleData::versions();
     FullBackup backup(&channel, &controller);
-    backup.configData = sampleBytes(sizeOf(state));
+    backup.configData = SampleData::bytes(sizeOf(state));
     for (auto _ : state) {
         backup.uploadConfigData();
     }

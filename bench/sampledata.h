@@ -1,16 +1,20 @@
 #pragma once
 
+#include "backup/fullbackup.h"
+#include "hostapi/backendversions.h"
+
 #include <QByteArray>
 
-#include <random>
+/// What is measured with: the same in every run.
+namespace SampleData {
 
-/// Bytes without any pattern, the same in every run.
-inline QByteArray sampleBytes(int size)
-{
-    std::minstd_rand random; // NOLINT(cert-msc51-cpp): no secret
-    QByteArray bytes(size, Qt::Uninitialized);
-    for (char &byte : bytes) {
-        byte = static_cast<char>(random() >> 8U);
-    }
-    return bytes;
-}
+/// The versions of a controller that can do everything.
+BackendVersions versions();
+
+/// Bytes without any pattern.
+QByteArray bytes(int size);
+
+/// A record in which every field is filled, with @p size bytes of configuration data.
+void fill(FullBackup *backup, int size);
+
+} // namespace SampleData
