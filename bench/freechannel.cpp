@@ -20,12 +20,13 @@ unsigned shuffled(const char *number)
 
 } // namespace
 
-// Formats the variable arguments of the surrounding function into the line.
-#define FORMAT_LINE(format)                                                                        \
+// Formats the variable arguments of the surrounding function into the line, and carries that.
+#define CARRY_LINE(format)                                                                         \
     va_list arguments;                                                                             \
     va_start(arguments, format);                                                                   \
     std::vsnprintf(m_line.data(), m_line.size(), format, arguments);                               \
-    va_end(arguments)
+    va_end(arguments);                                                                             \
+    carry(m_line.data())
 
 void FreeChannel::setDownload(int bytes)
 {
@@ -45,42 +46,42 @@ int FreeChannel::setTimeout(int /*channel*/, int /*milliseconds*/, int /*flag*/)
 
 int FreeChannel::sendCommandReply(char *reply, const char *format, ...)
 {
-    FORMAT_LINE(format);
+    CARRY_LINE(format);
     std::strcpy(reply, "veltra2 ok");
     return success;
 }
 
 int FreeChannel::queryString(char *reply, const char *format, ...)
 {
-    FORMAT_LINE(format);
+    CARRY_LINE(format);
     answer(reply);
     return success;
 }
 
 int FreeChannel::queryInt(int *value, const char *format, ...)
 {
-    FORMAT_LINE(format);
+    CARRY_LINE(format);
     *value = std::strcmp(m_line.data(), "config number_of_configs") == 0 ? m_configurations : 0;
     return success;
 }
 
 int FreeChannel::queryDouble(double *value, const char *format, ...)
 {
-    FORMAT_LINE(format);
+    CARRY_LINE(format);
     *value = 1.0;
     return success;
 }
 
 int FreeChannel::queryBool(bool *value, const char *format, ...)
 {
-    FORMAT_LINE(format);
+    CARRY_LINE(format);
     *value = true;
     return success;
 }
 
 int FreeChannel::sendCommand(const char *format, ...)
 {
-    FORMAT_LINE(format);
+    CARRY_LINE(format);
     return success;
 }
 

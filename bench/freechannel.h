@@ -11,9 +11,11 @@
 ///
 /// It formats every command, which no channel can do without, answers from what it has at hand, and
 /// forgets it. It never fails.
-class FreeChannel final : public IOManager
+class FreeChannel : public IOManager
 {
 public:
+    virtual ~FreeChannel() = default;
+
     /// How many configurations there are, to be listed and to be imported: at most 10,000, their
     /// descriptions in no order.
     void setConfigurations(int count) { m_configurations = count; }
@@ -32,6 +34,10 @@ public:
     int postMessage(const char *category, const char *source, int level, const char *text) override;
     int addMessageReceiver(const char *name, MessageReceiver *receiver) override;
     int removeMessageReceiver(const char *name, MessageReceiver *receiver) override;
+
+protected:
+    /// What happens to each command before it is answered: nothing.
+    virtual void carry(const char * /*line*/) { }
 
 private:
     const char *behind(const char *beginning) const;

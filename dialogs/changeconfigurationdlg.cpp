@@ -240,11 +240,9 @@ void ChangeConfigurationDlg::clearSelection()
         item->setSelected(true);
     }
     // Where the old selection would be now is anybody's guess: nothing stays selected.
-    for (int row = 0; row < table->rowCount(); ++row) {
-        for (int column = DescriptionColumn; column <= IdColumn; ++column) {
-            table->item(row, column)->setSelected(false);
-        }
-    }
+    const QModelIndex first = table->model()->index(0, DescriptionColumn);
+    const QModelIndex last = table->model()->index(table->rowCount() - 1, IdColumn);
+    table->selectionModel()->select({first, last}, QItemSelectionModel::Deselect);
 }
 
 void ChangeConfigurationDlg::disableRowButtons()
