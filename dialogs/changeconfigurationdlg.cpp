@@ -22,6 +22,7 @@
 
 #include <QKeyEvent>
 #include <QResizeEvent>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <climits>
@@ -214,15 +215,15 @@ ConfigEntry ChangeConfigurationDlg::readSlot(int slot, RowReplies *replies)
 
 void ChangeConfigurationDlg::showRow(int row, const ConfigEntry &entry)
 {
-    QList<QTableWidgetItem *> items{new QTableWidgetItem(entry.description),
-                                    new QTableWidgetItem(entry.owner),
-                                    new QTableWidgetItem(entry.identifier)};
+    QVarLengthArray<QTableWidgetItem *, 4> items{new QTableWidgetItem(entry.description),
+                                                 new QTableWidgetItem(entry.owner),
+                                                 new QTableWidgetItem(entry.identifier)};
     if (m_hasLocks) {
         items << (entry.locked ? new QTableWidgetItem(m_lockIcon, tr("yes"))
                                : new QTableWidgetItem(m_unlockIcon, tr("no")));
     }
     if (entry.identifier == m_activeId) {
-        QFont font = items.constFirst()->font();
+        QFont font = items.first()->font();
         font.setWeight(QFont::Bold);
         for (QTableWidgetItem *item : qAsConst(items)) {
             item->setFont(font);
@@ -517,5 +518,5 @@ QString ChangeConfigurationDlg::textAt(int row, int column) const
 
 bool ChangeConfigurationDlg::succeeded(int result, const char *errorText)
 {
-    return HostMessages::succeededOrReported(result, m_channel, QString::fromLatin1(errorText));
+    return HostMessages::succeededOrReported(result, m_channel, errorText);
 }
