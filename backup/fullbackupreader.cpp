@@ -3,6 +3,7 @@
 #include "backup/documentguard.h"
 #include "backup/version.h"
 
+#include <QBuffer>
 #include <QDebug>
 #include <QFile>
 #include <QXmlStreamReader>
@@ -96,7 +97,7 @@ bool readConfigData(QXmlStreamReader &xml, QByteArray *configData)
     if (!advance(xml) || !xml.isCDATA()) {
         return false;
     }
-    *configData = QByteArray::fromBase64(xml.text().toLatin1());
+    *configData = QByteArray::fromBase64Encoding(xml.text().toLatin1()).decoded;
     return true;
 }
 
@@ -117,11 +118,14 @@ bool FullBackup::readFromFile(const QString &path)
         return false;
     }
     slaves.clear();
-    const std::optional<QByteArray> document = DocumentGuard::read(&file);
+    std::optional<QByteArray> document = DocumentGuard::read(&file);
     if (!document) {
         return false;
     }
-    QXmlStreamReader xml(*document);
+    // From a device the reader takes piece by piece; bytes it would turn into one text as a whole.
+    QBuffer device(&*document);
+    device.open(QIODevice::ReadOnly);
+    QXmlStreamReader xml(&device);
     while (advance(xml)) {
         if (xml.isStartElement() && xml.name() == QLatin1String("ZOR") && !read_ZOR_fromFile(xml)) {
             return false;
