@@ -1,5 +1,5 @@
 // Opening each dialog: making it, showing it and closing it again, beside a plain dialog with as
-// many widgets.
+// many widgets, which show nothing or the same texts.
 
 #include "bench/freechannel.h"
 #include "bench/plaindialog.h"
@@ -23,6 +23,7 @@ namespace {
 FreeChannel *channel()
 {
     static FreeChannel channel;
+    channel.setConfigurations(1);
     return &channel;
 }
 
@@ -46,7 +47,12 @@ struct List
 struct Save
 {
     static QDialog *make() { return new ConfigSaveDlg(channel(), versions(), nullptr); }
-    static void run(QDialog *dialog) { static_cast<ConfigSaveDlg *>(dialog)->runSaveDialog(); }
+    static void run(QDialog *dialog)
+    {
+        auto *save = static_cast<ConfigSaveDlg *>(dialog);
+        save->setConfigurationList({{identifier, QString(), QString(), false}});
+        save->runSaveDialog();
+    }
 };
 
 // Without what comes before it: the file chooser is the toolkit's.
@@ -88,10 +94,10 @@ void open(benchmark::State &state)
     }
 }
 
-template <typename Kind>
+template <typename Kind, PlainDialog::Texts texts>
 void openPlain(benchmark::State &state)
 {
-    const PlainDialog plain(std::unique_ptr<QDialog>(Kind::make()).get());
+    const PlainDialog plain(std::unique_ptr<QDialog>(Kind::make()).get(), texts);
     for (auto _ : state) {
         const std::unique_ptr<QWidget> widget(plain.make(nullptr));
         openAndClose(qobject_cast<QDialog *>(widget.get()), [](QDialog *dialog) { dialog->exec(); });
@@ -101,11 +107,13 @@ void openPlain(benchmark::State &state)
 template <typename Kind>
 void add(const std::string &name)
 {
-    const std::string prefix = "open/" + name;
-    benchmark::RegisterBenchmark((prefix + "/ours").c_str(), open<Kind>)
-        ->Unit(benchmark::kMicrosecond);
-    benchmark::RegisterBenchmark((prefix + "/plain").c_str(), openPlain<Kind>)
-        ->Unit(benchmark::kMicrosecond);
+    const auto addOne = [&name](const char *variant, void (*measure)(benchmark::State &)) {
+        benchmark::RegisterBenchmark(("open/" + name + variant).c_str(), measure)
+            ->Unit(benchmark::kMicrosecond);
+    };
+    addOne("/ours", open<Kind>);
+    addOne("/plain", openPlain<Kind, PlainDialog::Texts::None>);
+    addOne("/texts", openPlain<Kind, PlainDialog::Texts::Same>);
 }
 
 const bool areAdded = [] {

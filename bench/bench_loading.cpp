@@ -5,10 +5,24 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QFileInfo>
+#include <QRegularExpression>
+
 namespace {
+
+int relocations(const QString &path)
+{
+    const ChildProcess::Outcome outcome =
+        ChildProcess::run(QStringLiteral("readelf"), {QStringLiteral("-rW"), path});
+    static const QRegularExpression relocation(QStringLiteral("^[0-9a-f]{8}"),
+                                               QRegularExpression::MultilineOption);
+    return QString::fromLatin1(outcome.output).count(relocation);
+}
 
 void load(benchmark::State &state, const char *path)
 {
+    state.counters["bytes"] = static_cast<double>(QFileInfo(QString::fromLocal8Bit(path)).size());
+    state.counters["relocations"] = relocations(QString::fromLocal8Bit(path));
     for (auto _ : state) {
         const ChildProcess::Outcome outcome = ChildProcess::runProbe(
             QStringLiteral("veltra4-loadprobe"), {QString::fromLocal8Bit(path)});

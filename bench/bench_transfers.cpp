@@ -180,7 +180,6 @@ void add(const std::string &channel)
     const auto addOne = [&channel](const char *name, void (*measure)(benchmark::State &)) {
         benchmark::RegisterBenchmark((name + ("/" + channel)).c_str(), measure)
             ->Arg(16)
-            ->Iterations(1)
             ->MeasureProcessCPUTime()
             ->Unit(benchmark::kMillisecond);
     };

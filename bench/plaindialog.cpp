@@ -43,22 +43,28 @@ Maker makerOfContainer(const QWidget *original)
 
 } // namespace
 
-PlainDialog::PlainDialog(const QWidget *original)
+PlainDialog::PlainDialog(const QWidget *original, Texts texts)
     : m_make(makerOfControl(original))
 {
+    if (texts == Texts::Same) {
+        m_text = original->property("text");
+    }
     if (m_make) {
         return;
     }
     m_make = makerOfContainer(original);
     const auto children = original->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
     for (const QWidget *child : children) {
-        m_children.emplace_back(child);
+        m_children.emplace_back(child, texts);
     }
 }
 
 QWidget *PlainDialog::make(QWidget *parent) const
 {
     QWidget *widget = m_make(parent);
+    if (m_text.isValid()) {
+        widget->setProperty("text", m_text);
+    }
     if (m_children.empty()) {
         return widget;
     }
