@@ -4,6 +4,7 @@
 #include "backup/documentproblem.h"
 #include "backup/version.h"
 
+#include <QBuffer>
 #include <QDebug>
 #include <QFile>
 #include <QXmlStreamReader>
@@ -114,7 +115,7 @@ bool readConfigData(QXmlStreamReader &xml, QByteArray *configData)
     if (!advance(xml) || !xml.isCDATA()) {
         return refuse(xml, QStringLiteral("The field does not begin with a CDATA section."));
     }
-    *configData = QByteArray::fromBase64(xml.text().toLatin1());
+    *configData = QByteArray::fromBase64Encoding(xml.text().toLatin1()).decoded;
     return true;
 }
 
@@ -135,11 +136,14 @@ bool FullBackup::readFromFile(const QString &path, DocumentProblem *problem)
         return false;
     }
     slaves.clear();
-    const std::optional<QByteArray> document = DocumentGuard::read(&file);
+    std::optional<QByteArray> document = DocumentGuard::read(&file);
     if (!document) {
         return false;
     }
-    QXmlStreamReader xml(*document);
+    // From a device the reader takes piece by piece; bytes it would turn into one text as a whole.
+    QBuffer device(&*document);
+    device.open(QIODevice::ReadOnly);
+    QXmlStreamReader xml(&device);
     while (advance(xml)) {
         if (xml.isStartElement() && xml.name() == QLatin1String("ZOR") && !read_ZOR_fromFile(xml)) {
             if (problem) {

@@ -8,6 +8,8 @@
 #include "hostapi/backendversions.h"
 #include "hostapi/iomanager.h"
 
+#include <algorithm>
+
 bool FullBackup::restoreToController(bool restoreNetwork, QStringList *failedSlaves,
                                      QStringList *reconnectedSlaves)
 {
@@ -19,10 +21,12 @@ int FullBackup::uploadConfigData()
     constexpr int chunkSize = TransferEncoding::chunkSize;
     const int chunks = (configData.size() + chunkSize - 1) / chunkSize;
     m_channel->sendCommand("system upload cancel");
+    QByteArray text;
     for (int chunk = 1; chunk <= chunks; ++chunk) {
-        const QByteArray bytes = configData.mid((chunk - 1) * chunkSize, chunkSize);
-        if (m_channel->sendCommand("system upload %d %d %s", chunks, chunk,
-                                   TransferEncoding::encode(bytes).constData())
+        const int begin = (chunk - 1) * chunkSize;
+        const int size = std::min(chunkSize, configData.size() - begin);
+        TransferEncoding::encode(configData.constData() + begin, size, &text);
+        if (m_channel->sendCommand("system upload %d %d %s", chunks, chunk, text.constData())
             != 0) {
             break;
         }

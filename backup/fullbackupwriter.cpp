@@ -52,6 +52,21 @@ void writeText(QXmlStreamWriter &xml, const QString &element, const QString &tex
     xml.writeEndElement();
 }
 
+// One CDATA section, piece by piece, past the XML writer: it would need the whole text at once, in
+// several copies many times the size of the data.
+bool writeBase64Section(QXmlStreamWriter &xml, const QByteArray &bytes)
+{
+    constexpr int pieceSize = 48 * 1024; // a multiple of three: padding comes at the end only
+    QIODevice *const device = xml.device();
+    xml.writeCharacters(QString()); // ends the start tag
+    bool isWritten = device->write("<![CDATA[") > 0;
+    for (int begin = 0; begin < bytes.size() && isWritten; begin += pieceSize) {
+        const QByteArray text = bytes.mid(begin, pieceSize).toBase64();
+        isWritten = device->write(text) == text.size();
+    }
+    return isWritten && device->write("]]>") > 0;
+}
+
 } // namespace
 
 bool FullBackup::writeToFile(const QString &path) const
@@ -170,8 +185,8 @@ bool FullBackup::write_ZORBackupData_toFile(QXmlStreamWriter &xml) const
     xml.writeEndElement();
     writeText(xml, QStringLiteral("activeConfig"), activeConfig);
     xml.writeStartElement(QStringLiteral("configData"));
-    xml.writeCDATA(QString::fromLatin1(configData.toBase64()));
+    const bool isWritten = writeBase64Section(xml, configData);
     xml.writeEndElement();
     xml.writeEndElement();
-    return !xml.hasError();
+    return isWritten && !xml.hasError();
 }

@@ -4,11 +4,53 @@
 
 bool MarkupMeter::feed(const QString &text)
 {
-    return std::all_of(text.begin(), text.end(), [this](QChar character) {
-        std::rotate(m_recent.begin(), m_recent.begin() + 1, m_recent.end());
-        m_recent.back() = character.unicode();
-        return take();
-    });
+    int i = 0;
+    while (i < text.size()) {
+        const int next = nextThatMatters(text, i);
+        // The two before it belong to a terminator, perhaps; all others are passed over.
+        for (i = std::max(i, next - 2); i <= next && i < text.size(); ++i) {
+            std::rotate(m_recent.begin(), m_recent.begin() + 1, m_recent.end());
+            m_recent.back() = text.at(i).unicode();
+            if (!take()) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+// The first place from @p begin on at which the state may change; the size of the text if there is
+// none.
+int MarkupMeter::nextThatMatters(const QString &text, int begin) const
+{
+    const ushort awaited = awaitedCharacter();
+    if (awaited == 0) {
+        return m_state == State::Broken ? text.size() : begin;
+    }
+    const int place = text.indexOf(QChar(awaited), begin);
+    return place < 0 ? text.size() : place;
+}
+
+// The one without which the state does not change; 0 where it depends on more than one.
+ushort MarkupMeter::awaitedCharacter() const
+{
+    switch (m_state) {
+    case State::Text:
+        return '<';
+    case State::QuotedValue:
+        return m_quote;
+    case State::EndTag:
+    case State::Comment:
+    case State::CharacterData:
+    case State::Instruction:
+        return '>';
+    case State::MarkupBegins:
+    case State::DeclarationBegins:
+    case State::StartTag:
+    case State::Broken:
+        break;
+    }
+    return 0;
 }
 
 bool MarkupMeter::take()

@@ -39,6 +39,8 @@ private:
         Broken // no parser gets any further
     };
 
+    int nextThatMatters(const QString &text, int begin) const;
+    ushort awaitedCharacter() const;
     bool take();
     bool beginMarkup();
     bool beginDeclaration();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -66,9 +67,9 @@ public:
     std::optional<QByteArray> takeText(int maxSize)
     {
         const char *begin = m_next;
-        while (*m_next != '\0' && *m_next != quote && m_next - begin < maxSize) {
-            ++m_next;
-        }
+        const std::size_t length = strnlen(begin, static_cast<std::size_t>(maxSize));
+        const void *closing = std::memchr(begin, quote, length);
+        m_next = closing != nullptr ? static_cast<const char *>(closing) : begin + length;
         if (m_next == begin && *m_next != quote) {
             return std::nullopt;
         }

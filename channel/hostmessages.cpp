@@ -14,10 +14,10 @@ void HostMessages::reportError(IOManager *channel, const QString &text)
     channel->postMessage("standard", "VELTRA4", errorLevel, text.toLatin1().constData());
 }
 
-bool HostMessages::succeededOrReported(int result, IOManager *channel, const QString &text)
+bool HostMessages::succeededOrReported(int result, IOManager *channel, const char *text)
 {
     if (result != 0) {
-        reportError(channel, text);
+        reportError(channel, QString::fromLatin1(text));
     }
     return result == 0;
 }

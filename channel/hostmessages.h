@@ -10,9 +10,9 @@ namespace HostMessages {
 /// untranslated, and reaches the host as Latin-1.
 void reportError(IOManager *channel, const QString &text);
 
-/// Reports @p text if @p result, that of a command, is a failure.
+/// Reports @p text, in Latin-1, if @p result, that of a command, is a failure.
 /// @return whether the command succeeded
-bool succeededOrReported(int result, IOManager *channel, const QString &text);
+bool succeededOrReported(int result, IOManager *channel, const char *text);
 
 /// Announces that the set of configurations or the active one may have changed, so that other
 /// modules read again what they show.

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <array>
+#include <cstring>
 
 /// The caller's side of a textual answer: starts empty, keeps its text when a query fails.
 ///
@@ -27,7 +28,7 @@ public:
     QString utf8Text() const { return QString::fromUtf8(m_bytes.data(), length()); }
 
 private:
-    int length() const { return static_cast<int>(qstrnlen(m_bytes.data(), capacity)); }
+    int length() const { return static_cast<int>(strnlen(m_bytes.data(), capacity)); }
 
     std::array<char, capacity> m_bytes{};
 };

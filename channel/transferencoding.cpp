@@ -1,5 +1,7 @@
 #include "channel/transferencoding.h"
 
+#include <QtEndian>
+
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -48,19 +50,13 @@ constexpr Contributions makeContributions()
 constexpr std::array<CharacterPair, 4096> pairs = makePairs();
 constexpr Contributions contributions = makeContributions();
 
-std::uint32_t groupOfBytes(const char *bytes, int count)
+// Two groups at once, out of eight bytes of which the first six count.
+void writeCharacters(const char *bytes, char *text)
 {
-    std::uint32_t group = 0;
-    for (int i = 0; i < count; ++i) {
-        group |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i])) << (8 * i);
+    auto groups = qFromLittleEndian<std::uint64_t>(bytes);
+    for (int pair = 0; pair < 4; ++pair, groups >>= 2 * bitsPerCharacter) {
+        std::memcpy(text + 2 * pair, pairs[groups & 0xfffU].data(), 2);
     }
-    return group;
-}
-
-void writeCharacters(std::uint32_t group, char *text)
-{
-    std::memcpy(text, pairs[group & 0xfffU].data(), 2);
-    std::memcpy(text + 2, pairs[group >> 12U].data(), 2);
 }
 
 std::uint32_t groupOfCharacters(const char *text, int count)
@@ -81,18 +77,30 @@ void writeBytes(std::uint32_t group, char *bytes, int count)
 
 } // namespace
 
+void TransferEncoding::encode(const char *bytes, int size, QByteArray *text)
+{
+    constexpr int step = 2 * groupBytes;
+    constexpr int textStep = 2 * groupCharacters;
+    text->resize(size / groupBytes * groupCharacters + (size % groupBytes * 8 + 5) / 6);
+    char *out = text->data();
+    const char *const end = out + text->size();
+    for (; size >= 8; size -= step, bytes += step, out += textStep) {
+        writeCharacters(bytes, out);
+    }
+    // At most seven bytes are left; the bits missing after them are 0.
+    std::uint64_t rest = 0;
+    while (size > 0) {
+        rest = rest << 8U | static_cast<unsigned char>(bytes[--size]);
+    }
+    for (; out < end; ++out, rest >>= bitsPerCharacter) {
+        *out = alphabet[rest & 0x3fU];
+    }
+}
+
 QByteArray TransferEncoding::encode(const QByteArray &bytes)
 {
-    const int wholeGroups = bytes.size() / groupBytes;
-    const int rest = bytes.size() % groupBytes;
-    QByteArray text((wholeGroups + 1) * groupCharacters, Qt::Uninitialized);
-    const char *in = bytes.constData();
-    char *out = text.data();
-    for (int i = 0; i < wholeGroups; ++i, in += groupBytes, out += groupCharacters) {
-        writeCharacters(groupOfBytes(in, groupBytes), out);
-    }
-    writeCharacters(groupOfBytes(in, rest), out);
-    text.truncate(wholeGroups * groupCharacters + (rest * 8 + 5) / 6);
+    QByteArray text;
+    encode(bytes.constData(), bytes.size(), &text);
     return text;
 }
 

@@ -16,7 +16,7 @@
 ///     ff          <-> "/D"
 ///     100 bytes   <-> 134 characters
 ///
-/// Both functions are pure and may be called from any thread.
+/// The functions are pure and may be called from any thread.
 namespace TransferEncoding {
 
 /// The number of bytes in every chunk of a transfer but the last, which may be shorter.
@@ -27,6 +27,9 @@ inline constexpr int invalidCharacter = -11;
 
 /// n bytes give ceil(8n / 6) characters; the bits missing in the last one are 0.
 QByteArray encode(const QByteArray &bytes);
+/// The same with @p size bytes, into a @p text whose memory is used again: whoever encodes one
+/// chunk after the other does not allocate for each.
+void encode(const char *bytes, int size, QByteArray *text);
 
 /// m characters give floor(6m / 8) bytes; the bits beyond them are dropped.
 /// @return the number of bytes appended to @p bytes, or invalidCharacter, in which case nothing is

@@ -22,6 +22,7 @@
 
 #include <QKeyEvent>
 #include <QResizeEvent>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <climits>
@@ -35,6 +36,27 @@ constexpr int slowCommandMs = 20000;
 
 constexpr double fullWarningBelow = 0.2; // free fraction of the configuration store
 constexpr double tooFullBelow = 0.02;
+
+// An item of the first column, by which the table is sorted. It compares as any other item does,
+// but without asking for the text each time: a long list costs more in comparing than in all else.
+class DescriptionItem : public QTableWidgetItem
+{
+public:
+    explicit DescriptionItem(const QString &description)
+        : QTableWidgetItem(description)
+        , m_description(description)
+    {
+    }
+
+    bool operator<(const QTableWidgetItem &other) const override
+    {
+        const auto &description = static_cast<const DescriptionItem &>(other).m_description;
+        return m_description.localeAwareCompare(description) < 0;
+    }
+
+private:
+    const QString m_description;
+};
 
 // It only displays, but what it displays is no less important for that.
 void makeReadableThoughDisabled(QWidget *widget)
@@ -214,15 +236,15 @@ ConfigEntry ChangeConfigurationDlg::readSlot(int slot, RowReplies *replies)
 
 void ChangeConfigurationDlg::showRow(int row, const ConfigEntry &entry)
 {
-    QList<QTableWidgetItem *> items{new QTableWidgetItem(entry.description),
-                                    new QTableWidgetItem(entry.owner),
-                                    new QTableWidgetItem(entry.identifier)};
+    QVarLengthArray<QTableWidgetItem *, 4> items{new DescriptionItem(entry.description),
+                                                 new QTableWidgetItem(entry.owner),
+                                                 new QTableWidgetItem(entry.identifier)};
     if (m_hasLocks) {
         items << (entry.locked ? new QTableWidgetItem(m_lockIcon, tr("yes"))
                                : new QTableWidgetItem(m_unlockIcon, tr("no")));
     }
     if (entry.identifier == m_activeId) {
-        QFont font = items.constFirst()->font();
+        QFont font = items.first()->font();
         font.setWeight(QFont::Bold);
         for (QTableWidgetItem *item : qAsConst(items)) {
             item->setFont(font);
@@ -240,11 +262,9 @@ void ChangeConfigurationDlg::clearSelection()
         item->setSelected(true);
     }
     // Where the old selection would be now is anybody's guess: nothing stays selected.
-    for (int row = 0; row < table->rowCount(); ++row) {
-        for (int column = DescriptionColumn; column <= IdColumn; ++column) {
-            table->item(row, column)->setSelected(false);
-        }
-    }
+    const QModelIndex first = table->model()->index(0, DescriptionColumn);
+    const QModelIndex last = table->model()->index(table->rowCount() - 1, IdColumn);
+    table->selectionModel()->select({first, last}, QItemSelectionModel::Deselect);
 }
 
 void ChangeConfigurationDlg::disableRowButtons()
@@ -519,5 +539,5 @@ QString ChangeConfigurationDlg::textAt(int row, int column) const
 
 bool ChangeConfigurationDlg::succeeded(int result, const char *errorText)
 {
-    return HostMessages::succeededOrReported(result, m_channel, QString::fromLatin1(errorText));
+    return HostMessages::succeededOrReported(result, m_channel, errorText);
 }

@@ -12,6 +12,7 @@
 #include "transfer/configurationimport.h"
 #include "transfer/configurationupload.h"
 #include "transfer/lockstates.h"
+#include "transfer/selectedcells.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -226,7 +227,7 @@ void ConfigLoadDlg::on_tableWidget_itemSelectionChanged()
     }
     // Three cells make a row, although a row has a fourth while "Status" is shown: the count then
     // runs ahead, and "Select all" may be off before every row is selected. It must stay so.
-    const int rows = m_ui->tableWidget->selectedItems().size() / 3;
+    const int rows = selectedCellCount(m_ui->tableWidget) / 3;
     m_ui->pushButton_clearSelection->setEnabled(rows >= 1);
     m_ui->pushButton_load->setEnabled(rows >= 1);
     m_ui->pushButton_selectAll->setEnabled(rows < m_ui->tableWidget->rowCount());

@@ -8,6 +8,7 @@
 #include "transfer/automaticbackup.h"
 #include "transfer/configurationsave.h"
 #include "transfer/manualbackup.h"
+#include "transfer/selectedcells.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -145,7 +146,7 @@ void ConfigSaveDlg::on_tableWidget_selectConfigs_itemSelectionChanged()
     if (table->columnCount() == 0) {
         return;
     }
-    const int selectedRows = table->selectedItems().size() / table->columnCount();
+    const int selectedRows = selectedCellCount(table) / table->columnCount();
     m_ui->pushButton_clearSelection->setEnabled(selectedRows >= 1);
     m_ui->pushButton_save->setEnabled(selectedRows >= 1);
     m_ui->pushButton_selectAll->setEnabled(selectedRows < table->rowCount());

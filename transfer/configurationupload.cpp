@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 
 namespace {
@@ -51,18 +53,18 @@ int ConfigurationUpload::run(const QString &path)
 
 bool ConfigurationUpload::sendChunk(QFile *file, int count, int number)
 {
-    const QByteArray bytes = file->read(TransferEncoding::chunkSize);
-    if (bytes.isEmpty()) {
-        HostMessages::reportError(m_channel,
-                                  QStringLiteral("unable to read data: %1").arg(bytes.size()));
+    std::array<char, TransferEncoding::chunkSize> bytes;
+    const auto size = static_cast<int>(std::max(file->read(bytes.data(), bytes.size()), 0LL));
+    if (size == 0) {
+        HostMessages::reportError(m_channel, QStringLiteral("unable to read data: %1").arg(size));
         return false;
     }
-    const QByteArray text = TransferEncoding::encode(bytes);
-    if (text.isEmpty()) {
+    TransferEncoding::encode(bytes.data(), size, &m_text);
+    if (m_text.isEmpty()) {
         HostMessages::reportError(m_channel,
-                                  QStringLiteral("unable to convert data: %1").arg(text.size()));
+                                  QStringLiteral("unable to convert data: %1").arg(m_text.size()));
         return false;
     }
-    m_channel->sendCommand("system upload %d %d %s", count, number, text.constData());
+    m_channel->sendCommand("system upload %d %d %s", count, number, m_text.constData());
     return true;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+
 class IOManager;
 class QFile;
 class QString;
@@ -33,4 +35,5 @@ private:
     bool sendChunk(QFile *file, int count, int number);
 
     IOManager *m_channel;
+    QByteArray m_text; ///< of the chunk being sent
 };
