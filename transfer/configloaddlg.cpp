@@ -7,7 +7,7 @@
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
 #include "channel/messagebox.h"
-#include "hostapi/iomanager.h"
+#include "channel/survives.h"
 #include "transfer/backuprestore.h"
 #include "transfer/configurationimport.h"
 #include "transfer/configurationupload.h"
@@ -40,7 +40,7 @@ constexpr int isBackup = 1;
 ConfigLoadDlg::ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWidget *parent)
     : QDialog(parent)
     , m_ui(new Ui::ConfigLoadDlgClass)
-    , m_channel(channel)
+    , m_channel(channel, this)
     , m_versions(versions)
     , m_lastDirectory(QDir::homePath())
 {
@@ -73,7 +73,7 @@ int ConfigLoadDlg::openAndExec()
     }
     if (verdict == schemaUnusable) {
         HostMessages::reportError(
-            m_channel, QStringLiteral("Error: Unable to validate backup or configuration file"));
+            &m_channel, QStringLiteral("Error: Unable to validate backup or configuration file"));
         return verdict;
     }
     if (verdict == noBackup) {
@@ -103,7 +103,7 @@ int ConfigLoadDlg::validateBackupFile(const QString &path)
 
 int ConfigLoadDlg::restoreFromBackupFile(const QString &path)
 {
-    return BackupRestore(m_channel, m_versions, this, path).run(m_configurations);
+    return BackupRestore(&m_channel, m_versions, this, path).run(m_configurations);
 }
 
 int ConfigLoadDlg::loadConfigurationFile(const QString &path)
@@ -122,9 +122,9 @@ int ConfigLoadDlg::loadConfigurationFile(const QString &path)
 bool ConfigLoadDlg::upload(const QString &path)
 {
     // What an earlier upload left unfinished must not mix with this one.
-    m_channel->sendCommand("system upload cancel");
-    if (ConfigurationUpload(m_channel).run(path) != ConfigurationUpload::success) {
-        HostMessages::reportError(m_channel,
+    m_channel.sendCommand("system upload cancel");
+    if (ConfigurationUpload(&m_channel).run(path) != ConfigurationUpload::success) {
+        HostMessages::reportError(&m_channel,
                                   QStringLiteral("Error: Unable to load configurations"));
         return false;
     }
@@ -133,14 +133,14 @@ bool ConfigLoadDlg::upload(const QString &path)
 
 bool ConfigLoadDlg::readImportItems()
 {
-    switch (queryImportItems(m_channel, &m_importItems)) {
+    switch (queryImportItems(&m_channel, &m_importItems)) {
     case ImportOffer::NoAnswer:
-        HostMessages::reportError(m_channel,
+        HostMessages::reportError(&m_channel,
                                   QStringLiteral("Error: Unable to get loaded configurations"));
         return false;
     case ImportOffer::NotConfigurations:
         HostMessages::reportError(
-            m_channel, QStringLiteral("Error: Configuration file can not be recognized"));
+            &m_channel, QStringLiteral("Error: Configuration file can not be recognized"));
         return false;
     case ImportOffer::Read:
         break;
@@ -196,9 +196,11 @@ void ConfigLoadDlg::on_pushButton_clearSelection_clicked()
 
 void ConfigLoadDlg::on_pushButton_load_clicked()
 {
-    const QPointer<ConfigLoadDlg> watched(this);
-    ConfigurationImport(m_channel, lockStates(m_configurations), this).run(selectedIdentifiers());
-    if (watched) {
+    const auto import = [this] {
+        ConfigurationImport(&m_channel, lockStates(m_configurations), this)
+            .run(selectedIdentifiers());
+    };
+    if (survives(this, import)) {
         accept();
     }
 }
