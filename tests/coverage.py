@@ -20,6 +20,10 @@ COMPLETE = re.compile(
 LEAST_LINES = 98  # percent of the rest
 LEAST_BRANCHES = 92
 
+# Where the compiler adds branches of its own, which no test can take: memory is given back when a
+# constructor throws, and a static is guarded against threads.
+COMPILER_MADE = re.compile(r"\bnew [A-Z]|^static ")
+
 
 def measure():
     """Lets gcovr write the pages and returns its data, a list of files."""
@@ -59,7 +63,14 @@ class Figures:
 
 
 def counted(file):
-    return [line for line in file["lines"] if not line["gcovr/noncode"]]
+    """The lines that count, each with its text and without the branches that nobody wrote."""
+    source = (ROOT / file["file"]).read_text().splitlines()
+    lines = [line for line in file["lines"] if not line["gcovr/noncode"]]
+    for line in lines:
+        line["text"] = source[line["line_number"] - 1].strip()
+        if COMPILER_MADE.search(line["text"]):
+            line["branches"] = []
+    return lines
 
 
 def known_gaps():
@@ -74,13 +85,11 @@ def known_gaps():
 
 def gaps_in(file, is_complete):
     """Lines that are not covered and, where all of them count, branches that are not taken."""
-    source = (ROOT / file["file"]).read_text().splitlines()
     for line in counted(file):
-        text = source[line["line_number"] - 1].strip()
         if line["count"] == 0:
-            yield line["line_number"], text, "line"
+            yield line["line_number"], line["text"], "line"
         elif is_complete and any(branch["count"] == 0 for branch in line["branches"]):
-            yield line["line_number"], text, "branch"
+            yield line["line_number"], line["text"], "branch"
 
 
 def main():
@@ -102,7 +111,7 @@ def main():
             print(f"    {kind} {number} not covered{'' if is_known else ', no reason given'}: {text}")
             if not is_known:
                 problems.append(f"{name}:{number}: {kind} not covered")
-    print(rest.row("all but those with a *, which have to be complete"[:44]))
+    print(rest.row("all of them but those with a *"))
     if rest.line_percentage() < LEAST_LINES or rest.branch_percentage() < LEAST_BRANCHES:
         problems.append(f"less than {LEAST_LINES} % of the lines or {LEAST_BRANCHES} % of the branches")
     for problem in problems:

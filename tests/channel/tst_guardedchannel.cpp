@@ -6,6 +6,7 @@
 
 #include <QtTest>
 
+#include <cwchar>
 #include <functional>
 #include <memory>
 
@@ -21,6 +22,7 @@ private slots:
     void callsAreHandedOn();
     void answersArrive();
     void bytesPassAsTheyAre();
+    void aBrokenCommandIsAnEmptyLine();
     void theCallThatCostsTheOwnerTheLifeThrows_data();
     void theCallThatCostsTheOwnerTheLifeThrows();
     void theChannelMayDieWithItsOwner();
@@ -119,6 +121,14 @@ void TestGuardedChannel::bytesPassAsTheyAre()
     channel.sendCommand("config desc \"%s\"", text.constData());
     QCOMPARE(host.trace(),
              QStringList(QString::fromLatin1("sendCommand config desc \"" + text + '"')));
+}
+
+void TestGuardedChannel::aBrokenCommandIsAnEmptyLine()
+{
+    ScriptedChannel host;
+    GuardedChannel channel(&host, this);
+    channel.sendCommand("config desc \"%lc\"", wint_t{0xD800}); // half a character
+    QCOMPARE(host.trace(), QStringList("sendCommand "));
 }
 
 void TestGuardedChannel::theCallThatCostsTheOwnerTheLifeThrows_data()
