@@ -8,9 +8,9 @@
 /// when it leaves because of an event that it is being sent.
 ///
 /// Hands every call on. When it comes back and the owner is gone, OwnerDestroyed is thrown, so that
-/// nobody goes on who would touch the owner; see survives(). Before the owner's constructor has
-/// ended and after its destructor has begun it must not be destroyed in here: nothing is thrown by
-/// the operations for message receivers.
+/// nobody goes on who would touch the owner; see survives(). Nothing is thrown by the two
+/// operations for message receivers: they belong into the owner's constructor and destructor, where
+/// the host cannot destroy it.
 class GuardedChannel final : public IOManager
 {
 public:
