@@ -15,7 +15,6 @@
 #include "dialogs/newconfigurationdlg.h"
 #include "dialogs/unlockconfigdlg.h"
 #include "hostapi/backendversions.h"
-#include "hostapi/iomanager.h"
 #include "resources/resources.h"
 #include "transfer/configloaddlg.h"
 #include "transfer/configsavedlg.h"
@@ -88,7 +87,7 @@ ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersio
                                                QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::ConfigurationDialog>())
-    , m_channel(channel)
+    , m_channel(channel, this)
     , m_versions(versions)
 {
     initializeResources();
@@ -138,9 +137,9 @@ void ChangeConfigurationDlg::setUpTable()
 
 int ChangeConfigurationDlg::update_and_exec()
 {
-    // When the host destroys the dialog under the box of a failed refresh, the refresh has failed
-    // all the same.
-    if (refreshList() < 0) {
+    // A refresh under which the host destroys the dialog has failed as well.
+    int refreshed = -1;
+    if (!survives(this, [this, &refreshed] { refreshed = refreshList(); }) || refreshed < 0) {
         return -1;
     }
     selectActiveRow();
@@ -182,7 +181,7 @@ void ChangeConfigurationDlg::showFreeSpace()
     double free = 1.0;
     bool isWarning = false;
     if (VersionGate::reportsFreeSpace(m_versions->interfaceVersion)) {
-        succeeded(m_channel->queryDouble(&free, "config free_space"),
+        succeeded(m_channel.queryDouble(&free, "config free_space"),
                   "Unable to get free space of configuration store");
         isWarning = free <= fullWarningBelow;
     }
@@ -199,7 +198,7 @@ void ChangeConfigurationDlg::showFreeSpace()
 bool ChangeConfigurationDlg::readCount(int *count)
 {
     int answer = 0;
-    const bool isAnswered = m_channel->queryInt(&answer, "config number_of_configs") == 0;
+    const bool isAnswered = m_channel.queryInt(&answer, "config number_of_configs") == 0;
     *count = std::max(answer, 0);
     return succeeded(isAnswered && isBelievable(answer) ? 0 : -1,
                      "Unable to get number of configurations");
@@ -209,21 +208,21 @@ void ChangeConfigurationDlg::readActiveId()
 {
     ReplyBuffer active;
     // The text of a failed activation; operators know it by this name.
-    succeeded(m_channel->queryString(active.data(), "config active_config"),
+    succeeded(m_channel.queryString(active.data(), "config active_config"),
               "Unable to change the configuration");
     m_activeId = active.text();
 }
 
 ConfigEntry ChangeConfigurationDlg::readSlot(int slot, RowReplies *replies)
 {
-    succeeded(m_channel->queryString(replies->identifier.data(), "config config t%02d", slot),
+    succeeded(m_channel.queryString(replies->identifier.data(), "config config t%02d", slot),
               "Unable to get configuration information");
     const char *id = replies->identifier.data();
-    succeeded(m_channel->queryString(replies->owner.data(), "config owner_of_config %s", id),
+    succeeded(m_channel.queryString(replies->owner.data(), "config owner_of_config %s", id),
               "Unable to get the owner of configuration");
-    succeeded(m_channel->queryString(replies->description.data(), "config desc_of_config %s", id),
+    succeeded(m_channel.queryString(replies->description.data(), "config desc_of_config %s", id),
               "Unable to get description of configuration");
-    succeeded(m_channel->queryString(replies->locked.data(), "config config_has_password %s", id),
+    succeeded(m_channel.queryString(replies->locked.data(), "config config_has_password %s", id),
               "Unable to get whether configuration has pasword");
 
     ConfigEntry entry;
@@ -319,28 +318,34 @@ void ChangeConfigurationDlg::on_pushButton_apply_clicked()
     if (row < 0) {
         return;
     }
-    m_channel->setTimeout(0, slowCommandMs, 0);
-    if (!succeeded(m_channel->sendCommand("config active_config %s",
-                                          textAt(row, IdColumn).toLatin1().constData()),
-                   "Unable to change the configuration")) {
-        return;
-    }
-    // Only the answering counts: a controller that has just switched says here whether it is well.
-    ReplyBuffer unused;
-    succeeded(m_channel->queryString(unused.data(), "config active_config"),
-              "Unable to retrieve the active configuration");
-    succeeded(m_channel->queryString(unused.data(), "system hostname"),
-              "Unable to get the system hostname");
-    succeeded(m_channel->queryString(unused.data(), "config desc"),
-              "Unable to get configuration description");
-    HostMessages::announceActiveConfigurationChanged(m_channel);
-
-    if (refreshAndSurvive()) {
+    bool isActivated = false;
+    const auto activateRow = [this, row, &isActivated] { isActivated = activate(row); };
+    if (survives(this, activateRow) && isActivated && refreshAndSurvive()) {
         m_ui->tableWidget->selectRow(row);
         focusTable();
         showActiveDescription();
         selectActiveRow();
     }
+}
+
+bool ChangeConfigurationDlg::activate(int row)
+{
+    m_channel.setTimeout(0, slowCommandMs, 0);
+    if (!succeeded(m_channel.sendCommand("config active_config %s",
+                                         textAt(row, IdColumn).toLatin1().constData()),
+                   "Unable to change the configuration")) {
+        return false;
+    }
+    // Only the answering counts: a controller that has just switched says here whether it is well.
+    ReplyBuffer unused;
+    succeeded(m_channel.queryString(unused.data(), "config active_config"),
+              "Unable to retrieve the active configuration");
+    succeeded(m_channel.queryString(unused.data(), "system hostname"),
+              "Unable to get the system hostname");
+    succeeded(m_channel.queryString(unused.data(), "config desc"),
+              "Unable to get configuration description");
+    HostMessages::announceActiveConfigurationChanged(&m_channel);
+    return true;
 }
 
 void ChangeConfigurationDlg::on_pushButton_delete_clicked()
@@ -366,23 +371,27 @@ void ChangeConfigurationDlg::on_pushButton_delete_clicked()
         focusTable();
         return;
     }
-    m_channel->setTimeout(0, slowCommandMs, 1);
-    ReplyBuffer unused;
-    succeeded(m_channel->sendCommandReply(unused.data(), "veltra2 config delete_config %s",
-                                          id.toLatin1().constData()),
-              "Unable to delete configuration");
-    HostMessages::announceActiveConfigurationChanged(m_channel);
-    if (refreshAndSurvive()) {
+    if (survives(this, [this, &id] { deleteConfiguration(id); }) && refreshAndSurvive()) {
         showActiveDescription();
         selectActiveRow();
     }
+}
+
+void ChangeConfigurationDlg::deleteConfiguration(const QString &identifier)
+{
+    m_channel.setTimeout(0, slowCommandMs, 1);
+    ReplyBuffer unused;
+    succeeded(m_channel.sendCommandReply(unused.data(), "veltra2 config delete_config %s",
+                                         identifier.toLatin1().constData()),
+              "Unable to delete configuration");
+    HostMessages::announceActiveConfigurationChanged(&m_channel);
 }
 
 void ChangeConfigurationDlg::on_pushButton_new_clicked()
 {
     const int row = currentRow();
     const auto result =
-        runModalDialog(new NewConfigurationDlg(m_channel, this),
+        runModalDialog(new NewConfigurationDlg(m_channel.host(), this),
                        [](NewConfigurationDlg &dialog) { return dialog.update_and_exec(); });
     if (!result || !refreshAndSurvive()) {
         return;
@@ -420,9 +429,9 @@ void ChangeConfigurationDlg::on_pushButton_lock_clicked()
     const QString buttonText = m_ui->pushButton_lock->text();
     bool isAlive = true;
     if (buttonText == QLatin1String("L&ock")) {
-        isAlive = runModalDialog(new LockConfigDlg(m_channel, this), run).has_value();
+        isAlive = runModalDialog(new LockConfigDlg(m_channel.host(), this), run).has_value();
     } else if (buttonText == QLatin1String("Unl&ock")) {
-        isAlive = runModalDialog(new UnlockConfigDlg(m_channel, this), run).has_value();
+        isAlive = runModalDialog(new UnlockConfigDlg(m_channel.host(), this), run).has_value();
     }
     if (isAlive && refreshAndSurvive()) {
         m_ui->tableWidget->selectRow(row);
@@ -521,7 +530,7 @@ void ChangeConfigurationDlg::resizeEvent(QResizeEvent *event)
 bool ChangeConfigurationDlg::runEditDialog(const QString &identifier)
 {
     return runModalDialog(
-               new EditConfigDlg(m_channel, this),
+               new EditConfigDlg(m_channel.host(), this),
                [&identifier](EditConfigDlg &dialog) { return dialog.update_and_exec(identifier); })
         .has_value();
 }
@@ -539,5 +548,5 @@ QString ChangeConfigurationDlg::textAt(int row, int column) const
 
 bool ChangeConfigurationDlg::succeeded(int result, const char *errorText)
 {
-    return HostMessages::succeededOrReported(result, m_channel, errorText);
+    return HostMessages::succeededOrReported(result, &m_channel, errorText);
 }

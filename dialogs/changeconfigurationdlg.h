@@ -1,6 +1,7 @@
 #pragma once
 
 #include "channel/configentry.h"
+#include "channel/guardedchannel.h"
 
 #include <QDialog>
 #include <QIcon>
@@ -9,7 +10,6 @@
 
 class ConfigLoadDlg;
 class ConfigSaveDlg;
-class IOManager;
 struct BackendVersions;
 namespace Ui {
 class ConfigurationDialog;
@@ -21,8 +21,8 @@ class ConfigurationDialog;
 /// whatever a button did, the list is read anew afterwards. Commands that fail are reported to the
 /// host and, with few exceptions, passed over.
 ///
-/// The host may destroy the dialog while a box or another dialog is open on top of it; handlers
-/// notice that and end without touching it.
+/// The host may destroy the dialog while a box or another dialog is open on top of it, or within a
+/// command; handlers notice that and end without touching it.
 class ChangeConfigurationDlg : public QDialog
 {
     Q_OBJECT
@@ -36,8 +36,8 @@ public:
 
     /// Reads everything from the controller and fills the table, sorted by description.
     /// @return 0, or -1 when the controller does not answer; the user has been told, and the table
-    /// keeps what it
-    ///         showed before
+    /// keeps what it showed before
+    /// @throws OwnerDestroyed when the host destroys the dialog within a command
     int refreshList();
 
 public slots:
@@ -75,6 +75,8 @@ private:
     void selectActiveRow();
     void showActiveDescription();
     void focusTable();
+    bool activate(int row);
+    void deleteConfiguration(const QString &identifier);
     void activateLockedOrEdit(int row);
     bool runEditDialog(const QString &identifier);
 
@@ -83,7 +85,7 @@ private:
     bool succeeded(int result, const char *errorText);
 
     const std::unique_ptr<Ui::ConfigurationDialog> m_ui;
-    IOManager *m_channel;
+    GuardedChannel m_channel;
     BackendVersions *m_versions;
     bool m_hasLocks = false;
     bool m_hasTransfers = false;

@@ -6,15 +6,15 @@
 #include "channel/messagebox.h"
 #include "channel/quotes.h"
 #include "channel/replybuffer.h"
+#include "channel/survives.h"
 #include "channel/validators.h"
-#include "hostapi/iomanager.h"
 
 #include <QRegExpValidator>
 
 EditConfigDlg::EditConfigDlg(IOManager *channel, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::EditConfigDialog>())
-    , m_channel(channel)
+    , m_channel(channel, this)
 {
     m_ui->setupUi(this);
     const QRegExpValidator *validator = Validators::forText(this);
@@ -29,9 +29,9 @@ int EditConfigDlg::update_and_exec(QString config_id)
     m_configId = std::move(config_id);
     const QByteArray id = m_configId.toLatin1();
     ReplyBuffer owner;
-    m_channel->queryString(owner.data(), "config owner_of_config %s", id.constData());
+    m_channel.queryString(owner.data(), "config owner_of_config %s", id.constData());
     ReplyBuffer description;
-    m_channel->queryString(description.data(), "config desc_of_config %s", id.constData());
+    m_channel.queryString(description.data(), "config desc_of_config %s", id.constData());
 
     m_ui->lineEdit_owner->setText(withoutDoubleQuotes(owner.text()));
     m_ui->lineEdit_desc->setText(withoutDoubleQuotes(description.text()));
@@ -51,10 +51,15 @@ void EditConfigDlg::on_pushButton_ok_clicked()
                             tr("Configuration description must not be empty."));
         return;
     }
+    survives(this, [&] { store(owner, description); });
+}
+
+void EditConfigDlg::store(const QString &owner, const QString &description)
+{
     // Owner and description go to the active configuration, so this one has to be it.
-    m_channel->sendCommand("config active_config %s", m_configId.toLatin1().constData());
-    m_channel->sendCommand("config owner \"%s\"", owner.toLatin1().constData());
-    m_channel->sendCommand("config desc \"%s\"", description.toLatin1().constData());
-    HostMessages::announceActiveConfigurationChanged(m_channel);
+    m_channel.sendCommand("config active_config %s", m_configId.toLatin1().constData());
+    m_channel.sendCommand("config owner \"%s\"", owner.toLatin1().constData());
+    m_channel.sendCommand("config desc \"%s\"", description.toLatin1().constData());
+    HostMessages::announceActiveConfigurationChanged(&m_channel);
     accept();
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "channel/guardedchannel.h"
+
 #include <QDialog>
 
 #include <memory>
 
-class IOManager;
 namespace Ui {
 class EditConfigDialog;
 }
@@ -32,7 +33,9 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
+    void store(const QString &owner, const QString &description);
+
     const std::unique_ptr<Ui::EditConfigDialog> m_ui;
-    IOManager *m_channel;
+    GuardedChannel m_channel;
     QString m_configId;
 };

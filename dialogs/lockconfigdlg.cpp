@@ -5,15 +5,15 @@
 #include "channel/hostmessages.h"
 #include "channel/messagebox.h"
 #include "channel/replybuffer.h"
+#include "channel/survives.h"
 #include "channel/validators.h"
-#include "hostapi/iomanager.h"
 
 #include <QRegExpValidator>
 
 LockConfigDlg::LockConfigDlg(IOManager *channel, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::LockConfigurationDialog>())
-    , m_channel(channel)
+    , m_channel(channel, this)
 {
     m_ui->setupUi(this);
     const QRegExpValidator *validator = Validators::forPassword(this);
@@ -27,8 +27,8 @@ int LockConfigDlg::update_and_exec(QString config_id)
 {
     m_configId = std::move(config_id);
     ReplyBuffer description;
-    m_channel->queryString(description.data(), "config desc_of_config %s",
-                           m_configId.toLatin1().constData());
+    m_channel.queryString(description.data(), "config desc_of_config %s",
+                          m_configId.toLatin1().constData());
     m_ui->label_configuration->setText(
         tr("set password for configuration %1").arg(description.text()));
     return exec();
@@ -47,7 +47,12 @@ void LockConfigDlg::on_pushButton_ok_clicked()
                             tr("The entered passwords do not match."));
         return;
     }
-    m_channel->sendCommand("config new_password '%s'", password.toLatin1().constData());
-    HostMessages::announceActiveConfigurationChanged(m_channel);
+    survives(this, [this, &password] { lock(password); });
+}
+
+void LockConfigDlg::lock(const QString &password)
+{
+    m_channel.sendCommand("config new_password '%s'", password.toLatin1().constData());
+    HostMessages::announceActiveConfigurationChanged(&m_channel);
     accept();
 }

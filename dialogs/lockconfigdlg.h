@@ -1,10 +1,11 @@
 #pragma once
 
+#include "channel/guardedchannel.h"
+
 #include <QDialog>
 
 #include <memory>
 
-class IOManager;
 namespace Ui {
 class LockConfigurationDialog;
 }
@@ -31,7 +32,9 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
+    void lock(const QString &password);
+
     const std::unique_ptr<Ui::LockConfigurationDialog> m_ui;
-    IOManager *m_channel;
+    GuardedChannel m_channel;
     QString m_configId; ///< what is shown; the password itself goes to the active configuration
 };

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "channel/guardedchannel.h"
+
 #include <QDialog>
 
 #include <memory>
 
-class IOManager;
 namespace Ui {
 class NewConfigurationDialog;
 }
@@ -32,9 +33,10 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_create_clicked();
 
 private:
+    void createAndAnnounce();
     void createConfiguration();
     void describeConfiguration();
 
     const std::unique_ptr<Ui::NewConfigurationDialog> m_ui;
-    IOManager *m_channel;
+    GuardedChannel m_channel;
 };

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "channel/guardedchannel.h"
+
 #include <QDialog>
 
 #include <memory>
 
-class IOManager;
 namespace Ui {
 class UnlockConfigurationDialog;
 }
@@ -32,11 +33,12 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
+    void unlock(bool isSuper);
     void presentPassword(bool isSuper);
     void removePassword(bool isSuper);
     void refusePassword(bool isSuper);
 
     const std::unique_ptr<Ui::UnlockConfigurationDialog> m_ui;
-    IOManager *m_channel;
+    GuardedChannel m_channel;
     QString m_configId; ///< what is shown; the password itself goes to the active configuration
 };

@@ -1,6 +1,7 @@
 #include "module/configurationsmodule.h"
 
 #include "channel/nullchannel.h"
+#include "channel/survives.h"
 #include "dialogs/changeconfigurationdlg.h"
 #include "hostapi/backendversions.h"
 #include "hostapi/iomanager.h"
@@ -73,16 +74,15 @@ void ConfigurationsModule::setProperty(QString name, QVariant value)
     }
 }
 
-/// False when the host has destroyed the dialog again, as it may while a box says that the
-/// controller is silent.
+/// False when the host has destroyed the dialog again, as it may within a command or
+/// while a box says that the controller is silent.
 bool ConfigurationsModule::createDialog()
 {
     m_dialog = new ChangeConfigurationDlg(NullChannel::orNull(m_commandChannel),
                                           orNotGiven(m_backendVersions), m_moduleParent);
     m_menuEntry.widget = m_dialog;
     connect(m_dialog, &QObject::destroyed, this, [this] { m_menuEntry.widget = nullptr; });
-    m_dialog->refreshList();
-    return !m_dialog.isNull();
+    return survives(m_dialog, [this] { m_dialog->refreshList(); });
 }
 
 QAction *ConfigurationsModule::createAction()

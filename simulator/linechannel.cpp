@@ -1,34 +1,17 @@
 #include "simulator/linechannel.h"
 
+#include "channel/commandline.h"
 #include "simulator/channelobserver.h"
 
 #include <QElapsedTimer>
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 
 namespace {
 
 constexpr int success = 0;
 constexpr int notConvertible = -2;
-
-QByteArray formatted(const char *format, va_list arguments)
-{
-    va_list again;
-    va_copy(again, arguments);
-    // The analyser takes the list for uninitialised, as va_start() stands in a macro below.
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
-    const int length = std::vsnprintf(nullptr, 0, format, again);
-    va_end(again);
-    if (length < 0) {
-        return {};
-    }
-    QByteArray line(length, Qt::Uninitialized);
-    std::vsnprintf(line.data(), static_cast<std::size_t>(length) + 1, format, arguments);
-    return line;
-}
 
 bool takeText(const QByteArray &answer, char *reply)
 {
@@ -75,7 +58,7 @@ bool takeBool(const QByteArray &answer, bool *value)
 #define FORMAT_LINE(format)                                                                        \
     va_list arguments;                                                                             \
     va_start(arguments, format);                                                                   \
-    const QByteArray line = formatted(format, arguments);                                          \
+    const QByteArray line = commandLine(format, arguments);                                        \
     va_end(arguments)
 
 const char *LineChannel::nameOf(Operation operation)

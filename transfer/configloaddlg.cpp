@@ -7,7 +7,7 @@
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
 #include "channel/messagebox.h"
-#include "hostapi/iomanager.h"
+#include "channel/survives.h"
 #include "transfer/backuprestore.h"
 #include "transfer/configurationimport.h"
 #include "transfer/configurationupload.h"
@@ -41,7 +41,7 @@ constexpr int isBackup = 1;
 ConfigLoadDlg::ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWidget *parent)
     : QDialog(parent)
     , m_ui(new Ui::ConfigLoadDlgClass)
-    , m_channel(channel)
+    , m_channel(channel, this)
     , m_versions(versions)
     , m_lastDirectory(QDir::homePath())
 {
@@ -74,7 +74,7 @@ int ConfigLoadDlg::openAndExec()
     }
     if (verdict == schemaUnusable) {
         HostMessages::reportError(
-            m_channel, QStringLiteral("Error: Unable to validate backup or configuration file"));
+            &m_channel, QStringLiteral("Error: Unable to validate backup or configuration file"));
         return verdict;
     }
     if (verdict == noBackup) {
@@ -104,7 +104,7 @@ int ConfigLoadDlg::validateBackupFile(const QString &path)
 
 int ConfigLoadDlg::restoreFromBackupFile(const QString &path)
 {
-    return BackupRestore(m_channel, m_versions, this, path).run(m_configurations);
+    return BackupRestore(&m_channel, m_versions, this, path).run(m_configurations);
 }
 
 int ConfigLoadDlg::loadConfigurationFile(const QString &path)
@@ -123,9 +123,9 @@ int ConfigLoadDlg::loadConfigurationFile(const QString &path)
 bool ConfigLoadDlg::upload(const QString &path)
 {
     // What an earlier upload left unfinished must not mix with this one.
-    m_channel->sendCommand("system upload cancel");
-    if (ConfigurationUpload(m_channel).run(path) != ConfigurationUpload::success) {
-        HostMessages::reportError(m_channel,
+    m_channel.sendCommand("system upload cancel");
+    if (ConfigurationUpload(&m_channel).run(path) != ConfigurationUpload::success) {
+        HostMessages::reportError(&m_channel,
                                   QStringLiteral("Error: Unable to load configurations"));
         return false;
     }
@@ -134,14 +134,14 @@ bool ConfigLoadDlg::upload(const QString &path)
 
 bool ConfigLoadDlg::readImportItems()
 {
-    switch (queryImportItems(m_channel, &m_importItems)) {
+    switch (queryImportItems(&m_channel, &m_importItems)) {
     case ImportOffer::NoAnswer:
-        HostMessages::reportError(m_channel,
+        HostMessages::reportError(&m_channel,
                                   QStringLiteral("Error: Unable to get loaded configurations"));
         return false;
     case ImportOffer::NotConfigurations:
         HostMessages::reportError(
-            m_channel, QStringLiteral("Error: Configuration file can not be recognized"));
+            &m_channel, QStringLiteral("Error: Configuration file can not be recognized"));
         return false;
     case ImportOffer::Read:
         break;
@@ -197,9 +197,11 @@ void ConfigLoadDlg::on_pushButton_clearSelection_clicked()
 
 void ConfigLoadDlg::on_pushButton_load_clicked()
 {
-    const QPointer<ConfigLoadDlg> watched(this);
-    ConfigurationImport(m_channel, lockStates(m_configurations), this).run(selectedIdentifiers());
-    if (watched) {
+    const auto import = [this] {
+        ConfigurationImport(&m_channel, lockStates(m_configurations), this)
+            .run(selectedIdentifiers());
+    };
+    if (survives(this, import)) {
         accept();
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "channel/configentry.h"
+#include "channel/guardedchannel.h"
 #include "channel/importitem.h"
 
 #include <QDialog>
@@ -9,7 +10,6 @@
 
 #include <memory>
 
-class IOManager;
 struct BackendVersions;
 
 namespace Ui {
@@ -37,7 +37,8 @@ public:
     void setConfigurationList(const ConfigEntryList &configurations);
 
     /// Asks for a file and loads it; returns when the user has closed everything that it opened.
-    /// The dialog may be gone by then, destroyed by the host.
+    /// The dialog may be gone by then, destroyed by the host; OwnerDestroyed is thrown if that was
+    /// within a command.
     ///
     /// @return for a backup the code of BackupRestore::run(), or 10 if an exception ended the
     /// restore; for any other file QDialog::Accepted once the dialog was shown and closed; 1 if
@@ -63,7 +64,7 @@ private:
     QStringList selectedIdentifiers() const;
 
     const std::unique_ptr<Ui::ConfigLoadDlgClass> m_ui;
-    IOManager *m_channel;
+    GuardedChannel m_channel;
     BackendVersions *m_versions;
     QString m_lastDirectory; ///< where the last file was chosen
     ConfigEntryList m_configurations;

@@ -4,7 +4,7 @@
 
 #include "channel/configurationsmessagereceiver.h"
 #include "channel/filedialog.h"
-#include "hostapi/iomanager.h"
+#include "channel/survives.h"
 #include "transfer/automaticbackup.h"
 #include "transfer/configurationsave.h"
 #include "transfer/manualbackup.h"
@@ -12,7 +12,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QPointer>
 #include <QResizeEvent>
 #include <QTimer>
 
@@ -34,7 +33,7 @@ QString withExtension(const QString &fileName)
 ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::ConfigSaveDlgClass>())
-    , m_channel(channel)
+    , m_channel(channel, this)
     , m_versions(versions)
     , m_lastDirectory(QDir::homePath())
     , m_messageReceiver(new ConfigurationsMessagereceiver(this))
@@ -43,7 +42,7 @@ ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWid
     m_ui->tableWidget_selectConfigs->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigSaveDlg::on_pushButton_exit_clicked);
 
-    m_channel->addMessageReceiver("ConfigurationsModule", m_messageReceiver);
+    m_channel.addMessageReceiver("ConfigurationsModule", m_messageReceiver);
     connect(m_messageReceiver, &ConfigurationsMessagereceiver::sendModuleParentVersion, this,
             &ConfigSaveDlg::onSendModulParentVersion);
     QTimer::singleShot(automaticBackupDelayMs, this, &ConfigSaveDlg::doAutomaticBackup);
@@ -52,7 +51,7 @@ ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWid
 ConfigSaveDlg::~ConfigSaveDlg()
 {
     // Not the name it was added under: hosts expect exactly this pair.
-    m_channel->removeMessageReceiver("ServiceModule", m_messageReceiver);
+    m_channel.removeMessageReceiver("ServiceModule", m_messageReceiver);
 }
 
 void ConfigSaveDlg::setConfigurationList(const ConfigEntryList &configurations)
@@ -89,10 +88,12 @@ void ConfigSaveDlg::doAutomaticBackup()
     if (!m_isBackupAllowed) {
         return;
     }
-    AutomaticBackup backup(m_channel, m_versions, m_hostVersion);
-    if (backup.run() == AutomaticBackup::Result::AlreadyMade) {
-        m_todaysBackupExists = true;
-    }
+    survives(this, [this] {
+        AutomaticBackup backup(&m_channel, m_versions, m_hostVersion);
+        if (backup.run() == AutomaticBackup::Result::AlreadyMade) {
+            m_todaysBackupExists = true;
+        }
+    });
 }
 
 void ConfigSaveDlg::resizeEvent(QResizeEvent *event)
@@ -119,7 +120,7 @@ void ConfigSaveDlg::on_pushButton_clearSelection_clicked()
 void ConfigSaveDlg::on_pushButton_save_clicked()
 {
     if (m_ui->checkBox_allSettings->isChecked()) {
-        backUpEverything();
+        survives(this, [this] { backUpEverything(); });
         return;
     }
     const QStringList identifiers = selectedIdentifiers();
@@ -127,9 +128,7 @@ void ConfigSaveDlg::on_pushButton_save_clicked()
         return;
     }
     update();
-    const QPointer<ConfigSaveDlg> self(this);
-    saveConfigurations(identifiers);
-    if (self) {
+    if (survives(this, [&] { saveConfigurations(identifiers); })) {
         m_ui->tableWidget_selectConfigs->setFocus();
     }
 }
@@ -211,10 +210,10 @@ void ConfigSaveDlg::saveConfigurations(const QStringList &identifiers)
     }
     const QString fileName = withExtension(choice.trimmed());
     m_lastDirectory = QFileInfo(fileName).absolutePath();
-    ConfigurationSave(m_channel, this).run(identifiers, fileName);
+    ConfigurationSave(&m_channel, this).run(identifiers, fileName);
 }
 
 void ConfigSaveDlg::backUpEverything()
 {
-    ManualBackup(m_channel, m_versions, this).run();
+    ManualBackup(&m_channel, m_versions, this).run();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "channel/configentry.h"
+#include "channel/guardedchannel.h"
 
 #include <QDialog>
 #include <QString>
@@ -9,7 +10,6 @@
 #include <memory>
 
 class ConfigurationsMessagereceiver;
-class IOManager;
 struct BackendVersions;
 
 namespace Ui {
@@ -61,7 +61,7 @@ private:
     void backUpEverything();
 
     const std::unique_ptr<Ui::ConfigSaveDlgClass> m_ui;
-    IOManager *m_channel;
+    GuardedChannel m_channel;
     BackendVersions *m_versions;
     QString m_lastDirectory; ///< where the last configuration file was chosen
     ConfigEntryList m_configurations;

@@ -309,6 +309,8 @@ void TestDocumentGuard::limitsTheMarkup()
     QVERIFY(!DocumentGuard::admit(most + "<a/>"));
     QVERIFY(
         !DocumentGuard::admit(QByteArray("<a b=''/>").repeated(MarkupMeter::maxPieces / 2 + 1)));
+    QVERIFY(!DocumentGuard::admit(QByteArray("<a/>").repeated(MarkupMeter::maxPieces - 1)
+                                  + "<a b=''/>"));
     QVERIFY(!DocumentGuard::admit(QByteArray("<!---->").repeated(MarkupMeter::maxPieces + 1)));
 }
 

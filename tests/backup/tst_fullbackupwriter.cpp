@@ -103,6 +103,7 @@ private slots:
     void whatIsWrittenIsValid();
     void refusesWhatXmlCannotCarry_data();
     void refusesWhatXmlCannotCarry();
+    void refusesHalfACharacterAtTheEnd();
     void refusesAPathThatCannotBeOpened_data();
     void refusesAPathThatCannotBeOpened();
     void replacesAnOlderFile();
@@ -110,6 +111,7 @@ private slots:
     void keepsThePermissionsOfTheFile();
     void aFullDiskLeavesNoFile_data();
     void aFullDiskLeavesNoFile();
+    void aDiskThatFillsWithinATextIsNoticed();
     void aFullDeviceIsNoticed();
     void aLinkToAFullDeviceDoesNotStay();
     void aDeviceStaysOne();
@@ -318,6 +320,15 @@ void TestFullBackupWriter::refusesWhatXmlCannotCarry()
     }
 }
 
+void TestFullBackupWriter::refusesHalfACharacterAtTheEnd()
+{
+    FullBackup backup(nullptr, nullptr);
+    SampleBackup::fill(&backup);
+    backup.name = QLatin1String("a") + QChar(0xd834);
+    QVERIFY(!backup.writeToFile(m_path));
+    QCOMPARE(files(), QStringList());
+}
+
 void TestFullBackupWriter::refusesAPathThatCannotBeOpened_data()
 {
     QTest::addColumn<QString>("name");
@@ -416,6 +427,20 @@ void TestFullBackupWriter::aFullDiskLeavesNoFile()
     }
     QVERIFY(isWritten);
     QCOMPARE(written().size(), size);
+}
+
+void TestFullBackupWriter::aDiskThatFillsWithinATextIsNoticed()
+{
+    FullBackup backup(nullptr, nullptr);
+    SampleBackup::fill(&backup);
+    backup.name = QString(100000, QLatin1Char('x')); // more than is buffered
+    bool isWritten = true;
+    {
+        const FileSizeLimit full(1000);
+        isWritten = backup.writeToFile(m_path);
+    }
+    QVERIFY(!isWritten);
+    QCOMPARE(files(), QStringList());
 }
 
 void TestFullBackupWriter::aFullDeviceIsNoticed()

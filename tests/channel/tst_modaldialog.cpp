@@ -14,7 +14,6 @@ private slots:
     void theResultIsReturnedAndTheDialogDeleted();
     void aDestroyedDialogHasNoResult();
     void aDestroyedParentTakesTheDialogWithIt();
-    void survivesTellsWhetherTheObjectIsStillThere();
 };
 
 namespace {
@@ -64,15 +63,6 @@ void TestModalDialog::aDestroyedParentTakesTheDialogWithIt()
     ModalDriver driver;
     driver.expectDialog("Asked", [parent](QDialog *) { delete parent; });
     QVERIFY(!run(namedDialog(parent)).has_value());
-}
-
-void TestModalDialog::survivesTellsWhetherTheObjectIsStillThere()
-{
-    auto *object = new QObject;
-    bool isRun = false;
-    QVERIFY(survives(object, [&isRun] { isRun = true; }));
-    QVERIFY(isRun);
-    QVERIFY(!survives(object, [object] { delete object; }));
 }
 
 VELTRA4_TEST_MAIN(TestModalDialog)

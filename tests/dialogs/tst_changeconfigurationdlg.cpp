@@ -170,6 +170,7 @@ private slots:
     // Resizing and keys
     void columnsFollowTheWidthOfTheDialog();
     void columnsWithoutLocksFollowTheWidthOfTheDialog();
+    void withoutColumnsTheWidthDoesNotMatter();
     void otherKeysGoToTheDialog();
 
     // Selection rule
@@ -756,6 +757,15 @@ void TestChangeConfigurationDlg::columnsWithoutLocksFollowTheWidthOfTheDialog()
     fixture.dialog->resize(700, 500);
     QCOMPARE(fixture.table()->columnWidth(0), 2 * 233 - 20);
     QCOMPARE(fixture.table()->columnWidth(1), 233 - 10);
+}
+
+void TestChangeConfigurationDlg::withoutColumnsTheWidthDoesNotMatter()
+{
+    const Fixture fixture;
+    fixture.dialog->show();
+    fixture.table()->setColumnCount(0);
+    fixture.dialog->resize(700, 500);
+    QCOMPARE(fixture.table()->horizontalHeader()->length(), 0);
 }
 
 void TestChangeConfigurationDlg::otherKeysGoToTheDialog()

@@ -52,6 +52,16 @@ void Record::exchanged(const Exchange &exchange)
     if (onCommand) {
         onCommand(exchange.command);
     }
+    if (onCall) {
+        onCall();
+    }
+}
+
+void Record::timeoutSet(int /*channel*/, int /*milliseconds*/, int /*flag*/)
+{
+    if (onCall) {
+        onCall();
+    }
 }
 
 void Record::messagePosted(const QByteArray &category, const QByteArray &source, int level,
@@ -60,6 +70,9 @@ void Record::messagePosted(const QByteArray &category, const QByteArray &source,
     m_messages << QStringLiteral("%1 %2 %3 %4")
                       .arg(QString::fromLatin1(category), QString::fromLatin1(source),
                            QString::number(level), QString::fromLatin1(text));
+    if (onCall) {
+        onCall();
+    }
 }
 
 FrontEnd::FrontEnd(const ControllerState &state)
@@ -81,7 +94,7 @@ FrontEnd::FrontEnd(const ControllerState &state)
     m_module->setProperty(QStringLiteral("ModuleParent"), QVariant::fromValue(window.get()));
     m_module->setProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&versions));
     m_module->setProperty(QStringLiteral("ObserverMode"), false);
-    m_action = m_module->menuEntries().constFirst()->action;
+    offerAction();
 }
 
 FrontEnd::~FrontEnd()
@@ -108,6 +121,13 @@ void FrontEnd::triggerAction()
 {
     m_action->trigger();
     driver.verify();
+}
+
+void FrontEnd::offerAction()
+{
+    for (const ModuleMenuEntry *entry : m_module->menuEntries()) {
+        m_action = entry->action;
+    }
 }
 
 void FrontEnd::release()

@@ -42,9 +42,12 @@ public:
     QByteArrayList takeCommands();
     /// Called after each command.
     std::function<void(const QByteArray &command)> onCommand;
+    /// Called within each call of the channel: command, time-out or message.
+    std::function<void()> onCall;
 
 private:
     void exchanged(const Exchange &exchange) override;
+    void timeoutSet(int channel, int milliseconds, int flag) override;
     void messagePosted(const QByteArray &category, const QByteArray &source, int level,
                        const QByteArray &text) override;
 
@@ -69,9 +72,13 @@ public:
     void openList(const std::function<void(QDialog *list)> &action);
     /// Chooses the action, where the list does not open.
     void triggerAction();
+    /// Chooses the action, whatever comes of it; the driver is left to the caller.
+    void tryAction() { m_action->trigger(); }
 
     /// @name What the host may do at any time
     /// @{
+    /// Asks for the menu's entries.
+    void offerAction();
     void release();
     void destroyWindow() { window.reset(); }
     /// @}

@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QLineEdit>
+#include <QTimer>
 #include <QtTest>
 
 #include <optional>
@@ -215,6 +216,32 @@ void editWarning(Scene &scene)
     });
 }
 
+void agreeToDescription(QDialog *edit)
+{
+    UserInput::type(edit, "lineEdit_desc", "x");
+    UserInput::click(edit, "pushButton_ok");
+}
+
+void noContactAfterEdit(Scene &scene)
+{
+    scene.fail("config number_of_configs#2");
+    scene.frontEnd.openList([&scene](QDialog *dialog) {
+        scene.expect("EditConfigDialog", agreeToDescription);
+        scene.pullUnderBox();
+        UserInput::click(dialog, "pushButton_edit");
+    });
+}
+
+void noContactAfterEditByDoubleClick(Scene &scene)
+{
+    scene.fail("config number_of_configs#2");
+    scene.frontEnd.openList([&scene](QDialog *dialog) {
+        scene.expect("EditConfigDialog", agreeToDescription);
+        scene.pullUnderBox();
+        Table::doubleClick(dialog, Sample::fairText);
+    });
+}
+
 void lockDialog(Scene &scene)
 {
     scene.frontEnd.openList([&scene](QDialog *dialog) {
@@ -240,6 +267,20 @@ void lockMismatch(Scene &scene)
             UserInput::type(lock, "lineEdit_new_password", "a");
             UserInput::type(lock, "lineEdit_new_password_repeat", "b");
             UserInput::press(lock, Qt::Key_Return);
+        });
+        scene.pullUnderBox();
+        UserInput::click(dialog, "pushButton_lock");
+    });
+}
+
+void noContactAfterLock(Scene &scene)
+{
+    scene.fail("config number_of_configs#2");
+    scene.frontEnd.openList([&scene](QDialog *dialog) {
+        scene.expect("LockConfigurationDialog", [](QDialog *lock) {
+            UserInput::type(lock, "lineEdit_new_password", "a");
+            UserInput::type(lock, "lineEdit_new_password_repeat", "a");
+            UserInput::click(lock, "pushButton_ok");
         });
         scene.pullUnderBox();
         UserInput::click(dialog, "pushButton_lock");
@@ -283,6 +324,16 @@ void wrongSuperPassword(Scene &scene)
         scene.pullUnderBox();
         UserInput::click(dialog, "checkBox_use_super_password");
         UserInput::type(dialog, "lineEdit_password", "wrong");
+        UserInput::click(dialog, "pushButton_ok");
+    });
+}
+
+void noContactAfterUnlock(Scene &scene)
+{
+    scene.fail("config number_of_configs#2");
+    unlock(scene, [&scene](QDialog *dialog) {
+        scene.pullUnderBox();
+        UserInput::type(dialog, "lineEdit_password", "right");
         UserInput::click(dialog, "pushButton_ok");
     });
 }
@@ -424,6 +475,36 @@ void loadFailedBox(Scene &scene)
     loadedBox(scene);
 }
 
+// The button is off while nothing is selected; the slot is there all the same.
+void nothingLoadedBox(Scene &scene)
+{
+    loading(scene, scene.configurationFile(), [&scene] {
+        scene.expect("ConfigLoadDlgClass", [](QDialog *dialog) {
+            UserInput::click(dialog, "pushButton_clearSelection");
+            QMetaObject::invokeMethod(dialog, "on_pushButton_load_clicked");
+        });
+        scene.pullUnderBox();
+    });
+}
+
+void noContactAfterLoad(Scene &scene)
+{
+    scene.fail("config number_of_configs#2");
+    loading(scene, scene.configurationFile(), [&scene] {
+        scene.expect("ConfigLoadDlgClass",
+                     [](QDialog *dialog) { UserInput::click(dialog, "pushButton_exit"); });
+        scene.pullUnderBox();
+    });
+}
+
+void unreadableBox(Scene &scene)
+{
+    const QString path = scene.madeBackup();
+    // The schema allows a backup without a domain; restoring does not.
+    TransferFiles::write(path, TransferFiles::contentsOf(path).replace("lab.example", ""));
+    loading(scene, path, [&scene] { scene.pullUnderBox(); });
+}
+
 void lockedBox(Scene &scene)
 {
     const QString path = scene.madeBackup();
@@ -508,13 +589,17 @@ const Row rows[] = {
     {"edit dialog", editDialog},
     {"edit dialog by double click", editDialogByDoubleClick},
     {"edit dialog's warning", editWarning},
+    {"no contact after an edit", noContactAfterEdit},
+    {"no contact after an edit by double click", noContactAfterEditByDoubleClick},
     {"lock dialog", lockDialog},
     {"lock dialog's warning", lockWarning},
     {"different passwords", lockMismatch},
+    {"no contact after locking", noContactAfterLock},
     {"unlock dialog", unlockDialog},
     {"unlock dialog's warning", unlockWarning},
     {"wrong password", wrongPassword},
     {"wrong super password", wrongSuperPassword},
+    {"no contact after unlocking", noContactAfterUnlock},
     {"save dialog", saveDialog},
     {"save chooser", saveChooser},
     {"overwrite question", overwriteQuestion},
@@ -530,6 +615,9 @@ const Row rows[] = {
     {"load dialog", loadDialog},
     {"loaded", loadedBox},
     {"load failed", loadFailedBox},
+    {"nothing loaded", nothingLoadedBox},
+    {"no contact after a load", noContactAfterLoad},
+    {"restore cannot read", unreadableBox},
     {"restore with a locked one", lockedBox},
     {"restore question", restoreQuestion},
     {"restore does not fit", unfitBox},
@@ -555,6 +643,8 @@ private slots:
     void theHostDestroysItsWindow();
     void theHostDoesBoth_data();
     void theHostDoesBoth();
+    void theHostQuits_data();
+    void theHostQuits();
 
 private:
     static void run(Play play, const std::function<void(FrontEnd &)> &pull);
@@ -621,6 +711,34 @@ void TestEndToEndHostExit::theHostDoesBoth()
         frontEnd.destroyWindow();
         frontEnd.release();
     });
+}
+
+void TestEndToEndHostExit::theHostQuits_data()
+{
+    theHostReleasesTheModule_data();
+}
+
+// All windows close and all event loops end, the host's own at last; then the host cleans up.
+void TestEndToEndHostExit::theHostQuits()
+{
+    QFETCH(Play, play);
+    Scene scene(unlockedSample());
+    int pulls = 0;
+    scene.pull = [&pulls](QDialog *) {
+        ++pulls;
+        QApplication::closeAllWindows();
+        QCoreApplication::quit();
+    };
+    QTimer::singleShot(0, this, [&scene, play] {
+        play(scene);
+        QCoreApplication::quit(); // however the play went
+    });
+    QCoreApplication::exec();
+    QCOMPARE(pulls, 1);
+    scene.frontEnd.release();
+    QCOMPARE(scene.frontEnd.channel.receiverCount(), 0);
+    QVERIFY(!QApplication::activeModalWidget());
+    QVERIFY(!QGuiApplication::overrideCursor());
 }
 
 VELTRA4_TEST_MAIN(TestEndToEndHostExit)

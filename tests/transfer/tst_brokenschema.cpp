@@ -19,6 +19,7 @@ private slots:
     void initTestCase();
     void noFileCanBeLoaded_data();
     void noFileCanBeLoaded();
+    void theHostMayDestroyTheDialogWhileTheBoxIsOpen_data();
     void theHostMayDestroyTheDialogWhileTheBoxIsOpen();
 
 private:
@@ -61,18 +62,32 @@ void TestBrokenSchema::noFileCanBeLoaded()
     QCOMPARE(TransferTesting::takeCursors(), 0);
 }
 
+void TestBrokenSchema::theHostMayDestroyTheDialogWhileTheBoxIsOpen_data()
+{
+    QTest::addColumn<bool>("isWindow");
+    QTest::newRow("the module is released") << false;
+    QTest::newRow("the window is destroyed") << true;
+}
+
 void TestBrokenSchema::theHostMayDestroyTheDialogWhileTheBoxIsOpen()
 {
+    QFETCH(const bool, isWindow);
     const QString path = TransferTesting::writeFile(m_folder.filePath("some.dat"), "data");
     ScriptedChannel channel;
     BackendVersions versions;
     auto parent = std::make_unique<QWidget>();
-    auto *dialog = new ConfigLoadDlg(&channel, &versions, parent.get());
+    const QPointer<ConfigLoadDlg> dialog(new ConfigLoadDlg(&channel, &versions, parent.get()));
     ModalDriver driver;
     driver.expectFileDialog("Load Configurations", path);
-    driver.expectDialog({}, [&parent](QDialog *) { parent.reset(); });
+    driver.expectDialog({}, [&](QDialog *) {
+        if (isWindow) {
+            parent.reset();
+        } else {
+            delete dialog;
+        }
+    });
     dialog->openAndExec();
-    QVERIFY(!parent);
+    QVERIFY(!dialog);
     QCOMPARE(channel.trace(), QStringList());
 }
 

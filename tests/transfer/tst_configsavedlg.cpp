@@ -85,6 +85,7 @@ private slots:
     void aClickTogglesARow();
     void theButtonsFollowTheSelection_data();
     void theButtonsFollowTheSelection();
+    void withoutColumnsThereIsNoSelectionToFollow();
 
     void everyWayOutCountsAsAccepted_data();
     void everyWayOutCountsAsAccepted();
@@ -588,6 +589,17 @@ void TestConfigSaveDlg::theButtonsFollowTheSelection()
         QCOMPARE(isEnabled("pushButton_save"), canSave);
         QCOMPARE(isEnabled("pushButton_clearSelection"), canSave);
         QCOMPARE(isEnabled("pushButton_selectAll"), canSelectAll);
+    });
+}
+
+void TestConfigSaveDlg::withoutColumnsThereIsNoSelectionToFollow()
+{
+    showSelection([&] {
+        const bool isEnabled = find<QPushButton>("pushButton_save")->isEnabled();
+        table()->setColumnCount(0);
+        QVERIFY(QMetaObject::invokeMethod(m_dialog.get(),
+                                          "on_tableWidget_selectConfigs_itemSelectionChanged"));
+        QCOMPARE(find<QPushButton>("pushButton_save")->isEnabled(), isEnabled);
     });
 }
 
