@@ -10,10 +10,22 @@
 
 #include <algorithm>
 
+namespace {
+
+// Columns line up in it, and it is as large as everything else.
+QFont logFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(QGuiApplication::font().pointSizeF());
+    return font;
+}
+
+} // namespace
+
 LogTable::LogTable(QWidget *parent)
     : QTableView(parent)
 {
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setFont(logFont());
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
