@@ -8,6 +8,7 @@
 #include "channel/messagebox.h"
 #include "channel/modaldialog.h"
 #include "channel/quotes.h"
+#include "channel/readabletable.h"
 #include "channel/replybuffer.h"
 #include "channel/versiongate.h"
 #include "dialogs/editconfigdlg.h"
@@ -45,6 +46,14 @@ void makeReadableThoughDisabled(QWidget *widget)
     widget->setPalette(palette);
 }
 
+// The same in selected rows, where a style would tint it until it can no longer be told apart.
+QIcon untintedIcon(const QString &fileName)
+{
+    QIcon icon(fileName);
+    icon.addFile(fileName, {}, QIcon::Selected);
+    return icon;
+}
+
 int percent(double fraction)
 {
     return static_cast<int>(std::clamp(fraction * 100.0, double(INT_MIN), double(INT_MAX)));
@@ -72,8 +81,8 @@ ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersio
     initializeResources();
     m_ui->setupUi(this);
     makeReadableThoughDisabled(m_ui->lineEdit_activeConfig);
-    m_lockIcon = QIcon(QStringLiteral(":/lock.png"));
-    m_unlockIcon = QIcon(QStringLiteral(":/unlock.png"));
+    m_lockIcon = untintedIcon(QStringLiteral(":/lock.png"));
+    m_unlockIcon = untintedIcon(QStringLiteral(":/unlock.png"));
     m_saveDialog = new ConfigSaveDlg(channel, versions, this);
     m_loadDialog = new ConfigLoadDlg(channel, versions, this);
 
@@ -108,7 +117,7 @@ void ChangeConfigurationDlg::setUpTable()
     table->setColumnCount(headers.size());
     table->setRowCount(0);
     table->setHorizontalHeaderLabels(headers);
-    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    ReadableTable::setRowHeight(table, rowHeight);
     table->verticalHeader()->hide();
     table->setColumnHidden(IdColumn, true);
     table->horizontalHeader()->setSectionsClickable(false);
@@ -214,9 +223,9 @@ ConfigEntry ChangeConfigurationDlg::readSlot(int slot, RowReplies *replies)
 
 void ChangeConfigurationDlg::showRow(int row, const ConfigEntry &entry)
 {
-    QList<QTableWidgetItem *> items{new QTableWidgetItem(entry.description),
-                                    new QTableWidgetItem(entry.owner),
-                                    new QTableWidgetItem(entry.identifier)};
+    QList<QTableWidgetItem *> items{ReadableTable::cell(entry.description),
+                                    ReadableTable::cell(entry.owner),
+                                    ReadableTable::cell(entry.identifier)};
     if (m_hasLocks) {
         items << (entry.locked ? new QTableWidgetItem(m_lockIcon, tr("yes"))
                                : new QTableWidgetItem(m_unlockIcon, tr("no")));
@@ -285,6 +294,7 @@ void ChangeConfigurationDlg::showActiveDescription()
                      [this](const ConfigEntry &entry) { return entry.identifier == m_activeId; });
     if (active != m_configurations.cend()) {
         m_ui->lineEdit_activeConfig->setText(active->description);
+        m_ui->lineEdit_activeConfig->home(false); // the beginning says most
     }
 }
 

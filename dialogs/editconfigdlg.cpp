@@ -36,6 +36,7 @@ int EditConfigDlg::update_and_exec(QString config_id)
     m_ui->lineEdit_owner->setText(withoutDoubleQuotes(owner.text()));
     m_ui->lineEdit_desc->setText(withoutDoubleQuotes(description.text()));
     m_ui->lineEdit_configId->setText(m_configId);
+    m_ui->lineEdit_configId->home(false);
     return exec();
 }
 

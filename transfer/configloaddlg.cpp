@@ -7,6 +7,7 @@
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
 #include "channel/messagebox.h"
+#include "channel/readabletable.h"
 #include "hostapi/iomanager.h"
 #include "transfer/backuprestore.h"
 #include "transfer/configurationimport.h"
@@ -25,6 +26,8 @@
 namespace {
 
 enum Column { DescriptionColumn, OwnerColumn, IdentifierColumn, StatusColumn };
+
+constexpr int rowHeight = 20; // pixels
 
 // What openAndExec() returns besides the codes of a restore and the result of the dialog.
 constexpr int nothingToShow = 1;
@@ -45,6 +48,7 @@ ConfigLoadDlg::ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWid
     , m_lastDirectory(QDir::homePath())
 {
     m_ui->setupUi(this);
+    ReadableTable::setRowHeight(m_ui->tableWidget, rowHeight);
     m_ui->tableWidget->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigLoadDlg::on_pushButton_exit_clicked);
 }
@@ -171,7 +175,7 @@ void ConfigLoadDlg::fillTable()
 void ConfigLoadDlg::fillRow(int row, const ImportItem &item, bool isLocked)
 {
     const auto setCell = [this, row, isLocked](Column column, const QString &text) {
-        auto *cell = new QTableWidgetItem(text);
+        auto *cell = ReadableTable::cell(text);
         if (isLocked) {
             cell->setFlags(cell->flags() & ~(Qt::ItemIsSelectable | Qt::ItemIsEnabled));
         }

@@ -4,6 +4,7 @@
 
 #include "channel/configurationsmessagereceiver.h"
 #include "channel/filedialog.h"
+#include "channel/readabletable.h"
 #include "hostapi/iomanager.h"
 #include "transfer/automaticbackup.h"
 #include "transfer/configurationsave.h"
@@ -19,6 +20,7 @@ namespace {
 
 enum Column { DescriptionColumn, OwnerColumn, IdentifierColumn };
 
+constexpr int rowHeight = 28;       // pixels
 constexpr double columnShare = 0.3; // of the dialog's width
 constexpr int automaticBackupDelayMs = 2000;
 
@@ -39,6 +41,7 @@ ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWid
     , m_messageReceiver(new ConfigurationsMessagereceiver(this))
 {
     m_ui->setupUi(this);
+    ReadableTable::setRowHeight(m_ui->tableWidget_selectConfigs, rowHeight);
     m_ui->tableWidget_selectConfigs->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigSaveDlg::on_pushButton_exit_clicked);
 
@@ -167,9 +170,9 @@ void ConfigSaveDlg::fillTable()
     table->setRowCount(m_configurations.size());
     for (int row = 0; row < m_configurations.size(); ++row) {
         const ConfigEntry &entry = m_configurations.at(row);
-        table->setItem(row, DescriptionColumn, new QTableWidgetItem(entry.description));
-        table->setItem(row, OwnerColumn, new QTableWidgetItem(entry.owner));
-        table->setItem(row, IdentifierColumn, new QTableWidgetItem(entry.identifier));
+        table->setItem(row, DescriptionColumn, ReadableTable::cell(entry.description));
+        table->setItem(row, OwnerColumn, ReadableTable::cell(entry.owner));
+        table->setItem(row, IdentifierColumn, ReadableTable::cell(entry.identifier));
     }
 }
 

@@ -30,7 +30,8 @@ private slots:
     void init()
     {
         m_model = std::make_unique<LogModel>(
-            QVector<LogColumn>{{QStringLiteral("Command")}, {QStringLiteral("Answer")}}, 1000);
+            QVector<LogColumn>{{QStringLiteral("Command"), {}}, {QStringLiteral("Answer"), {}}},
+            1000);
         m_view = std::make_unique<LogView>(m_model.get(), "commands", "Nothing yet.");
         m_table = m_view->findChild<LogTable *>("tableView_commands");
         m_filter = m_view->findChild<QLineEdit *>("lineEdit_commands_filter");
