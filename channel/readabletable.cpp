@@ -8,20 +8,24 @@
 
 namespace {
 
-// What letters take. A font's own height has room for accents on capitals, too, and would make
-// rows higher than they are asked to be where all letters fit.
-int letterHeight(const QTableWidget *table)
+// The least height of a row that cuts no letter. A font is higher than its letters, since it has
+// room for accents on capitals, too; what is free on both sides of them may be cut.
+int leastHeight(const QFontMetrics &metrics)
 {
-    return table->fontMetrics().tightBoundingRect(QStringLiteral("lg")).height();
+    const QRect letters = metrics.tightBoundingRect(QStringLiteral("lg"));
+    const int freeAbove = metrics.ascent() + letters.top();
+    const int freeBelow = metrics.descent() - (letters.bottom() + 1);
+    return metrics.height() - 2 * std::clamp(freeAbove, 0, std::max(freeBelow, 0));
 }
 
 } // namespace
 
-void ReadableTable::setRowHeight(QTableWidget *table, int pixels)
+void ReadableTable::prepare(QTableWidget *table, int rowHeight)
 {
-    const int height = std::max(pixels, letterHeight(table));
+    const int height = std::max(rowHeight, leastHeight(table->fontMetrics()));
     table->verticalHeader()->setMinimumSectionSize(height);
     table->verticalHeader()->setDefaultSectionSize(height);
+    table->horizontalHeader()->setTextElideMode(Qt::ElideRight);
 }
 
 QTableWidgetItem *ReadableTable::cell(const QString &text)

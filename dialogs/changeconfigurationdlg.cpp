@@ -117,7 +117,7 @@ void ChangeConfigurationDlg::setUpTable()
     table->setColumnCount(headers.size());
     table->setRowCount(0);
     table->setHorizontalHeaderLabels(headers);
-    ReadableTable::setRowHeight(table, rowHeight);
+    ReadableTable::prepare(table, rowHeight);
     table->verticalHeader()->hide();
     table->setColumnHidden(IdColumn, true);
     table->horizontalHeader()->setSectionsClickable(false);

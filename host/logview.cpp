@@ -57,15 +57,15 @@ LogView::LogView(LogModel *model, const QString &name, const QString &emptyText,
 void LogView::setColumnWidths()
 {
     const QFontMetrics metrics = m_table->fontMetrics();
-    const int margins =
-        style()->pixelMetric(QStyle::PM_SmallIconSize) + metrics.averageCharWidth(); // and the sign
+    const int signAndMargins =
+        style()->pixelMetric(QStyle::PM_SmallIconSize) + 2 * metrics.averageCharWidth();
     QHeaderView *header = m_table->horizontalHeader();
     for (int i = 0; i < m_model->columns().size(); ++i) {
         const QString widest = m_model->columns().at(i).widest;
         if (widest.isEmpty()) {
             header->setSectionResizeMode(i, QHeaderView::Stretch);
         } else {
-            const int width = metrics.horizontalAdvance(widest) + margins;
+            const int width = metrics.horizontalAdvance(widest) + signAndMargins;
             header->resizeSection(i, std::max(width, header->sectionSizeHint(i)));
         }
     }

@@ -21,7 +21,7 @@ constexpr int viewMenuPosition = 50;
 constexpr int helpMenuPosition = 1000;
 
 // In average characters and lines, so that a large font has as much to read as a small one.
-constexpr QSize preferredSize(148, 45);
+constexpr QSize preferredSize(168, 45);
 
 } // namespace
 

@@ -48,7 +48,7 @@ ConfigLoadDlg::ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWid
     , m_lastDirectory(QDir::homePath())
 {
     m_ui->setupUi(this);
-    ReadableTable::setRowHeight(m_ui->tableWidget, rowHeight);
+    ReadableTable::prepare(m_ui->tableWidget, rowHeight);
     m_ui->tableWidget->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigLoadDlg::on_pushButton_exit_clicked);
 }

@@ -41,7 +41,7 @@ ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWid
     , m_messageReceiver(new ConfigurationsMessagereceiver(this))
 {
     m_ui->setupUi(this);
-    ReadableTable::setRowHeight(m_ui->tableWidget_selectConfigs, rowHeight);
+    ReadableTable::prepare(m_ui->tableWidget_selectConfigs, rowHeight);
     m_ui->tableWidget_selectConfigs->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigSaveDlg::on_pushButton_exit_clicked);
 
