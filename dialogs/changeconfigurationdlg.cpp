@@ -2,6 +2,7 @@
 
 #include "ui_changeconfigurationdlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/answeredcount.h"
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
@@ -80,6 +81,7 @@ ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersio
 {
     initializeResources();
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     makeReadableThoughDisabled(m_ui->lineEdit_activeConfig);
     m_lockIcon = untintedIcon(QStringLiteral(":/lock.png"));
     m_unlockIcon = untintedIcon(QStringLiteral(":/unlock.png"));

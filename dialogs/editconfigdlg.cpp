@@ -2,6 +2,7 @@
 
 #include "ui_editconfigdlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/hostmessages.h"
 #include "channel/messagebox.h"
 #include "channel/quotes.h"
@@ -17,6 +18,7 @@ EditConfigDlg::EditConfigDlg(IOManager *channel, QWidget *parent)
     , m_channel(channel)
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     const QRegExpValidator *validator = Validators::forText(this);
     m_ui->lineEdit_owner->setValidator(validator);
     m_ui->lineEdit_desc->setValidator(validator);

@@ -3,6 +3,7 @@
 #include "ui_configloaddlg.h"
 
 #include "backup/backupschema.h"
+#include "channel/accessibletexts.h"
 #include "channel/filedialog.h"
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
@@ -48,6 +49,7 @@ ConfigLoadDlg::ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWid
     , m_lastDirectory(QDir::homePath())
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     ReadableTable::prepare(m_ui->tableWidget, rowHeight);
     m_ui->tableWidget->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigLoadDlg::on_pushButton_exit_clicked);

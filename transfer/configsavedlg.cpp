@@ -2,6 +2,7 @@
 
 #include "ui_configsavedlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/configurationsmessagereceiver.h"
 #include "channel/filedialog.h"
 #include "channel/readabletable.h"
@@ -41,6 +42,7 @@ ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWid
     , m_messageReceiver(new ConfigurationsMessagereceiver(this))
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     ReadableTable::prepare(m_ui->tableWidget_selectConfigs, rowHeight);
     m_ui->tableWidget_selectConfigs->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigSaveDlg::on_pushButton_exit_clicked);
