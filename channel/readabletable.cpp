@@ -1,12 +1,34 @@
 #include "channel/readabletable.h"
 
 #include <QHeaderView>
+#include <QHelpEvent>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 #include <QTextDocument>
+#include <QToolTip>
 
 #include <algorithm>
 
 namespace {
+
+class DelegateWithTips : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                   const QModelIndex &index) override
+    {
+        if (event->type() != QEvent::ToolTip) {
+            return QStyledItemDelegate::helpEvent(event, view, option, index);
+        }
+        const bool isShortened = sizeHint(option, index).width() > option.rect.width();
+        // Never taken for HTML, whatever the controller has sent.
+        const QString tip = Qt::convertFromPlainText(index.data().toString(), Qt::WhiteSpaceNormal);
+        QToolTip::showText(event->globalPos(), isShortened ? tip : QString(), view, option.rect);
+        return true;
+    }
+};
 
 // The least height of a row that cuts no letter. A font is higher than its letters, since it has
 // room for accents on capitals, too; what is free on both sides of them may be cut.
@@ -26,13 +48,5 @@ void ReadableTable::prepare(QTableWidget *table, int rowHeight)
     table->verticalHeader()->setMinimumSectionSize(height);
     table->verticalHeader()->setDefaultSectionSize(height);
     table->horizontalHeader()->setTextElideMode(Qt::ElideRight);
-}
-
-QTableWidgetItem *ReadableTable::cell(const QString &text)
-{
-    auto *item = new QTableWidgetItem(text);
-    // Never taken for HTML, whatever the controller sends.
-    item->setToolTip(text.isEmpty() ? QString()
-                                    : Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
-    return item;
+    table->setItemDelegate(new DelegateWithTips(table));
 }

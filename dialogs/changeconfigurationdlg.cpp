@@ -225,9 +225,9 @@ ConfigEntry ChangeConfigurationDlg::readSlot(int slot, RowReplies *replies)
 
 void ChangeConfigurationDlg::showRow(int row, const ConfigEntry &entry)
 {
-    QList<QTableWidgetItem *> items{ReadableTable::cell(entry.description),
-                                    ReadableTable::cell(entry.owner),
-                                    ReadableTable::cell(entry.identifier)};
+    QList<QTableWidgetItem *> items{new QTableWidgetItem(entry.description),
+                                    new QTableWidgetItem(entry.owner),
+                                    new QTableWidgetItem(entry.identifier)};
     if (m_hasLocks) {
         items << (entry.locked ? new QTableWidgetItem(m_lockIcon, tr("yes"))
                                : new QTableWidgetItem(m_unlockIcon, tr("no")));

@@ -177,7 +177,7 @@ void ConfigLoadDlg::fillTable()
 void ConfigLoadDlg::fillRow(int row, const ImportItem &item, bool isLocked)
 {
     const auto setCell = [this, row, isLocked](Column column, const QString &text) {
-        auto *cell = ReadableTable::cell(text);
+        auto *cell = new QTableWidgetItem(text);
         if (isLocked) {
             cell->setFlags(cell->flags() & ~(Qt::ItemIsSelectable | Qt::ItemIsEnabled));
         }

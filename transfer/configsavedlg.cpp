@@ -172,9 +172,9 @@ void ConfigSaveDlg::fillTable()
     table->setRowCount(m_configurations.size());
     for (int row = 0; row < m_configurations.size(); ++row) {
         const ConfigEntry &entry = m_configurations.at(row);
-        table->setItem(row, DescriptionColumn, ReadableTable::cell(entry.description));
-        table->setItem(row, OwnerColumn, ReadableTable::cell(entry.owner));
-        table->setItem(row, IdentifierColumn, ReadableTable::cell(entry.identifier));
+        table->setItem(row, DescriptionColumn, new QTableWidgetItem(entry.description));
+        table->setItem(row, OwnerColumn, new QTableWidgetItem(entry.owner));
+        table->setItem(row, IdentifierColumn, new QTableWidgetItem(entry.identifier));
     }
 }
 

@@ -1,11 +1,12 @@
 #include "channel/readabletable.h"
 #include "tests/support/testmain.h"
 
+#include <QApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QTableWidget>
+#include <QToolTip>
 #include <QtTest>
-
-#include <memory>
 
 class TestReadableTable : public QObject
 {
@@ -15,71 +16,77 @@ private slots:
     void rowsAreAsHighAsAsked();
     void rowsAreHigherWhereTheFontNeedsIt();
     void rowsBelowTheStylesMinimumArePossible();
-    void aCellTellsItsWholeText();
+    void aShortenedTextIsToldInFull();
+    void aTextThatFitsIsNotRepeated();
     void aTextIsNeverTakenForHtml();
-    void anEmptyCellHasNothingToTell();
 };
 
 namespace {
 
-QTableWidget *filled(QTableWidget *table, int rowHeight)
+constexpr int rowHeight = 30;
+
+int heightOfRow(const QFont &font, int asked)
 {
-    ReadableTable::prepare(table, rowHeight);
-    table->setColumnCount(1);
-    table->setRowCount(1);
-    return table;
+    QTableWidget table(1, 1);
+    table.setFont(font);
+    ReadableTable::prepare(&table, asked);
+    return table.rowHeight(0);
+}
+
+QFont fontOfSize(int pixels)
+{
+    QFont font;
+    font.setPixelSize(pixels);
+    return font;
+}
+
+// What somebody reads who points at a cell of this width.
+QString tipOf(const QString &text, int columnWidth)
+{
+    QTableWidget table(1, 1);
+    ReadableTable::prepare(&table, rowHeight);
+    table.setColumnWidth(0, columnWidth);
+    auto *item = new QTableWidgetItem(text);
+    table.setItem(0, 0, item);
+    table.show();
+    const QPoint place = table.visualItemRect(item).center();
+    QHelpEvent pointing(QEvent::ToolTip, place, table.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(table.viewport(), &pointing);
+    return QToolTip::text();
 }
 
 } // namespace
 
 void TestReadableTable::rowsAreAsHighAsAsked()
 {
-    QTableWidget table;
-    filled(&table, 100);
-    QCOMPARE(table.verticalHeader()->defaultSectionSize(), 100);
-    QCOMPARE(table.rowHeight(0), 100);
+    QCOMPARE(heightOfRow(fontOfSize(12), rowHeight), rowHeight);
 }
 
 void TestReadableTable::rowsAreHigherWhereTheFontNeedsIt()
 {
-    QTableWidget table;
-    QFont font;
-    font.setPixelSize(60);
-    table.setFont(font);
-    filled(&table, 20);
-    QVERIFY2(table.rowHeight(0) >= 60, qPrintable(QString::number(table.rowHeight(0))));
+    QVERIFY(heightOfRow(fontOfSize(60), 20) >= 60);
 }
 
 void TestReadableTable::rowsBelowTheStylesMinimumArePossible()
 {
-    QTableWidget table;
-    QFont font;
-    font.setPixelSize(6);
-    table.setFont(font);
-    filled(&table, 12);
-    QCOMPARE(table.rowHeight(0), 12);
+    QCOMPARE(heightOfRow(fontOfSize(6), 12), 12);
 }
 
-void TestReadableTable::aCellTellsItsWholeText()
+void TestReadableTable::aShortenedTextIsToldInFull()
 {
-    const std::unique_ptr<QTableWidgetItem> cell(
-        ReadableTable::cell(QStringLiteral("six cameras")));
-    QCOMPARE(cell->text(), QStringLiteral("six cameras"));
-    QVERIFY(cell->toolTip().contains(QStringLiteral("six cameras")));
+    QVERIFY(tipOf(QStringLiteral("Calibration hall, six cameras"), 40)
+                .contains(QStringLiteral("Calibration hall, six cameras")));
+}
+
+void TestReadableTable::aTextThatFitsIsNotRepeated()
+{
+    QCOMPARE(tipOf(QStringLiteral("demo"), 400), QString());
 }
 
 void TestReadableTable::aTextIsNeverTakenForHtml()
 {
-    const std::unique_ptr<QTableWidgetItem> cell(
-        ReadableTable::cell(QStringLiteral("<b>bold</b>")));
-    QCOMPARE(cell->text(), QStringLiteral("<b>bold</b>"));
-    QVERIFY(cell->toolTip().contains(QStringLiteral("&lt;b&gt;bold")));
-}
-
-void TestReadableTable::anEmptyCellHasNothingToTell()
-{
-    const std::unique_ptr<QTableWidgetItem> cell(ReadableTable::cell({}));
-    QCOMPARE(cell->toolTip(), QString());
+    QVERIFY(tipOf(QStringLiteral("<b>very bold</b>"), 20)
+                .contains(QStringLiteral("&lt;b&gt;very bold")));
 }
 
 VELTRA4_TEST_MAIN(TestReadableTable)
