@@ -50,9 +50,12 @@ LogTable::LogTable(QWidget *parent)
 
 void LogTable::setModel(QAbstractItemModel *model)
 {
-    QTableView::setModel(model);
+    // Before the view hears of it: it follows the current row away from one that is removed.
     connect(model, &QAbstractItemModel::rowsAboutToBeInserted, this, &LogTable::noteWhetherAtEnd);
+    connect(model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &LogTable::noteWhetherAtEnd);
+    QTableView::setModel(model);
     connect(model, &QAbstractItemModel::rowsInserted, this, &LogTable::stayAtEnd);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &LogTable::stayAtEnd);
 }
 
 void LogTable::setEmptyText(const QString &text)

@@ -101,12 +101,22 @@ private slots:
         QCOMPARE(bar->value(), 3);
     }
 
+    void theTableFollowsItsEndAlsoWhenItForgets_data()
+    {
+        QTest::addColumn<int>("currentRow"); // it is forgotten with the others
+        QTest::newRow("nobody has used it") << -1;
+        QTest::newRow("it has had the focus") << 0;
+    }
+
     void theTableFollowsItsEndAlsoWhenItForgets()
     {
+        QFETCH(const int, currentRow);
         for (int i = 0; i < 1000; ++i) {
             m_model->append({{QString::number(i)}, false});
         }
         QCoreApplication::processEvents();
+        m_table->setCurrentIndex(m_table->model()->index(currentRow, 0));
+        m_table->scrollToBottom();
         append({"last"});
         QVERIFY(m_table->model()->rowCount() < 1000);
         QCoreApplication::processEvents();
