@@ -31,7 +31,7 @@ ControllerState stateFor(const QString &dialog)
 QString accessibleText(QWidget *widget, QAccessible::Text kind)
 {
     const QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(widget);
-    return interface ? interface->text(kind) : QString();
+    return interface != nullptr ? interface->text(kind) : QString();
 }
 
 bool isControl(const QWidget *widget)
@@ -60,7 +60,8 @@ QVector<QWidget *> controlsOf(const QDialog *dialog)
 bool isTabStop(const QWidget *control)
 {
     const auto *button = qobject_cast<const QAbstractButton *>(control);
-    const bool isOtherAlternative = button && button->autoExclusive() && !button->isChecked();
+    const bool isOtherAlternative =
+        button != nullptr && button->autoExclusive() && !button->isChecked();
     return control->isEnabled() && (control->focusPolicy() & Qt::TabFocus) != 0
         && !isOtherAlternative;
 }
@@ -116,7 +117,7 @@ QString mnemonicText(const QWidget *widget)
         return button->text();
     }
     const auto *label = qobject_cast<const QLabel *>(widget);
-    return label && label->buddy() ? label->text() : QString();
+    return label != nullptr && label->buddy() != nullptr ? label->text() : QString();
 }
 
 } // namespace
