@@ -89,6 +89,17 @@ QVector<QWidget *> tabWalk(QDialog *dialog, int steps)
     return visited;
 }
 
+// Goes to a control by Tab and presses a key there.
+void pressAt(QDialog *dialog, const QString &control, Qt::Key key)
+{
+    const int stops = tabStopsOf(dialog).size();
+    for (int i = 0; i < stops && UserInput::focusOf(dialog) != control; ++i) {
+        UserInput::press(dialog, Qt::Key_Tab);
+    }
+    QCOMPARE(UserInput::focusOf(dialog), control);
+    UserInput::press(dialog, key);
+}
+
 QRect placeIn(const QDialog *dialog, const QWidget *widget)
 {
     return {widget->mapTo(dialog, QPoint()), widget->size()};
@@ -141,6 +152,8 @@ private slots:
     void mnemonicsAreUnique();
     void everyFieldHasALabel_data() { dialogs(); }
     void everyFieldHasALabel();
+
+    void configurationsAreMadeAndSavedWithoutAMouse();
 
 private:
     static void dialogs();
@@ -271,6 +284,42 @@ void TestEndToEndAccessibility::everyFieldHasALabel()
             QVERIFY2(labelled.contains(field), qPrintable(field->objectName()));
         }
     });
+}
+
+void TestEndToEndAccessibility::configurationsAreMadeAndSavedWithoutAMouse()
+{
+    FrontEnd frontEnd;
+    const QString file = m_home->filePath(QStringLiteral("two.dat"));
+    const auto create = [](QDialog *dialog) {
+        QTest::keyClicks(dialog->focusWidget(), QStringLiteral("Made by keyboard"));
+        UserInput::press(dialog, Qt::Key_Return);
+    };
+    const auto saveFirstTwo = [&](QDialog *dialog) {
+        pressAt(dialog, QStringLiteral("checkBox_allSettings"), Qt::Key_Space);
+        pressAt(dialog, QStringLiteral("pushButton_clearSelection"), Qt::Key_Space);
+        pressAt(dialog, QStringLiteral("tableWidget_selectConfigs"), Qt::Key_Space);
+        UserInput::press(dialog, Qt::Key_Down);
+        UserInput::press(dialog, Qt::Key_Space);
+        frontEnd.driver.expectFileDialog(QStringLiteral("Save configuration(s)"), file);
+        frontEnd.driver.expectBox(
+            {QMessageBox::Information, QStringLiteral("Save Configurations"),
+             QStringLiteral("Configuration data successfully written to the file\n%1").arg(file)});
+        pressAt(dialog, QStringLiteral("pushButton_save"), Qt::Key_Space);
+        UserInput::press(dialog, Qt::Key_Escape);
+    };
+    frontEnd.useList([&](QDialog *list) {
+        frontEnd.driver.expectDialog(QStringLiteral("NewConfigurationDialog"), create);
+        pressAt(list, QStringLiteral("pushButton_new"), Qt::Key_Space);
+        frontEnd.driver.expectDialog(saveDialog, saveFirstTwo);
+        pressAt(list, QStringLiteral("pushButton_save"), Qt::Key_Space);
+    });
+    const QVector<Configuration> &configurations = frontEnd.state().configurations;
+    QCOMPARE(configurations.constLast().description, QByteArrayLiteral("Made by keyboard"));
+    QVector<Archive::Item> items;
+    QString problem;
+    QVERIFY2(Archive::unpack(TransferFiles::contentsOf(file), &items, &problem),
+             qPrintable(problem));
+    QCOMPARE(items.size(), 2);
 }
 
 VELTRA4_TEST_MAIN(TestEndToEndAccessibility)
