@@ -2,12 +2,14 @@
 
 #include "ui_changeconfigurationdlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/answeredcount.h"
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
 #include "channel/messagebox.h"
 #include "channel/modaldialog.h"
 #include "channel/quotes.h"
+#include "channel/readabletable.h"
 #include "channel/replybuffer.h"
 #include "channel/versiongate.h"
 #include "dialogs/editconfigdlg.h"
@@ -66,6 +68,14 @@ void makeReadableThoughDisabled(QWidget *widget)
     widget->setPalette(palette);
 }
 
+// The same in selected rows, where a style would tint it until it can no longer be told apart.
+QIcon untintedIcon(const QString &fileName)
+{
+    QIcon icon(fileName);
+    icon.addFile(fileName, {}, QIcon::Selected);
+    return icon;
+}
+
 int percent(double fraction)
 {
     return static_cast<int>(std::clamp(fraction * 100.0, double(INT_MIN), double(INT_MAX)));
@@ -92,9 +102,10 @@ ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersio
 {
     initializeResources();
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     makeReadableThoughDisabled(m_ui->lineEdit_activeConfig);
-    m_lockIcon = QIcon(QStringLiteral(":/lock.png"));
-    m_unlockIcon = QIcon(QStringLiteral(":/unlock.png"));
+    m_lockIcon = untintedIcon(QStringLiteral(":/lock.png"));
+    m_unlockIcon = untintedIcon(QStringLiteral(":/unlock.png"));
     m_saveDialog = new ConfigSaveDlg(channel, versions, this);
     m_loadDialog = new ConfigLoadDlg(channel, versions, this);
 
@@ -129,7 +140,7 @@ void ChangeConfigurationDlg::setUpTable()
     table->setColumnCount(headers.size());
     table->setRowCount(0);
     table->setHorizontalHeaderLabels(headers);
-    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    ReadableTable::prepare(table, rowHeight);
     table->verticalHeader()->hide();
     table->setColumnHidden(IdColumn, true);
     table->horizontalHeader()->setSectionsClickable(false);
@@ -304,6 +315,7 @@ void ChangeConfigurationDlg::showActiveDescription()
                      [this](const ConfigEntry &entry) { return entry.identifier == m_activeId; });
     if (active != m_configurations.cend()) {
         m_ui->lineEdit_activeConfig->setText(active->description);
+        m_ui->lineEdit_activeConfig->home(false); // the beginning says most
     }
 }
 

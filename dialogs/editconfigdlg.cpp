@@ -2,6 +2,7 @@
 
 #include "ui_editconfigdlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/hostmessages.h"
 #include "channel/messagebox.h"
 #include "channel/quotes.h"
@@ -17,6 +18,7 @@ EditConfigDlg::EditConfigDlg(IOManager *channel, QWidget *parent)
     , m_channel(channel, this)
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     const QRegExpValidator *validator = Validators::forText(this);
     m_ui->lineEdit_owner->setValidator(validator);
     m_ui->lineEdit_desc->setValidator(validator);
@@ -36,6 +38,7 @@ int EditConfigDlg::update_and_exec(QString config_id)
     m_ui->lineEdit_owner->setText(withoutDoubleQuotes(owner.text()));
     m_ui->lineEdit_desc->setText(withoutDoubleQuotes(description.text()));
     m_ui->lineEdit_configId->setText(m_configId);
+    m_ui->lineEdit_configId->home(false);
     return exec();
 }
 

@@ -2,6 +2,7 @@
 
 #include "ui_lockconfigdlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/hostmessages.h"
 #include "channel/messagebox.h"
 #include "channel/replybuffer.h"
@@ -16,6 +17,7 @@ LockConfigDlg::LockConfigDlg(IOManager *channel, QWidget *parent)
     , m_channel(channel, this)
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     const QRegExpValidator *validator = Validators::forPassword(this);
     m_ui->lineEdit_new_password->setValidator(validator);
     m_ui->lineEdit_new_password_repeat->setValidator(validator);

@@ -2,6 +2,7 @@
 
 #include "ui_newconfigurationdlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
 #include "channel/messagebox.h"
@@ -21,6 +22,7 @@ NewConfigurationDlg::NewConfigurationDlg(IOManager *channel, QWidget *parent)
     , m_channel(channel, this)
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     const QRegExpValidator *validator = Validators::forText(this);
     m_ui->lineEdit_desc->setValidator(validator);
     m_ui->lineEdit_owner->setValidator(validator);

@@ -2,6 +2,7 @@
 
 #include "ui_unlockconfigdlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/hostmessages.h"
 #include "channel/messagebox.h"
 #include "channel/replybuffer.h"
@@ -16,6 +17,7 @@ UnlockConfigDlg::UnlockConfigDlg(IOManager *channel, QWidget *parent)
     , m_channel(channel, this)
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
     m_ui->lineEdit_password->setValidator(Validators::forPassword(this));
 }
 

@@ -30,18 +30,18 @@ QString outcome(const Exchange &exchange)
 } // namespace
 
 ChannelLogs::ChannelLogs(ChannelMonitor &monitor)
-    : m_events({{tr("Time"), 18},
-                {tr("Category"), 15},
-                {tr("Source"), 25},
-                {tr("Level"), 7, Qt::AlignHCenter},
-                {tr("Text"), LogColumn::takesTheRest}},
+    : m_events({{tr("Time"), QStringLiteral("00:00:00.000")},
+                {tr("Category"), QStringLiteral("GlobalEvent")},
+                {tr("Source"), QStringLiteral("ConfigurationModule")},
+                {tr("Level"), QStringLiteral("0"), Qt::AlignHCenter},
+                {tr("Text"), {}}},
                capacity)
-    , m_commands({{tr("Time"), 18},
-                  {tr("Operation"), 17},
-                  {tr("Command"), LogColumn::takesTheRest},
-                  {tr("Answer"), 34},
-                  {tr("Result"), 16},
-                  {tr("Duration"), 12, Qt::AlignRight}},
+    , m_commands({{tr("Time"), QStringLiteral("00:00:00.000")},
+                  {tr("Operation"), QStringLiteral("sendCommandReply")},
+                  {tr("Command"), {}},
+                  {tr("Answer"), QStringLiteral("config20231106081559902")},
+                  {tr("Result"), QStringLiteral("-1 (timed out)")},
+                  {tr("Duration"), QStringLiteral("100.000 ms"), Qt::AlignRight}},
                  capacity)
 {
     connect(&monitor, &ChannelMonitor::eventPosted, this, &ChannelLogs::logEvent);

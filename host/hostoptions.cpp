@@ -9,6 +9,7 @@
 namespace {
 
 constexpr int longestLatencyMs = 600000;
+constexpr int largestFontSize = 72; // points
 
 /// The options and how their texts become values; the first one that is wrong is remembered.
 class HostCommandLine
@@ -25,6 +26,8 @@ private:
     HostOptions readValues();
     Version version(const QCommandLineOption &option);
     int latency();
+    int fontSize();
+    int number(const QCommandLineOption &option, const QString &unit, int least, int greatest);
     void checkCombinations();
     void complain(const QString &problem);
 
@@ -60,6 +63,8 @@ private:
         tr("Keep the controller's state in this file; without it a sample is used and forgotten."),
         tr("file")};
     const QCommandLineOption m_dark{QStringLiteral("dark"), tr("Show everything in dark colours.")};
+    const QCommandLineOption m_fontSize{
+        QStringLiteral("font-size"), tr("Show everything in a font of this size."), tr("points")};
     const QCommandLineOption m_plugin{QStringLiteral("plugin"), tr("The module to load."),
                                       tr("path"),
                                       QDir(QCoreApplication::applicationDirPath())
@@ -78,7 +83,7 @@ HostCommandLine::HostCommandLine()
         tr("Shows modules of the VELTRA4 front end against a simulated controller."));
     m_parser.addOptions({m_help, m_version, m_plugin, m_state, m_latency, m_fail, m_observer,
                          m_interfaceVersion, m_ptVersion, m_ctVersion, m_model, m_hostVersion,
-                         m_dark, m_tour});
+                         m_dark, m_fontSize, m_tour});
 }
 
 std::optional<HostOptions> HostCommandLine::read(const QStringList &arguments, QString *problem)
@@ -121,6 +126,7 @@ HostOptions HostCommandLine::readValues()
     options.failureRules = m_parser.values(m_fail);
     options.stateFile = m_parser.value(m_state);
     options.isDark = m_parser.isSet(m_dark);
+    options.fontSize = fontSize();
     options.pluginFile = m_parser.value(m_plugin);
     options.tourDirectory = m_parser.value(m_tour);
     return options;
@@ -139,15 +145,26 @@ Version HostCommandLine::version(const QCommandLineOption &option)
 
 int HostCommandLine::latency()
 {
+    return number(m_latency, tr("milliseconds"), 0, longestLatencyMs);
+}
+
+int HostCommandLine::fontSize()
+{
+    return m_parser.isSet(m_fontSize) ? number(m_fontSize, tr("points"), 1, largestFontSize) : 0;
+}
+
+int HostCommandLine::number(const QCommandLineOption &option, const QString &unit, int least,
+                            int greatest)
+{
     bool ok = false;
-    const QString text = m_parser.value(m_latency);
-    const int milliseconds = text.toInt(&ok);
-    if (!ok || milliseconds < 0 || milliseconds > longestLatencyMs) {
-        complain(tr("--latency wants milliseconds from 0 to %1, not \"%2\".")
-                     .arg(longestLatencyMs)
-                     .arg(text));
+    const QString text = m_parser.value(option);
+    const int value = text.toInt(&ok);
+    if (!ok || value < least || value > greatest) {
+        complain(tr("--%1 wants %2 from %3 to %4, not \"%5\".")
+                     .arg(option.names().constFirst(), unit, QString::number(least),
+                          QString::number(greatest), text));
     }
-    return milliseconds;
+    return value;
 }
 
 void HostCommandLine::checkCombinations()

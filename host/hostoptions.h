@@ -20,6 +20,7 @@ struct HostOptions
     QStringList failureRules; ///< faults of the controller, in the simulator's notation
     QString stateFile;        ///< where the controller's state is kept; empty to forget it
     bool isDark = false;      ///< light text on a dark ground, whatever the desktop's colours
+    int fontSize = 0;         ///< in points; 0 for the desktop's
     QString pluginFile;       ///< the module to load
     QString tourDirectory;    ///< where the tour leaves its pictures; empty to run interactively
 };

@@ -9,11 +9,30 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 void showText(QLabel *label, const QString &text)
 {
     label->setText(text.isEmpty() ? QStringLiteral("\u2014") : text);
+}
+
+// The values of all groups stand below one another.
+void alignValues(const QWidget *panel)
+{
+    const QList<QFormLayout *> forms = panel->findChildren<QFormLayout *>();
+    QVector<QWidget *> titles;
+    int width = 0;
+    for (const QFormLayout *form : forms) {
+        for (int row = 0; row < form->rowCount(); ++row) {
+            titles << form->itemAt(row, QFormLayout::LabelRole)->widget();
+            width = std::max(width, titles.constLast()->sizeHint().width());
+        }
+    }
+    for (QWidget *title : qAsConst(titles)) {
+        title->setMinimumWidth(width);
+    }
 }
 
 } // namespace
@@ -44,6 +63,7 @@ IdentityPanel::IdentityPanel(QWidget *parent)
     layout->addWidget(controller);
     layout->addWidget(active);
     layout->addStretch();
+    alignValues(this);
 }
 
 void IdentityPanel::showConnection(const QString &connection)

@@ -9,10 +9,8 @@
 /// One column of a log.
 struct LogColumn
 {
-    static constexpr int takesTheRest = 0;
-
     QString title;
-    int width = takesTheRest; ///< in average characters of the view's font
+    QString widest; ///< a text that the column has room for; empty to take what the others leave
     Qt::Alignment alignment = Qt::AlignLeft;
 };
 

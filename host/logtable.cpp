@@ -10,10 +10,22 @@
 
 #include <algorithm>
 
+namespace {
+
+// Columns line up in it, and it is as large as everything else.
+QFont logFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(QGuiApplication::font().pointSizeF());
+    return font;
+}
+
+} // namespace
+
 LogTable::LogTable(QWidget *parent)
     : QTableView(parent)
 {
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setFont(logFont());
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
@@ -38,9 +50,12 @@ LogTable::LogTable(QWidget *parent)
 
 void LogTable::setModel(QAbstractItemModel *model)
 {
-    QTableView::setModel(model);
+    // Before the view hears of it: it follows the current row away from one that is removed.
     connect(model, &QAbstractItemModel::rowsAboutToBeInserted, this, &LogTable::noteWhetherAtEnd);
+    connect(model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &LogTable::noteWhetherAtEnd);
+    QTableView::setModel(model);
     connect(model, &QAbstractItemModel::rowsInserted, this, &LogTable::stayAtEnd);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &LogTable::stayAtEnd);
 }
 
 void LogTable::setEmptyText(const QString &text)

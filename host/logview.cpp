@@ -7,7 +7,10 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QSortFilterProxyModel>
+#include <QStyle>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -53,14 +56,17 @@ LogView::LogView(LogModel *model, const QString &name, const QString &emptyText,
 
 void LogView::setColumnWidths()
 {
-    const int character = m_table->fontMetrics().averageCharWidth();
+    const QFontMetrics metrics = m_table->fontMetrics();
+    const int signAndMargins =
+        style()->pixelMetric(QStyle::PM_SmallIconSize) + 2 * metrics.averageCharWidth();
     QHeaderView *header = m_table->horizontalHeader();
     for (int i = 0; i < m_model->columns().size(); ++i) {
-        const int width = m_model->columns().at(i).width;
-        if (width == LogColumn::takesTheRest) {
+        const QString widest = m_model->columns().at(i).widest;
+        if (widest.isEmpty()) {
             header->setSectionResizeMode(i, QHeaderView::Stretch);
         } else {
-            header->resizeSection(i, width * character);
+            const int width = metrics.horizontalAdvance(widest) + signAndMargins;
+            header->resizeSection(i, std::max(width, header->sectionSizeHint(i)));
         }
     }
 }

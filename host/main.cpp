@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFont>
 #include <QIcon>
 
 #include <cstdio>
@@ -45,12 +46,22 @@ bool prepare(SimulatedLink &link, const HostOptions &options, QString *problem)
     return options.stateFile.isEmpty() || link.keepStateIn(options.stateFile, problem);
 }
 
+void useFontSize(int points)
+{
+    QFont font = QApplication::font();
+    font.setPointSize(points);
+    QApplication::setFont(font);
+}
+
 int runHost(const HostOptions &options)
 {
     QString problem;
     const bool isTour = !options.tourDirectory.isEmpty();
     if (isTour && !prepareTour(options.tourDirectory, &problem)) {
         return refuse(problem);
+    }
+    if (options.fontSize > 0) {
+        useFontSize(options.fontSize);
     }
     SimulatedLink link;
     if (!prepare(link, options, &problem)) {

@@ -20,7 +20,8 @@ constexpr int fileMenuPosition = 0;
 constexpr int viewMenuPosition = 50;
 constexpr int helpMenuPosition = 1000;
 
-constexpr QSize preferredSize(1180, 760);
+// In average characters and lines, so that a large font has as much to read as a small one.
+constexpr QSize preferredSize(168, 45);
 
 } // namespace
 
@@ -64,9 +65,10 @@ void MainWindow::addMenus()
 
 void MainWindow::takePreferredSize()
 {
-    resize(preferredSize);
+    resize(preferredSize.width() * fontMetrics().averageCharWidth(),
+           preferredSize.height() * fontMetrics().height());
     const QList<QDockWidget *> docks = findChildren<QDockWidget *>();
-    resizeDocks({docks.constFirst()}, {width() * 3 / 5}, Qt::Horizontal);
+    resizeDocks({docks.constFirst()}, {width() * 2 / 3}, Qt::Horizontal);
     resizeDocks({docks.constLast()}, {height() / 2}, Qt::Vertical);
 }
 

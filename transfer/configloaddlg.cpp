@@ -3,10 +3,12 @@
 #include "ui_configloaddlg.h"
 
 #include "backup/backupschema.h"
+#include "channel/accessibletexts.h"
 #include "channel/filedialog.h"
 #include "channel/hostmessages.h"
 #include "channel/identifiers.h"
 #include "channel/messagebox.h"
+#include "channel/readabletable.h"
 #include "channel/survives.h"
 #include "transfer/backuprestore.h"
 #include "transfer/configurationimport.h"
@@ -27,6 +29,8 @@ namespace {
 
 enum Column { DescriptionColumn, OwnerColumn, IdentifierColumn, StatusColumn };
 
+constexpr int rowHeight = 20; // pixels
+
 // What openAndExec() returns besides the codes of a restore and the result of the dialog.
 constexpr int nothingToShow = 1;
 constexpr int restoreThrew = 10;
@@ -46,6 +50,8 @@ ConfigLoadDlg::ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWid
     , m_lastDirectory(QDir::homePath())
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
+    ReadableTable::prepare(m_ui->tableWidget, rowHeight);
     m_ui->tableWidget->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigLoadDlg::on_pushButton_exit_clicked);
 }

@@ -2,8 +2,10 @@
 
 #include "ui_configsavedlg.h"
 
+#include "channel/accessibletexts.h"
 #include "channel/configurationsmessagereceiver.h"
 #include "channel/filedialog.h"
+#include "channel/readabletable.h"
 #include "channel/survives.h"
 #include "transfer/automaticbackup.h"
 #include "transfer/configurationsave.h"
@@ -19,6 +21,7 @@ namespace {
 
 enum Column { DescriptionColumn, OwnerColumn, IdentifierColumn };
 
+constexpr int rowHeight = 28;       // pixels
 constexpr double columnShare = 0.3; // of the dialog's width
 constexpr int automaticBackupDelayMs = 2000;
 
@@ -39,6 +42,8 @@ ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWid
     , m_messageReceiver(new ConfigurationsMessagereceiver(this))
 {
     m_ui->setupUi(this);
+    AccessibleTexts::describeControls(this);
+    ReadableTable::prepare(m_ui->tableWidget_selectConfigs, rowHeight);
     m_ui->tableWidget_selectConfigs->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigSaveDlg::on_pushButton_exit_clicked);
 

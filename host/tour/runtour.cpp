@@ -66,6 +66,7 @@ void visitChapters(Tour &tour)
     Chapters::edit(tour);
     Chapters::lock(tour);
     Chapters::files(tour);
+    Chapters::extremes(tour);
 }
 
 int report(const StepFailed &failure, const Tour *tour)

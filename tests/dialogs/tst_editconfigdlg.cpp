@@ -1,10 +1,8 @@
 #include "dialogs/editconfigdlg.h"
-#include "tests/support/modaldriver.h"
-#include "tests/support/scriptedchannel.h"
+#include "tests/dialogs/smalldialogtest.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -13,14 +11,10 @@
 #include <QtTest>
 
 using UserInput::click;
-using UserInput::focusOf;
 using UserInput::named;
 using UserInput::press;
 using UserInput::textOf;
 using UserInput::type;
-
-using Action = std::function<void(QDialog *)>;
-Q_DECLARE_METATYPE(Action)
 
 namespace {
 
@@ -45,21 +39,54 @@ void clickOk(QDialog *dialog)
     click(dialog, "pushButton_ok");
 }
 
+SmallDialogTest::Design design()
+{
+    return {
+        "EditConfigDialog",
+        {{"label", "QLabel", "&description", "Edit description of the configuration"},
+         {"lineEdit_desc", "QLineEdit", "", "Edit the description of the configuration"},
+         {"label_2", "QLabel", "&owner", "Edit owner of the configuration"},
+         {"lineEdit_owner", "QLineEdit", "", "Edit the owner of the configuration"},
+         {"label_configId", "QLabel", "&ID", "Config ID of the configuration"},
+         {"lineEdit_configId", "QLineEdit", "", "Config ID of the configuration"},
+         {"line", "QFrame", "", ""},
+         {"pushButton_ok", "QPushButton", "OK", "Accept changes and close"},
+         {"pushButton_2", "QPushButton", "Cancel", "Discard changes and close"}},
+        {"lineEdit_desc", "lineEdit_owner", "lineEdit_configId", "pushButton_ok", "pushButton_2"},
+        "pushButton_2",
+        reading};
+}
+
 } // namespace
 
-class TestEditConfigDlg : public QObject
+class TestEditConfigDlg : public SmallDialogTest
 {
     Q_OBJECT
 
-private slots:
-    void init();
-    void cleanup();
+public:
+    TestEditConfigDlg()
+        : SmallDialogTest(design())
+    {
+    }
 
+protected:
+    std::unique_ptr<QDialog> makeDialog() override
+    {
+        return std::make_unique<EditConfigDlg>(m_channel.get(), nullptr);
+    }
+    int exec(QDialog *dialog) override
+    {
+        return qobject_cast<EditConfigDlg *>(dialog)->update_and_exec("hall");
+    }
+    void scriptAnswers() override
+    {
+        m_channel->answer("config owner_of_config hall", "\"operator\"");
+        m_channel->answer("config desc_of_config hall", "\"main hall\"");
+    }
+    void fillIn(QDialog *dialog) override { type(dialog, "lineEdit_desc", " and more"); }
+
+private slots:
     void theFormIsAsDesigned();
-    void everyWidgetIsAsDesigned_data();
-    void everyWidgetIsAsDesigned();
-    void theDescriptionHasTheFocus();
-    void theTabKeyLeadsThroughTheForm();
 
     void itShowsWhatTheControllerStores();
     void aFieldThatIsNotAnsweredStaysEmpty_data();
@@ -68,8 +95,6 @@ private slots:
     void okSendsBothFields();
     void okWithoutChangesSendsEverythingAllTheSame();
     void theEnterKeyMeansOk();
-    void givingUpChangesNothing_data();
-    void givingUpChangesNothing();
     void anEmptyDescriptionIsRefusedAndTheInputStays();
     void blanksAreADescription();
 
@@ -83,34 +108,7 @@ private slots:
     void aHundredCharactersAreTheLimit();
     void theIdentifierCannotBeEdited();
     void theHostMayDestroyItUnderTheWarning();
-
-private:
-    int runDialog(const Action &action);
-
-    std::unique_ptr<ScriptedChannel> m_channel;
-    std::unique_ptr<ModalDriver> m_driver;
 };
-
-void TestEditConfigDlg::init()
-{
-    m_channel = std::make_unique<ScriptedChannel>();
-    m_channel->answer("config owner_of_config hall", "\"operator\"");
-    m_channel->answer("config desc_of_config hall", "\"main hall\"");
-    m_driver = std::make_unique<ModalDriver>();
-}
-
-void TestEditConfigDlg::cleanup()
-{
-    m_driver->verify();
-    QCOMPARE(QApplication::topLevelWidgets().size(), 0);
-}
-
-int TestEditConfigDlg::runDialog(const Action &action)
-{
-    m_driver->expectDialog("EditConfigDialog", action);
-    EditConfigDlg dialog(m_channel.get(), nullptr);
-    return dialog.update_and_exec("hall");
-}
 
 void TestEditConfigDlg::theFormIsAsDesigned()
 {
@@ -132,76 +130,6 @@ void TestEditConfigDlg::theFormIsAsDesigned()
     QVERIFY(dialog.findChild<QVBoxLayout *>("verticalLayout"));
     QVERIFY(dialog.findChild<QGridLayout *>("gridLayout"));
     QVERIFY(dialog.findChild<QHBoxLayout *>("horizontalLayout"));
-}
-
-void TestEditConfigDlg::everyWidgetIsAsDesigned_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("whatsThis");
-    const QString identifier = "Config ID of the configuration";
-    QTest::newRow("label") << "QLabel"
-                           << "&description"
-                           << "Edit description of the configuration";
-    QTest::newRow("lineEdit_desc") << "QLineEdit"
-                                   << ""
-                                   << "Edit the description of the configuration";
-    QTest::newRow("label_2") << "QLabel"
-                             << "&owner"
-                             << "Edit owner of the configuration";
-    QTest::newRow("lineEdit_owner") << "QLineEdit"
-                                    << ""
-                                    << "Edit the owner of the configuration";
-    QTest::newRow("label_configId") << "QLabel"
-                                    << "&ID" << identifier;
-    QTest::newRow("lineEdit_configId") << "QLineEdit"
-                                       << "" << identifier;
-    QTest::newRow("line") << "QFrame"
-                          << ""
-                          << "";
-    QTest::newRow("pushButton_ok") << "QPushButton"
-                                   << "OK"
-                                   << "Accept changes and close";
-    QTest::newRow("pushButton_2") << "QPushButton"
-                                  << "Cancel"
-                                  << "Discard changes and close";
-}
-
-void TestEditConfigDlg::everyWidgetIsAsDesigned()
-{
-    QFETCH(const QString, kind);
-    QFETCH(const QString, text);
-    QFETCH(const QString, whatsThis);
-    const EditConfigDlg dialog(m_channel.get(), nullptr);
-    const QWidget *widget = UserInput::widgetNamed(&dialog, QTest::currentDataTag());
-    QCOMPARE(QString(widget->metaObject()->className()), kind);
-    QCOMPARE(widget->property("text").toString(), text);
-    QCOMPARE(widget->whatsThis(), whatsThis);
-}
-
-void TestEditConfigDlg::theDescriptionHasTheFocus()
-{
-    QString focused;
-    runDialog([&focused](QDialog *dialog) {
-        focused = focusOf(dialog);
-        dialog->reject();
-    });
-    QCOMPARE(focused, "lineEdit_desc");
-}
-
-void TestEditConfigDlg::theTabKeyLeadsThroughTheForm()
-{
-    QStringList visited;
-    runDialog([&visited](QDialog *dialog) {
-        for (int i = 0; i < 5; ++i) {
-            press(dialog, Qt::Key_Tab);
-            visited << focusOf(dialog);
-        }
-        dialog->reject();
-    });
-    QCOMPARE(visited,
-             QStringList({"lineEdit_owner", "lineEdit_configId", "pushButton_ok", "pushButton_2",
-                          "lineEdit_desc"}));
 }
 
 void TestEditConfigDlg::itShowsWhatTheControllerStores()
@@ -272,25 +200,6 @@ void TestEditConfigDlg::theEnterKeyMeansOk()
     QCOMPARE(runDialog([](QDialog *dialog) { press(dialog, Qt::Key_Return); }),
              int(QDialog::Accepted));
     QCOMPARE(m_channel->trace(), editing("operator", "main hall"));
-}
-
-void TestEditConfigDlg::givingUpChangesNothing_data()
-{
-    QTest::addColumn<Action>("giveUp");
-    QTest::newRow("Cancel") << Action([](QDialog *dialog) { click(dialog, "pushButton_2"); });
-    QTest::newRow("Escape") << Action([](QDialog *dialog) { press(dialog, Qt::Key_Escape); });
-    QTest::newRow("close button") << Action([](QDialog *dialog) { dialog->close(); });
-}
-
-void TestEditConfigDlg::givingUpChangesNothing()
-{
-    QFETCH(const Action, giveUp);
-    const int result = runDialog([&giveUp](QDialog *dialog) {
-        type(dialog, "lineEdit_desc", " and more");
-        giveUp(dialog);
-    });
-    QCOMPARE(result, int(QDialog::Rejected));
-    QCOMPARE(m_channel->trace(), reading);
 }
 
 void TestEditConfigDlg::anEmptyDescriptionIsRefusedAndTheInputStays()

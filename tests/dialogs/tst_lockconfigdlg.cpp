@@ -1,10 +1,8 @@
 #include "dialogs/lockconfigdlg.h"
-#include "tests/support/modaldriver.h"
-#include "tests/support/scriptedchannel.h"
+#include "tests/dialogs/smalldialogtest.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -13,14 +11,10 @@
 #include <QtTest>
 
 using UserInput::click;
-using UserInput::focusOf;
 using UserInput::named;
 using UserInput::press;
 using UserInput::textOf;
 using UserInput::type;
-
-using Action = std::function<void(QDialog *)>;
-Q_DECLARE_METATYPE(Action)
 
 namespace {
 
@@ -55,29 +49,65 @@ QStringList entries(QDialog *dialog)
             textOf(dialog, "lineEdit_new_password_repeat")};
 }
 
+SmallDialogTest::Design design()
+{
+    return {
+        "LockConfigurationDialog",
+        {{"label_configuration", "QLabel", "set passwort for configuration", ""},
+         {"label", "QLabel", "", ""},
+         {"label_new_password", "QLabel", "new password",
+          "Input the description of the configuration"},
+         {"lineEdit_new_password", "QLineEdit", "", "Input a new password for the configuration"},
+         {"label_new_password_repeat", "QLabel", "new password repeat",
+          "Input the owner of the configuraton"},
+         {"lineEdit_new_password_repeat", "QLineEdit", "",
+          "Repeat the new password of the configuraton"},
+         {"label_2", "QLabel", "", ""},
+         {"pushButton_ok", "QPushButton", "OK",
+          "Create the new password and lock the configuration"},
+         {"pushButton_cancel", "QPushButton", "Cancel", "Close without creating password"}},
+        {"lineEdit_new_password", "lineEdit_new_password_repeat", "pushButton_ok",
+         "pushButton_cancel"},
+        "pushButton_cancel",
+        reading};
+}
+
 } // namespace
 
-class TestLockConfigDlg : public QObject
+class TestLockConfigDlg : public SmallDialogTest
 {
     Q_OBJECT
 
-private slots:
-    void init();
-    void cleanup();
+public:
+    TestLockConfigDlg()
+        : SmallDialogTest(design())
+    {
+    }
 
+protected:
+    std::unique_ptr<QDialog> makeDialog() override
+    {
+        return std::make_unique<LockConfigDlg>(m_channel.get(), nullptr);
+    }
+    int exec(QDialog *dialog) override
+    {
+        return qobject_cast<LockConfigDlg *>(dialog)->update_and_exec("hall");
+    }
+    void scriptAnswers() override { m_channel->answer("config desc_of_config hall", "main hall"); }
+    void fillIn(QDialog *dialog) override
+    {
+        type(dialog, "lineEdit_new_password", "secret");
+        type(dialog, "lineEdit_new_password_repeat", "secret");
+    }
+
+private slots:
     void theFormIsAsDesigned();
-    void everyWidgetIsAsDesigned_data();
-    void everyWidgetIsAsDesigned();
-    void thePasswordHasTheFocus();
-    void theTabKeyLeadsThroughTheForm();
 
     void theLabelNamesTheConfiguration_data();
     void theLabelNamesTheConfiguration();
     void aFailedQueryLeavesTheNameOut();
     void matchingEntriesAreSentOnce();
     void theEnterKeyMeansOk();
-    void givingUpSendsNothing_data();
-    void givingUpSendsNothing();
     void badEntriesAreRefusedAndStay_data();
     void badEntriesAreRefusedAndStay();
     void aRefusedCommandIsNotNoticed();
@@ -88,33 +118,7 @@ private slots:
     void aHundredCharactersAreTheLimit();
     void theHostMayDestroyItUnderAWarning_data();
     void theHostMayDestroyItUnderAWarning();
-
-private:
-    int runDialog(const Action &action);
-
-    std::unique_ptr<ScriptedChannel> m_channel;
-    std::unique_ptr<ModalDriver> m_driver;
 };
-
-void TestLockConfigDlg::init()
-{
-    m_channel = std::make_unique<ScriptedChannel>();
-    m_channel->answer("config desc_of_config hall", "main hall");
-    m_driver = std::make_unique<ModalDriver>();
-}
-
-void TestLockConfigDlg::cleanup()
-{
-    m_driver->verify();
-    QCOMPARE(QApplication::topLevelWidgets().size(), 0);
-}
-
-int TestLockConfigDlg::runDialog(const Action &action)
-{
-    m_driver->expectDialog("LockConfigurationDialog", action);
-    LockConfigDlg dialog(m_channel.get(), nullptr);
-    return dialog.update_and_exec("hall");
-}
 
 void TestLockConfigDlg::theFormIsAsDesigned()
 {
@@ -147,77 +151,6 @@ void TestLockConfigDlg::theFormIsAsDesigned()
         QCOMPARE(field->maxLength(), 100);
         QCOMPARE(field->validator(), password->validator());
     }
-}
-
-void TestLockConfigDlg::everyWidgetIsAsDesigned_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("whatsThis");
-    QTest::newRow("label_configuration") << "QLabel"
-                                         << "set passwort for configuration"
-                                         << "";
-    QTest::newRow("label") << "QLabel"
-                           << ""
-                           << "";
-    QTest::newRow("label_new_password") << "QLabel"
-                                        << "new password"
-                                        << "Input the description of the configuration";
-    QTest::newRow("lineEdit_new_password") << "QLineEdit"
-                                           << ""
-                                           << "Input a new password for the configuration";
-    QTest::newRow("label_new_password_repeat") << "QLabel"
-                                               << "new password repeat"
-                                               << "Input the owner of the configuraton";
-    QTest::newRow("lineEdit_new_password_repeat") << "QLineEdit"
-                                                  << ""
-                                                  << "Repeat the new password of the configuraton";
-    QTest::newRow("label_2") << "QLabel"
-                             << ""
-                             << "";
-    QTest::newRow("pushButton_ok") << "QPushButton"
-                                   << "OK"
-                                   << "Create the new password and lock the configuration";
-    QTest::newRow("pushButton_cancel") << "QPushButton"
-                                       << "Cancel"
-                                       << "Close without creating password";
-}
-
-void TestLockConfigDlg::everyWidgetIsAsDesigned()
-{
-    QFETCH(const QString, kind);
-    QFETCH(const QString, text);
-    QFETCH(const QString, whatsThis);
-    const LockConfigDlg dialog(m_channel.get(), nullptr);
-    const QWidget *widget = UserInput::widgetNamed(&dialog, QTest::currentDataTag());
-    QCOMPARE(QString(widget->metaObject()->className()), kind);
-    QCOMPARE(widget->property("text").toString(), text);
-    QCOMPARE(widget->whatsThis(), whatsThis);
-}
-
-void TestLockConfigDlg::thePasswordHasTheFocus()
-{
-    QString focused;
-    runDialog([&focused](QDialog *dialog) {
-        focused = focusOf(dialog);
-        dialog->reject();
-    });
-    QCOMPARE(focused, "lineEdit_new_password");
-}
-
-void TestLockConfigDlg::theTabKeyLeadsThroughTheForm()
-{
-    QStringList visited;
-    runDialog([&visited](QDialog *dialog) {
-        for (int i = 0; i < 4; ++i) {
-            press(dialog, Qt::Key_Tab);
-            visited << focusOf(dialog);
-        }
-        dialog->reject();
-    });
-    QCOMPARE(visited,
-             QStringList({"lineEdit_new_password_repeat", "pushButton_ok", "pushButton_cancel",
-                          "lineEdit_new_password"}));
 }
 
 void TestLockConfigDlg::theLabelNamesTheConfiguration_data()
@@ -275,26 +208,6 @@ void TestLockConfigDlg::theEnterKeyMeansOk()
     });
     QCOMPARE(result, int(QDialog::Accepted));
     QCOMPARE(m_channel->trace(), locking("secret"));
-}
-
-void TestLockConfigDlg::givingUpSendsNothing_data()
-{
-    QTest::addColumn<Action>("giveUp");
-    QTest::newRow("Cancel") << Action([](QDialog *dialog) { click(dialog, "pushButton_cancel"); });
-    QTest::newRow("Escape") << Action([](QDialog *dialog) { press(dialog, Qt::Key_Escape); });
-    QTest::newRow("close button") << Action([](QDialog *dialog) { dialog->close(); });
-}
-
-void TestLockConfigDlg::givingUpSendsNothing()
-{
-    QFETCH(const Action, giveUp);
-    const int result = runDialog([&giveUp](QDialog *dialog) {
-        type(dialog, "lineEdit_new_password", "secret");
-        type(dialog, "lineEdit_new_password_repeat", "secret");
-        giveUp(dialog);
-    });
-    QCOMPARE(result, int(QDialog::Rejected));
-    QCOMPARE(m_channel->trace(), reading);
 }
 
 void TestLockConfigDlg::badEntriesAreRefusedAndStay_data()

@@ -1,6 +1,5 @@
 #include "dialogs/newconfigurationdlg.h"
-#include "tests/support/modaldriver.h"
-#include "tests/support/scriptedchannel.h"
+#include "tests/dialogs/smalldialogtest.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
@@ -20,9 +19,6 @@ using UserInput::named;
 using UserInput::press;
 using UserInput::textOf;
 using UserInput::type;
-
-using Action = std::function<void(QDialog *)>;
-Q_DECLARE_METATYPE(Action)
 
 namespace {
 
@@ -52,21 +48,52 @@ void createHall(QDialog *dialog)
     click(dialog, "pushButton_create");
 }
 
+SmallDialogTest::Design design()
+{
+    return {"NewConfigurationDialog",
+            {{"label", "QLabel", "de&scription", "Input the description of the configuration"},
+             {"lineEdit_desc", "QLineEdit", "", "Input the description of the configuration"},
+             {"label_2", "QLabel", "&owner", "Input the owner of the configuraton"},
+             {"lineEdit_owner", "QLineEdit", "", "Input the owner of the configuraton"},
+             {"radioButton_clone", "QRadioButton", "clo&ne current configuration",
+              "Clone current configuration or create a new one"},
+             {"radioButton_new", "QRadioButton", "create with &default values",
+              "Clone current configuration or create a new one"},
+             {"line", "QFrame", "", ""},
+             {"pushButton_create", "QPushButton", "&Create", "Create configuration and close"},
+             {"pushButton_2", "QPushButton", "Cancel", "Close without creating a configuration"}},
+            {"lineEdit_desc", "lineEdit_owner", "radioButton_clone", "pushButton_create",
+             "pushButton_2"},
+            "pushButton_2",
+            {}};
+}
+
 } // namespace
 
-class TestNewConfigurationDlg : public QObject
+class TestNewConfigurationDlg : public SmallDialogTest
 {
     Q_OBJECT
 
-private slots:
-    void init();
-    void cleanup();
+public:
+    TestNewConfigurationDlg()
+        : SmallDialogTest(design())
+    {
+    }
 
+protected:
+    std::unique_ptr<QDialog> makeDialog() override
+    {
+        return std::make_unique<NewConfigurationDlg>(m_channel.get(), nullptr);
+    }
+    int exec(QDialog *dialog) override
+    {
+        return qobject_cast<NewConfigurationDlg *>(dialog)->update_and_exec();
+    }
+    void scriptAnswers() override { m_channel->answer("config active_config", "standard"); }
+    void fillIn(QDialog *dialog) override { type(dialog, "lineEdit_desc", "hall"); }
+
+private slots:
     void theFormIsAsDesigned();
-    void everyWidgetIsAsDesigned_data();
-    void everyWidgetIsAsDesigned();
-    void theDescriptionHasTheFocus();
-    void theTabKeyLeadsThroughTheForm();
     void aMnemonicReachesTheOwner();
 
     void theActiveConfigurationIsCloned();
@@ -75,8 +102,6 @@ private slots:
     void blanksAreADescription();
     void twoConfigurationsNeverShareAnIdentifier();
     void theEnterKeyCreates();
-    void givingUpSendsNothing_data();
-    void givingUpSendsNothing();
     void anEmptyDescriptionIsRefusedAndTheInputStays();
 
     void everyCommandIsSentWhateverFails_data();
@@ -89,33 +114,7 @@ private slots:
     void onlyPermittedCharactersCanBeTyped();
     void aHundredCharactersAreTheLimit();
     void theHostMayDestroyItUnderTheWarning();
-
-private:
-    int runDialog(const Action &action);
-
-    std::unique_ptr<ScriptedChannel> m_channel;
-    std::unique_ptr<ModalDriver> m_driver;
 };
-
-void TestNewConfigurationDlg::init()
-{
-    m_channel = std::make_unique<ScriptedChannel>();
-    m_channel->answer("config active_config", "standard");
-    m_driver = std::make_unique<ModalDriver>();
-}
-
-void TestNewConfigurationDlg::cleanup()
-{
-    m_driver->verify();
-    QCOMPARE(QApplication::topLevelWidgets().size(), 0);
-}
-
-int TestNewConfigurationDlg::runDialog(const Action &action)
-{
-    m_driver->expectDialog("NewConfigurationDialog", action);
-    NewConfigurationDlg dialog(m_channel.get(), nullptr);
-    return dialog.update_and_exec();
-}
 
 void TestNewConfigurationDlg::theFormIsAsDesigned()
 {
@@ -137,74 +136,6 @@ void TestNewConfigurationDlg::theFormIsAsDesigned()
     QVERIFY(dialog.findChild<QVBoxLayout *>("verticalLayout"));
     QVERIFY(dialog.findChild<QGridLayout *>("gridLayout"));
     QVERIFY(dialog.findChild<QHBoxLayout *>("horizontalLayout"));
-}
-
-void TestNewConfigurationDlg::everyWidgetIsAsDesigned_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("whatsThis");
-    const QString description = "Input the description of the configuration";
-    const QString owner = "Input the owner of the configuraton";
-    const QString source = "Clone current configuration or create a new one";
-    QTest::newRow("label") << "QLabel"
-                           << "de&scription" << description;
-    QTest::newRow("lineEdit_desc") << "QLineEdit"
-                                   << "" << description;
-    QTest::newRow("label_2") << "QLabel"
-                             << "&owner" << owner;
-    QTest::newRow("lineEdit_owner") << "QLineEdit"
-                                    << "" << owner;
-    QTest::newRow("radioButton_clone") << "QRadioButton"
-                                       << "clo&ne current configuration" << source;
-    QTest::newRow("radioButton_new") << "QRadioButton"
-                                     << "create with &default values" << source;
-    QTest::newRow("line") << "QFrame"
-                          << ""
-                          << "";
-    QTest::newRow("pushButton_create") << "QPushButton"
-                                       << "&Create"
-                                       << "Create configuration and close";
-    QTest::newRow("pushButton_2") << "QPushButton"
-                                  << "Cancel"
-                                  << "Close without creating a configuration";
-}
-
-void TestNewConfigurationDlg::everyWidgetIsAsDesigned()
-{
-    QFETCH(const QString, kind);
-    QFETCH(const QString, text);
-    QFETCH(const QString, whatsThis);
-    const NewConfigurationDlg dialog(m_channel.get(), nullptr);
-    const QWidget *widget = UserInput::widgetNamed(&dialog, QTest::currentDataTag());
-    QCOMPARE(QString(widget->metaObject()->className()), kind);
-    QCOMPARE(widget->property("text").toString(), text);
-    QCOMPARE(widget->whatsThis(), whatsThis);
-}
-
-void TestNewConfigurationDlg::theDescriptionHasTheFocus()
-{
-    QString focused;
-    runDialog([&focused](QDialog *dialog) {
-        focused = focusOf(dialog);
-        dialog->reject();
-    });
-    QCOMPARE(focused, "lineEdit_desc");
-}
-
-void TestNewConfigurationDlg::theTabKeyLeadsThroughTheForm()
-{
-    QStringList visited;
-    runDialog([&visited](QDialog *dialog) {
-        for (int i = 0; i < 5; ++i) {
-            press(dialog, Qt::Key_Tab);
-            visited << focusOf(dialog);
-        }
-        dialog->reject();
-    });
-    QCOMPARE(visited,
-             QStringList({"lineEdit_owner", "radioButton_clone", "pushButton_create",
-                          "pushButton_2", "lineEdit_desc"}));
 }
 
 void TestNewConfigurationDlg::aMnemonicReachesTheOwner()
@@ -287,25 +218,6 @@ void TestNewConfigurationDlg::theEnterKeyCreates()
     QCOMPARE(result, int(QDialog::Accepted));
     QCOMPARE(withoutStamp(m_channel->trace()),
              creation("clone_config configSTAMP standard", "", "hall"));
-}
-
-void TestNewConfigurationDlg::givingUpSendsNothing_data()
-{
-    QTest::addColumn<Action>("giveUp");
-    QTest::newRow("Cancel") << Action([](QDialog *dialog) { click(dialog, "pushButton_2"); });
-    QTest::newRow("Escape") << Action([](QDialog *dialog) { press(dialog, Qt::Key_Escape); });
-    QTest::newRow("close button") << Action([](QDialog *dialog) { dialog->close(); });
-}
-
-void TestNewConfigurationDlg::givingUpSendsNothing()
-{
-    QFETCH(const Action, giveUp);
-    const int result = runDialog([&giveUp](QDialog *dialog) {
-        type(dialog, "lineEdit_desc", "hall");
-        giveUp(dialog);
-    });
-    QCOMPARE(result, int(QDialog::Rejected));
-    QCOMPARE(m_channel->trace(), QStringList());
 }
 
 void TestNewConfigurationDlg::anEmptyDescriptionIsRefusedAndTheInputStays()

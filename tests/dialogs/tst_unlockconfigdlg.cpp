@@ -1,10 +1,8 @@
 #include "dialogs/unlockconfigdlg.h"
-#include "tests/support/modaldriver.h"
-#include "tests/support/scriptedchannel.h"
+#include "tests/dialogs/smalldialogtest.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -19,9 +17,6 @@ using UserInput::named;
 using UserInput::press;
 using UserInput::textOf;
 using UserInput::type;
-
-using Action = std::function<void(QDialog *)>;
-Q_DECLARE_METATYPE(Action)
 
 namespace {
 
@@ -72,21 +67,57 @@ void enterSuperSecret(QDialog *dialog)
     enterSecret(dialog);
 }
 
+SmallDialogTest::Design design()
+{
+    return {
+        "UnlockConfigurationDialog",
+        {{"label_configuration", "QLabel", "unlock configuration []:", ""},
+         {"label_4", "QLabel", "", ""},
+         {"label", "QLabel", "password:", "Input the password of the configuration"},
+         {"lineEdit_password", "QLineEdit", "", "Input the password of the configuration"},
+         {"checkBox_use_super_password", "QCheckBox", "super password",
+          "Use super password to unlock the configuration"},
+         {"label_5", "QLabel", "", ""},
+         {"label_description", "QLabel", "", ""},
+         {"label_3", "QLabel", "", ""},
+         {"pushButton_ok", "QPushButton", "OK",
+          "Unlock the configuration using the given password and close the dialog"},
+         {"pushButton_cancel", "QPushButton", "Cancel", "Close the dialog"}},
+        {"lineEdit_password", "checkBox_use_super_password", "pushButton_ok", "pushButton_cancel"},
+        "pushButton_cancel",
+        reading};
+}
+
 } // namespace
 
-class TestUnlockConfigDlg : public QObject
+class TestUnlockConfigDlg : public SmallDialogTest
 {
     Q_OBJECT
 
-private slots:
-    void init();
-    void cleanup();
+public:
+    TestUnlockConfigDlg()
+        : SmallDialogTest(design())
+    {
+    }
 
+protected:
+    std::unique_ptr<QDialog> makeDialog() override
+    {
+        return std::make_unique<UnlockConfigDlg>(m_channel.get(), nullptr);
+    }
+    int exec(QDialog *dialog) override
+    {
+        return qobject_cast<UnlockConfigDlg *>(dialog)->update_and_exec("hall");
+    }
+    void scriptAnswers() override
+    {
+        m_channel->answer("config desc_of_config hall", "main hall");
+        m_channel->answer("config is_changeable", "yes");
+    }
+    void fillIn(QDialog *dialog) override { type(dialog, "lineEdit_password", "secret"); }
+
+private slots:
     void theFormIsAsDesigned();
-    void everyWidgetIsAsDesigned_data();
-    void everyWidgetIsAsDesigned();
-    void thePasswordHasTheFocus();
-    void theTabKeyLeadsThroughTheForm();
 
     void theLabelNamesTheConfiguration_data();
     void theLabelNamesTheConfiguration();
@@ -96,8 +127,6 @@ private slots:
     void theRightSuperPasswordUnlocksAndIsWithdrawn();
     void theEnterKeyMeansOk();
     void theEnterKeyOnCancelCancels();
-    void givingUpSendsNothing_data();
-    void givingUpSendsNothing();
     void anEmptyPasswordIsRefused();
     void onlyYesMeansChangeable_data();
     void onlyYesMeansChangeable();
@@ -114,34 +143,7 @@ private slots:
     void aHundredCharactersAreTheLimit();
     void theHostMayDestroyItUnderAWarning_data();
     void theHostMayDestroyItUnderAWarning();
-
-private:
-    int runDialog(const Action &action);
-
-    std::unique_ptr<ScriptedChannel> m_channel;
-    std::unique_ptr<ModalDriver> m_driver;
 };
-
-void TestUnlockConfigDlg::init()
-{
-    m_channel = std::make_unique<ScriptedChannel>();
-    m_channel->answer("config desc_of_config hall", "main hall");
-    m_channel->answer("config is_changeable", "yes");
-    m_driver = std::make_unique<ModalDriver>();
-}
-
-void TestUnlockConfigDlg::cleanup()
-{
-    m_driver->verify();
-    QCOMPARE(QApplication::topLevelWidgets().size(), 0);
-}
-
-int TestUnlockConfigDlg::runDialog(const Action &action)
-{
-    m_driver->expectDialog("UnlockConfigurationDialog", action);
-    UnlockConfigDlg dialog(m_channel.get(), nullptr);
-    return dialog.update_and_exec("hall");
-}
 
 void TestUnlockConfigDlg::theFormIsAsDesigned()
 {
@@ -170,81 +172,6 @@ void TestUnlockConfigDlg::theFormIsAsDesigned()
     QCOMPARE(nameAt(1, 0), "label_5");
     QCOMPARE(nameAt(1, 1), "label_description");
     QCOMPARE(nameAt(1, 2), "label_description");
-}
-
-void TestUnlockConfigDlg::everyWidgetIsAsDesigned_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("whatsThis");
-    const QString password = "Input the password of the configuration";
-    QTest::newRow("label_configuration") << "QLabel"
-                                         << "unlock configuration []:"
-                                         << "";
-    QTest::newRow("label_4") << "QLabel"
-                             << ""
-                             << "";
-    QTest::newRow("label") << "QLabel"
-                           << "password:" << password;
-    QTest::newRow("lineEdit_password") << "QLineEdit"
-                                       << "" << password;
-    QTest::newRow("checkBox_use_super_password")
-        << "QCheckBox"
-        << "super password"
-        << "Use super password to unlock the configuration";
-    QTest::newRow("label_5") << "QLabel"
-                             << ""
-                             << "";
-    QTest::newRow("label_description") << "QLabel"
-                                       << ""
-                                       << "";
-    QTest::newRow("label_3") << "QLabel"
-                             << ""
-                             << "";
-    QTest::newRow("pushButton_ok")
-        << "QPushButton"
-        << "OK"
-        << "Unlock the configuration using the given password and close the dialog";
-    QTest::newRow("pushButton_cancel") << "QPushButton"
-                                       << "Cancel"
-                                       << "Close the dialog";
-}
-
-void TestUnlockConfigDlg::everyWidgetIsAsDesigned()
-{
-    QFETCH(const QString, kind);
-    QFETCH(const QString, text);
-    QFETCH(const QString, whatsThis);
-    const UnlockConfigDlg dialog(m_channel.get(), nullptr);
-    const QWidget *widget = UserInput::widgetNamed(&dialog, QTest::currentDataTag());
-    QCOMPARE(QString(widget->metaObject()->className()), kind);
-    QCOMPARE(widget->property("text").toString(), text);
-    QCOMPARE(widget->whatsThis(), whatsThis);
-}
-
-void TestUnlockConfigDlg::thePasswordHasTheFocus()
-{
-    QString focused;
-    runDialog([&focused](QDialog *dialog) {
-        focused = focusOf(dialog);
-        dialog->reject();
-    });
-    QCOMPARE(focused, "lineEdit_password");
-}
-
-void TestUnlockConfigDlg::theTabKeyLeadsThroughTheForm()
-{
-    QStringList visited;
-    runDialog([&visited](QDialog *dialog) {
-        for (int i = 0; i < 4; ++i) {
-            press(dialog, Qt::Key_Tab);
-            visited << focusOf(dialog);
-        }
-        dialog->reject();
-    });
-    QCOMPARE(visited,
-             QStringList({"checkBox_use_super_password", "pushButton_ok", "pushButton_cancel",
-                          "lineEdit_password"}));
 }
 
 void TestUnlockConfigDlg::theLabelNamesTheConfiguration_data()
@@ -311,25 +238,6 @@ void TestUnlockConfigDlg::theEnterKeyOnCancelCancels()
         type(dialog, "lineEdit_password", "secret");
         named<QPushButton>(dialog, "pushButton_cancel")->setFocus();
         press(dialog, Qt::Key_Return);
-    });
-    QCOMPARE(result, int(QDialog::Rejected));
-    QCOMPARE(m_channel->trace(), reading);
-}
-
-void TestUnlockConfigDlg::givingUpSendsNothing_data()
-{
-    QTest::addColumn<Action>("giveUp");
-    QTest::newRow("Cancel") << Action([](QDialog *dialog) { click(dialog, "pushButton_cancel"); });
-    QTest::newRow("Escape") << Action([](QDialog *dialog) { press(dialog, Qt::Key_Escape); });
-    QTest::newRow("close button") << Action([](QDialog *dialog) { dialog->close(); });
-}
-
-void TestUnlockConfigDlg::givingUpSendsNothing()
-{
-    QFETCH(const Action, giveUp);
-    const int result = runDialog([&giveUp](QDialog *dialog) {
-        type(dialog, "lineEdit_password", "secret");
-        giveUp(dialog);
     });
     QCOMPARE(result, int(QDialog::Rejected));
     QCOMPARE(m_channel->trace(), reading);

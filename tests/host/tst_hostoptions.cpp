@@ -27,6 +27,7 @@ private slots:
         QVERIFY(options);
         QVERIFY(!options->isObserver);
         QVERIFY(!options->isDark);
+        QCOMPARE(options->fontSize, 0);
         QCOMPARE(versionText(options->interfaceVersion), QStringLiteral("1.27.0"));
         QCOMPARE(versionText(options->ptVersion), QStringLiteral("4.2.0"));
         QCOMPARE(versionText(options->ctVersion), QStringLiteral("4.1.0"));
@@ -43,10 +44,10 @@ private slots:
 
     void everyOptionIsTaken()
     {
-        const auto options =
-            parse({"--observer", "--dark", "--interface-version", "1.9", "--pt-version", "v3.1.2",
-                   "--ct-version=5", "--model", "Tracker \"X\"", "--host-version", "v3.0",
-                   "--latency", "250", "--state", "lab.json", "--plugin", "/tmp/m.so"});
+        const auto options = parse(
+            {"--observer", "--dark", "--interface-version", "1.9", "--pt-version", "v3.1.2",
+             "--ct-version=5", "--model", "Tracker \"X\"", "--host-version", "v3.0", "--latency",
+             "250", "--state", "lab.json", "--plugin", "/tmp/m.so", "--font-size", "14"});
         QVERIFY(options);
         QVERIFY(options->isObserver);
         QVERIFY(options->isDark);
@@ -57,6 +58,7 @@ private slots:
         QCOMPARE(options->systemModel, QStringLiteral("Tracker \"X\""));
         QCOMPARE(options->hostVersion, QStringLiteral("v3.0"));
         QCOMPARE(options->latencyMs, 250);
+        QCOMPARE(options->fontSize, 14);
         QCOMPARE(options->stateFile, QStringLiteral("lab.json"));
         QCOMPARE(options->pluginFile, QStringLiteral("/tmp/m.so"));
     }
@@ -91,6 +93,8 @@ private slots:
         QTest::newRow("word as latency") << QStringList{"--latency", "fast"} << "--latency";
         QTest::newRow("negative latency") << QStringList{"--latency", "-1"} << "--latency";
         QTest::newRow("endless latency") << QStringList{"--latency", "600001"} << "--latency";
+        QTest::newRow("no font at all") << QStringList{"--font-size", "0"} << "--font-size";
+        QTest::newRow("endless font") << QStringList{"--font-size", "73"} << "--font-size";
         QTest::newRow("tour of a kept state")
             << QStringList{"--tour", "x", "--state", "y"} << "--state";
         QTest::newRow("tour as observer")

@@ -29,8 +29,9 @@ private:
         return texts;
     }
 
-    const QVector<LogColumn> m_columns{{QStringLiteral("Number"), 5, Qt::AlignRight},
-                                       {QStringLiteral("Text"), 5}};
+    const QVector<LogColumn> m_columns{
+        {QStringLiteral("Number"), QStringLiteral("00000"), Qt::AlignRight},
+        {QStringLiteral("Text"), QStringLiteral("00000")}};
 
 private slots:
     void rowsAppearTogetherAtTheNextTurnOfTheEventLoop()

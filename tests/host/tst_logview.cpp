@@ -30,7 +30,8 @@ private slots:
     void init()
     {
         m_model = std::make_unique<LogModel>(
-            QVector<LogColumn>{{QStringLiteral("Command")}, {QStringLiteral("Answer")}}, 1000);
+            QVector<LogColumn>{{QStringLiteral("Command"), {}}, {QStringLiteral("Answer"), {}}},
+            1000);
         m_view = std::make_unique<LogView>(m_model.get(), "commands", "Nothing yet.");
         m_table = m_view->findChild<LogTable *>("tableView_commands");
         m_filter = m_view->findChild<QLineEdit *>("lineEdit_commands_filter");
@@ -100,12 +101,22 @@ private slots:
         QCOMPARE(bar->value(), 3);
     }
 
+    void theTableFollowsItsEndAlsoWhenItForgets_data()
+    {
+        QTest::addColumn<int>("currentRow"); // it is forgotten with the others
+        QTest::newRow("nobody has used it") << -1;
+        QTest::newRow("it has had the focus") << 0;
+    }
+
     void theTableFollowsItsEndAlsoWhenItForgets()
     {
+        QFETCH(const int, currentRow);
         for (int i = 0; i < 1000; ++i) {
             m_model->append({{QString::number(i)}, false});
         }
         QCoreApplication::processEvents();
+        m_table->setCurrentIndex(m_table->model()->index(currentRow, 0));
+        m_table->scrollToBottom();
         append({"last"});
         QVERIFY(m_table->model()->rowCount() < 1000);
         QCoreApplication::processEvents();

@@ -292,7 +292,6 @@ void TestConfigSaveDlg::theTabOrderFollowsTheLayout()
     showSelection([&] {
         selectRows({1}); // so that all buttons are enabled
         table()->setFocus();
-        table()->setTabKeyNavigation(false); // within the table Tab goes from cell to cell
         for (const char *name : order) {
             QCOMPARE(m_dialog->focusWidget()->objectName(), QString(name));
             QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Tab);

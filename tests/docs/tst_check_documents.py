@@ -1,0 +1,82 @@
+#!/usr/bin/env python3
+"""The check of the documents finds what is wrong, and nothing else."""
+
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+CHECK = Path(__file__).resolve().with_name("check-documents")
+USAGE = """#!/bin/sh
+echo 'usage: ./dev COMMAND'
+echo '  test             all that
+                   has to be right'
+"""
+PROGRAM = "#!/bin/sh\necho '  --dark  Show everything in dark colours.'\n"
+
+
+class TestCheckDocuments(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = Path(folder.name)
+        self.write("dev", USAGE).chmod(0o755)
+        self.write("program", PROGRAM).chmod(0o755)
+        self.write("docs/guide.md", "# Guide\n\n## By hand, and by the day\n")
+        self.write("tests/transfer/tst_upload.cpp", "")
+
+    def write(self, path, text):
+        file = self.root / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(text, encoding="utf-8")
+        return file
+
+    def problems_of(self, text):
+        self.write("README.md", text)
+        result = subprocess.run([sys.executable, CHECK, self.root, self.root / "program"],
+                                capture_output=True, text=True, timeout=60)
+        self.assertEqual(result.stderr, "")
+        return result.returncode, result.stdout.strip()
+
+    def expect_problem(self, text, problem):
+        self.assertEqual(self.problems_of(text), (1, f"README.md: {problem}"))
+
+    def test_what_exists_may_be_named(self):
+        code, output = self.problems_of(
+            "`./dev test`, `docs/guide.md`, `tests/transfer/`, `program --dark`, `tst_upload`,\n"
+            "[there](docs/guide.md#by-hand-and-by-the-day), [elsewhere](https://example.com/x)\n")
+        self.assertEqual((code, output), (0, "All that the documents name exists."))
+
+    def test_missing_file(self):
+        self.expect_problem("`docs/other.md`", "there is no docs/other.md")
+
+    def test_missing_folder(self):
+        self.expect_problem("`transfer/`", "there is no transfer/")
+
+    def test_missing_test(self):
+        self.expect_problem("build/release/bin/tst_download", "there is no test tst_download")
+
+    def test_missing_command(self):
+        self.expect_problem("    ./dev has", "there is no ./dev has")
+
+    def test_missing_option(self):
+        self.expect_problem("    program --light", "no program has the option --light")
+
+    def test_dead_link(self):
+        self.expect_problem("[x](docs/other.md)", "the link docs/other.md leads nowhere")
+
+    def test_missing_picture(self):
+        self.expect_problem("![x](docs/x.png)", "the link docs/x.png leads nowhere")
+
+    def test_missing_heading(self):
+        self.expect_problem("[x](docs/guide.md#nowhere)",
+                            "the link docs/guide.md#nowhere leads to no heading")
+
+    def test_picture_that_nobody_shows(self):
+        self.write("docs/pictures/old.png", "")
+        self.assertEqual(self.problems_of(""), (1, "docs/pictures/old.png: no document shows it"))
+
+
+if __name__ == "__main__":
+    unittest.main()
