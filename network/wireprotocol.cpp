@@ -92,9 +92,10 @@ std::optional<WireProtocol::Answer> WireProtocol::readAnswer(const QByteArray &l
         return {};
     }
     const int blank = numbered->text.indexOf(' ');
-    const QByteArray word = numbered->text.left(blank);
+    const bool isBare = blank < 0;
+    const QByteArray word = isBare ? numbered->text : numbered->text.left(blank);
     const QByteArray text =
-        blank < 0 ? QByteArray() : QByteArray::fromPercentEncoding(numbered->text.mid(blank + 1));
+        isBare ? QByteArray() : QByteArray::fromPercentEncoding(numbered->text.mid(blank + 1));
     if (word == "ok") {
         return Answer{numbered->id, Reply{true, text, {}}};
     }
