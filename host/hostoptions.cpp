@@ -25,6 +25,7 @@ private:
     HostOptions readValues();
     Version version(const QCommandLineOption &option);
     int latency();
+    std::optional<HostPort> controller();
     void checkCombinations();
     void complain(const QString &problem);
 
@@ -35,6 +36,10 @@ private:
                                        tr("Print the program's version.")};
     const QCommandLineOption m_observer{
         QStringLiteral("observer"), tr("Run in observer mode, in which modules offer no actions.")};
+    const QCommandLineOption m_controller{
+        QStringLiteral("controller"),
+        tr("Connect to the controller at this address, instead of simulating one."),
+        tr("host:port")};
     const QCommandLineOption m_interfaceVersion{
         QStringLiteral("interface-version"), tr("Version of the controller's command interface."),
         tr("version"), versionText(m_defaults.interfaceVersion)};
@@ -76,9 +81,9 @@ HostCommandLine::HostCommandLine()
 {
     m_parser.setApplicationDescription(
         tr("Shows modules of the VELTRA4 front end against a simulated controller."));
-    m_parser.addOptions({m_help, m_version, m_plugin, m_state, m_latency, m_fail, m_observer,
-                         m_interfaceVersion, m_ptVersion, m_ctVersion, m_model, m_hostVersion,
-                         m_dark, m_tour});
+    m_parser.addOptions({m_help, m_version, m_plugin, m_controller, m_state, m_latency, m_fail,
+                         m_observer, m_interfaceVersion, m_ptVersion, m_ctVersion, m_model,
+                         m_hostVersion, m_dark, m_tour});
 }
 
 std::optional<HostOptions> HostCommandLine::read(const QStringList &arguments, QString *problem)
@@ -118,6 +123,7 @@ HostOptions HostCommandLine::readValues()
     options.systemModel = m_parser.value(m_model);
     options.hostVersion = m_parser.value(m_hostVersion);
     options.latencyMs = latency();
+    options.controller = controller();
     options.failureRules = m_parser.values(m_fail);
     options.stateFile = m_parser.value(m_state);
     options.isDark = m_parser.isSet(m_dark);
@@ -150,8 +156,26 @@ int HostCommandLine::latency()
     return milliseconds;
 }
 
+std::optional<HostPort> HostCommandLine::controller()
+{
+    const QString text = m_parser.value(m_controller);
+    const std::optional<HostPort> controller = HostPort::fromText(text);
+    if (m_parser.isSet(m_controller) && !controller) {
+        complain(tr("--controller wants HOST:PORT, such as tracker:4711 or [::1]:4711, not \"%1\".")
+                     .arg(text));
+    }
+    return controller;
+}
+
 void HostCommandLine::checkCombinations()
 {
+    for (const QCommandLineOption &option : {m_state, m_latency, m_fail, m_tour}) {
+        if (m_parser.isSet(option) && m_parser.isSet(m_controller)) {
+            complain(tr("--%1 is for the simulated controller in the host, so it goes without "
+                        "--controller.")
+                         .arg(option.names().constFirst()));
+        }
+    }
     for (const QCommandLineOption &option : {m_state, m_plugin, m_tour}) {
         if (m_parser.isSet(option) && m_parser.value(option).isEmpty()) {
             complain(tr("--%1 wants a path.").arg(option.names().constFirst()));
