@@ -16,10 +16,10 @@ QString translated(const char *text)
 
 } // namespace
 
-NetworkLink::NetworkLink(const HostPort &controller, double timeoutScale)
+NetworkLink::NetworkLink(const HostPort &controller)
     : m_controller(controller)
-    , m_moduleChannel(controller, timeoutScale)
-    , m_hostChannel(controller, timeoutScale)
+    , m_moduleChannel(controller)
+    , m_hostChannel(controller)
 {
     m_hostChannel.setTimeout(0, hostTimeoutMs, 0);
     m_moduleChannel.setContactCallback([this] { follow(m_moduleChannel.contact()); });

@@ -8,8 +8,7 @@ class NetworkLink final : public ControllerLink
 {
 public:
     /// Connects when there is something to ask.
-    /// @param timeoutScale  what all time-outs are multiplied with, for tests
-    explicit NetworkLink(const HostPort &controller, double timeoutScale = 1);
+    explicit NetworkLink(const HostPort &controller);
     Q_DISABLE_COPY_MOVE(NetworkLink)
 
     LineChannel &moduleChannel() override { return m_moduleChannel; }

@@ -21,10 +21,8 @@ int remainingMs(const QDeadlineTimer &deadline)
 
 } // namespace
 
-NetworkChannel::NetworkChannel(const HostPort &controller, double timeoutScale)
+NetworkChannel::NetworkChannel(const HostPort &controller)
     : m_controller(controller)
-    , m_timeoutScale(timeoutScale)
-    , m_timeoutMs(scaled(defaultTimeoutMs))
 {
     m_socket.setProxy(QNetworkProxy::NoProxy);
     m_socket.setReadBufferSize(readBufferSize);
@@ -41,7 +39,7 @@ NetworkChannel::~NetworkChannel()
 
 int NetworkChannel::setTimeout(int channel, int milliseconds, int flag)
 {
-    m_timeoutMs = scaled(std::max(0, milliseconds));
+    m_timeoutMs = std::max(0, milliseconds);
     if (observer() != nullptr) {
         observer()->timeoutSet(channel, milliseconds, flag);
     }
@@ -50,7 +48,7 @@ int NetworkChannel::setTimeout(int channel, int milliseconds, int flag)
 
 int NetworkChannel::transact(Operation /*operation*/, const QByteArray &command, QByteArray *answer)
 {
-    const QDeadlineTimer deadline(m_timeoutMs);
+    const QDeadlineTimer deadline(scaled(m_timeoutMs));
     lookForNews();
     if (!m_silence.hasExpired()) {
         return failed(TimedOut, QStringLiteral("the controller is silent"));
@@ -174,7 +172,7 @@ int NetworkChannel::timedOut()
         m_silence.setRemainingTime(scaled(silencePauseMs));
     }
     setContact(Contact::Silent);
-    return failed(TimedOut, QStringLiteral("no answer within %1 ms").arg(m_timeoutMs));
+    return failed(TimedOut, QStringLiteral("no answer within %1 ms").arg(scaled(m_timeoutMs)));
 }
 
 int NetworkChannel::broken(Result result, const QString &reason)
@@ -204,5 +202,5 @@ void NetworkChannel::setContact(Contact contact)
 
 int NetworkChannel::scaled(int milliseconds) const
 {
-    return static_cast<int>(milliseconds * m_timeoutScale);
+    return static_cast<int>(milliseconds * m_timeScale);
 }

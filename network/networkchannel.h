@@ -42,10 +42,12 @@ public:
     enum class Contact { Unknown, Connected, Silent, Lost };
 
     /// Connects with the first command.
-    /// @param timeoutScale  what all time-outs and pauses are multiplied with, for tests
-    explicit NetworkChannel(const HostPort &controller, double timeoutScale = 1);
+    explicit NetworkChannel(const HostPort &controller);
     ~NetworkChannel();
     Q_DISABLE_COPY_MOVE(NetworkChannel)
+
+    /// Multiplies all time-outs and pauses with @p scale, so that a test need not wait.
+    void setTimeScale(double scale) { m_timeScale = scale; }
 
     Contact contact() const { return m_contact; }
     /// @p changed is called when the contact has changed: within a command before it returns, or
@@ -76,8 +78,8 @@ private:
     int scaled(int milliseconds) const;
 
     const HostPort m_controller;
-    const double m_timeoutScale;
-    int m_timeoutMs;
+    double m_timeScale = 1;
+    int m_timeoutMs = defaultTimeoutMs;
     int m_lastId = 0; ///< of the requests of this connection
     LineCutter m_lines;
     int m_timeoutsInARow = 0;

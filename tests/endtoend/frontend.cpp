@@ -62,10 +62,8 @@ void Record::messagePosted(const QByteArray &category, const QByteArray &source,
                            QString::number(level), QString::fromLatin1(text));
 }
 
-FrontEnd::FrontEnd(const ControllerState &state)
-    : controller(state)
-    , channel(controller)
-    , window(std::make_unique<QWidget>())
+ModuleHost::ModuleHost(LineChannel &channel)
+    : window(std::make_unique<QWidget>())
     , m_loader(QStringLiteral(VELTRA4_PLUGIN_PATH))
 {
     // Stays mapped after unload(), so that a leak checker can tell whose memory is whose.
@@ -84,13 +82,13 @@ FrontEnd::FrontEnd(const ControllerState &state)
     m_action = m_module->menuEntries().constFirst()->action;
 }
 
-FrontEnd::~FrontEnd()
+ModuleHost::~ModuleHost()
 {
     release();
     m_loader.unload();
 }
 
-void FrontEnd::useList(const std::function<void(QDialog *)> &action)
+void ModuleHost::useList(const std::function<void(QDialog *)> &action)
 {
     openList([&action](QDialog *list) {
         action(list);
@@ -98,19 +96,19 @@ void FrontEnd::useList(const std::function<void(QDialog *)> &action)
     });
 }
 
-void FrontEnd::openList(const std::function<void(QDialog *)> &action)
+void ModuleHost::openList(const std::function<void(QDialog *)> &action)
 {
     driver.expectDialog(QStringLiteral("ConfigurationDialog"), action);
     triggerAction();
 }
 
-void FrontEnd::triggerAction()
+void ModuleHost::triggerAction()
 {
     m_action->trigger();
     driver.verify();
 }
 
-void FrontEnd::release()
+void ModuleHost::release()
 {
     m_module->release();
 }

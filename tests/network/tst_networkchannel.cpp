@@ -241,7 +241,8 @@ void TestNetworkChannel::messagesStayWithTheHost()
         QStringList seen;
     } observer;
     FakeController controller(echo);
-    NetworkChannel channel(controller.address(), 0.5);
+    NetworkChannel channel(controller.address());
+    channel.setTimeScale(0.5);
     channel.setObserver(&observer);
     channel.setTimeout(0, 7000, 1);
     channel.postMessage("standard", "VELTRA4", 1, "text");
@@ -374,7 +375,8 @@ void TestNetworkChannel::aLateAnswerIsNotTakenForTheNext()
 void TestNetworkChannel::aSilentControllerIsLeftAlone()
 {
     FakeController controller(greetOnly);
-    NetworkChannel channel(controller.address(), endless);
+    NetworkChannel channel(controller.address());
+    channel.setTimeScale(endless);
     fallSilent(channel);
     for (int i = 0; i < 1000; ++i) {
         QCOMPARE(ask(channel, "x"), timedOut);
@@ -391,7 +393,8 @@ void TestNetworkChannel::itIsAskedAgainAfterAPause()
             echo(self, request);
         }
     });
-    NetworkChannel channel(controller.address(), 0.01);
+    NetworkChannel channel(controller.address());
+    channel.setTimeScale(0.01);
     channel.setTimeout(0, 1000000, 1);
     QCOMPARE(ask(channel, "hello"), QByteArray("hello"));
     channel.setTimeout(0, 3000, 1);
@@ -410,7 +413,8 @@ void TestNetworkChannel::aLateAnswerEndsTheSilence()
         }
         echo(self, request);
     });
-    NetworkChannel channel(controller.address(), endless);
+    NetworkChannel channel(controller.address());
+    channel.setTimeScale(endless);
     fallSilent(channel, [&isToAnswer] { isToAnswer = false; });
     QCOMPARE(ask(channel, "x"), timedOut);
     isToAnswer = true;
