@@ -26,5 +26,5 @@ public:
     virtual bool hasContact() const { return true; }
     /// @p changed is called when description() has changed: from the event loop, or from within a
     /// command of either channel. It must not send commands.
-    virtual void setContactCallback(std::function<void()> /*changed*/) { }
+    virtual void setContactCallback(const std::function<void()> & /*changed*/) { }
 };

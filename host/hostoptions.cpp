@@ -159,7 +159,7 @@ int HostCommandLine::latency()
 std::optional<HostPort> HostCommandLine::controller()
 {
     const QString text = m_parser.value(m_controller);
-    const std::optional<HostPort> controller = HostPort::fromText(text);
+    std::optional<HostPort> controller = HostPort::fromText(text);
     if (m_parser.isSet(m_controller) && !controller) {
         complain(tr("--controller wants HOST:PORT, such as tracker:4711 or [::1]:4711, not \"%1\".")
                      .arg(text));

@@ -2,8 +2,6 @@
 
 #include <QCoreApplication>
 
-#include <utility>
-
 namespace {
 
 // The host's questions are answered at once or not at all.
@@ -45,9 +43,9 @@ QString NetworkLink::description() const
     return m_controller.toText();
 }
 
-void NetworkLink::setContactCallback(std::function<void()> changed)
+void NetworkLink::setContactCallback(const std::function<void()> &changed)
 {
-    m_contactChanged = std::move(changed);
+    m_contactChanged = changed;
 }
 
 void NetworkLink::follow(NetworkChannel::Contact contact)

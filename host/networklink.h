@@ -17,7 +17,7 @@ public:
     /// The address, and what is wrong with the contact if there is none.
     QString description() const override;
     bool hasContact() const override { return m_contact == NetworkChannel::Contact::Connected; }
-    void setContactCallback(std::function<void()> changed) override;
+    void setContactCallback(const std::function<void()> &changed) override;
 
 private:
     void follow(NetworkChannel::Contact contact);

@@ -21,8 +21,8 @@ int remainingMs(const QDeadlineTimer &deadline)
 
 } // namespace
 
-NetworkChannel::NetworkChannel(const HostPort &controller)
-    : m_controller(controller)
+NetworkChannel::NetworkChannel(HostPort controller)
+    : m_controller(std::move(controller))
 {
     m_socket.setProxy(QNetworkProxy::NoProxy);
     m_socket.setReadBufferSize(readBufferSize);

@@ -42,7 +42,7 @@ public:
     enum class Contact { Unknown, Connected, Silent, Lost };
 
     /// Connects with the first command.
-    explicit NetworkChannel(const HostPort &controller);
+    explicit NetworkChannel(HostPort controller);
     ~NetworkChannel();
     Q_DISABLE_COPY_MOVE(NetworkChannel)
 
