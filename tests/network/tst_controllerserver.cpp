@@ -121,8 +121,8 @@ void TestControllerServer::whatIsNoRequestIsToldOf()
 {
     Setup setup;
     RawClient client(setup.server.address());
-    client.send(
-        QByteArray("\n\xff\x00\xfe\nGET / HTTP/1.1\n1 a\tb\n1 %zz\n1 system hostname\n", 56));
+    client.send("\n\xff" + QByteArray(1, '\0') + "\xfe\n");
+    client.send("GET / HTTP/1.1\n1 a\tb\n1 %zz\n1 system hostname\n");
     QTRY_COMPARE(client.received(),
                  "0 error not a request\n"
                  "0 error not a request\n"
