@@ -79,8 +79,8 @@ private:
 
 HostCommandLine::HostCommandLine()
 {
-    m_parser.setApplicationDescription(
-        tr("Shows modules of the VELTRA4 front end against a simulated controller."));
+    m_parser.setApplicationDescription(tr("Shows modules of the VELTRA4 front end against a "
+                                          "controller, which it simulates unless told otherwise."));
     m_parser.addOptions({m_help, m_version, m_plugin, m_controller, m_state, m_latency, m_fail,
                          m_observer, m_interfaceVersion, m_ptVersion, m_ctVersion, m_model,
                          m_hostVersion, m_dark, m_tour});

@@ -26,6 +26,12 @@ NetworkChannel::NetworkChannel(HostPort controller)
 {
     m_socket.setProxy(QNetworkProxy::NoProxy);
     m_socket.setReadBufferSize(readBufferSize);
+    QObject::connect(&m_socket, &QTcpSocket::readyRead, &m_socket, [this] {
+        forgetSilence();
+        if (m_contact == Contact::Silent) {
+            setContact(Contact::Connected);
+        }
+    });
     QObject::connect(&m_socket, &QTcpSocket::disconnected, &m_socket, [this] {
         forgetSilence();
         setContact(Contact::Lost);
@@ -69,19 +75,16 @@ int NetworkChannel::transact(Operation /*operation*/, const QByteArray &command,
     return awaitAnswer(deadline, answer);
 }
 
-// A connection that was lost since the last command is noticed here, before the command is sent:
-// afterwards nobody would know whether it was executed.
+// A late answer that has arrived ends the silence. A connection that was lost since the last
+// command is noticed before the next one is sent: afterwards nobody would know whether it was
+// executed.
 void NetworkChannel::lookForNews()
 {
     if (isConnected() && m_lastId >= WireProtocol::greatestId) {
         m_socket.abort();
     }
-    if (!isConnected()) {
-        return;
-    }
-    m_socket.waitForReadyRead(0);
-    if (m_socket.bytesAvailable() > 0) {
-        forgetSilence();
+    if (isConnected()) {
+        m_socket.waitForReadyRead(0);
     }
 }
 
@@ -147,7 +150,6 @@ int NetworkChannel::takeLines(bool *isAnswered, QByteArray *answer)
 
 int NetworkChannel::takeAnswer(const Reply &reply, QByteArray *answer)
 {
-    forgetSilence();
     setContact(Contact::Connected);
     if (!reply.ok) {
         return failed(Refused, reply.reason);

@@ -22,6 +22,7 @@ ClientConnection::ClientConnection(QTcpSocket *socket, ServedController &control
     m_socket->setParent(this);
     m_socket->setReadBufferSize(readBufferSize);
     m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    m_socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
     connect(m_socket, &QTcpSocket::readyRead, this, &ClientConnection::read);
     connect(m_socket, &QTcpSocket::disconnected, this, &ClientConnection::finished);
     for (QTimer *timer : {&m_answerTimer, &m_idleTimer, &m_unfinishedLineTimer}) {

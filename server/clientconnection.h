@@ -13,8 +13,8 @@ class ServedController;
 /// How long clients may take.
 struct ClientLimits
 {
-    int idleMs = 3600 * 1000;     ///< between two commands
-    int unfinishedLineMs = 30000; ///< from the beginning of a line to its end
+    int idleMs = 24 * 3600 * 1000; ///< between two commands
+    int unfinishedLineMs = 30000;  ///< from the beginning of a line to its end
 };
 
 /// One client of the server: executes its commands in order and answers each before the next.

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr int longestLatencyMs = 600000;
-constexpr int longestIdleSeconds = 86400;
+constexpr int longestIdleSeconds = 7 * 24 * 3600;
 
 /// The options and how their texts become values; the first one that is wrong is remembered.
 class ServerCommandLine

@@ -12,6 +12,10 @@
 
 #include <array>
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace {
 
 using Request = WireProtocol::Request;
@@ -69,6 +73,43 @@ HostPort deadAddress()
     return {QStringLiteral("127.0.0.1"), server.serverPort()};
 }
 
+// Takes connections into a queue, which is full already: further ones get no answer at all.
+class FullListener
+{
+public:
+    FullListener()
+        : m_listener(::socket(AF_INET, SOCK_STREAM, 0))
+    {
+        m_address.sin_family = AF_INET;
+        m_address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof m_address;
+        auto *address = reinterpret_cast<sockaddr *>(&m_address);
+        if (::bind(m_listener, address, size) != 0 || ::listen(m_listener, 0) != 0
+            || ::getsockname(m_listener, address, &size) != 0) {
+            qFatal("cannot listen");
+        }
+        for (int &client : m_clients) {
+            client = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
+            ::connect(client, address, size);
+        }
+    }
+    ~FullListener()
+    {
+        for (const int client : m_clients) {
+            ::close(client);
+        }
+        ::close(m_listener);
+    }
+    Q_DISABLE_COPY_MOVE(FullListener)
+
+    HostPort address() const { return {QStringLiteral("127.0.0.1"), ntohs(m_address.sin_port)}; }
+
+private:
+    const int m_listener;
+    sockaddr_in m_address = {};
+    std::array<int, 4> m_clients = {};
+};
+
 class Receiver final : public MessageReceiver
 {
 public:
@@ -116,11 +157,13 @@ private slots:
     // The connection is lost
     void withoutAControllerCommandsFail();
     void anUnknownHostIsNoContact();
+    void aConnectionThatIsNotAcceptedTimesOut();
     void aConnectionThatBreaksFailsTheCommandOnly_data();
     void aConnectionThatBreaksFailsTheCommandOnly();
     void aConnectionThatBrokeBeforeIsMadeAnew();
     void theContactIsKnown();
     void aLossIsNoticedByTheEventLoop();
+    void soIsALateAnswer();
 };
 
 void TestNetworkChannel::answersArrive()
@@ -438,6 +481,15 @@ void TestNetworkChannel::anUnknownHostIsNoContact()
     QVERIFY2(outcome == noContact || outcome == timedOut, outcome.constData());
 }
 
+void TestNetworkChannel::aConnectionThatIsNotAcceptedTimesOut()
+{
+    const FullListener listener;
+    NetworkChannel channel(listener.address());
+    channel.setTimeout(0, 50, 1);
+    QCOMPARE(ask(channel, "x"), timedOut);
+    QCOMPARE(channel.contact(), Contact::Silent);
+}
+
 void TestNetworkChannel::aConnectionThatBreaksFailsTheCommandOnly_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -510,6 +562,24 @@ void TestNetworkChannel::aLossIsNoticedByTheEventLoop()
     QCOMPARE(ask(channel, "x"), QByteArray("x"));
     controller.reset();
     QTRY_COMPARE(channel.contact(), Contact::Lost);
+}
+
+void TestNetworkChannel::soIsALateAnswer()
+{
+    std::atomic<bool> isToAnswer{false};
+    FakeController controller([&isToAnswer](FakeController &self, const Request &request) {
+        while (request.command == "late" && !isToAnswer) {
+            QThread::msleep(1);
+        }
+        echo(self, request);
+    });
+    NetworkChannel channel(controller.address());
+    QCOMPARE(ask(channel, "x"), QByteArray("x"));
+    channel.setTimeout(0, 30, 1);
+    QCOMPARE(ask(channel, "late"), timedOut);
+    QCOMPARE(channel.contact(), Contact::Silent);
+    isToAnswer = true;
+    QTRY_COMPARE(channel.contact(), Contact::Connected);
 }
 
 VELTRA4_TEST_MAIN(TestNetworkChannel)

@@ -67,7 +67,7 @@ void TestVeltra2Simulator::refusesInOneLineWithExitCode2_data()
     row({"--listen", "somewhere"},
         "--listen wants an address such as 0.0.0.0 or ::1, not \"somewhere\".");
     row({"--latency", "-1"}, "--latency wants a number from 0 to 600000, not \"-1\".");
-    row({"--idle-limit", "0"}, "--idle-limit wants a number from 1 to 86400, not \"0\".");
+    row({"--idle-limit", "0"}, "--idle-limit wants a number from 1 to 604800, not \"0\".");
     row({"--state", ""}, "--state wants a path.");
     row({"--state", "/etc/passwd"}, "/etc/passwd");
     row({"--fail", "/(/"}, "\"/(/\"");
