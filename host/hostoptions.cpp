@@ -28,6 +28,7 @@ private:
     int latency();
     int fontSize();
     int number(const QCommandLineOption &option, const QString &unit, int least, int greatest);
+    std::optional<HostPort> controller();
     void checkCombinations();
     void complain(const QString &problem);
 
@@ -38,6 +39,10 @@ private:
                                        tr("Print the program's version.")};
     const QCommandLineOption m_observer{
         QStringLiteral("observer"), tr("Run in observer mode, in which modules offer no actions.")};
+    const QCommandLineOption m_controller{
+        QStringLiteral("controller"),
+        tr("Connect to the controller at this address, instead of simulating one."),
+        tr("host:port")};
     const QCommandLineOption m_interfaceVersion{
         QStringLiteral("interface-version"), tr("Version of the controller's command interface."),
         tr("version"), versionText(m_defaults.interfaceVersion)};
@@ -79,11 +84,11 @@ private:
 
 HostCommandLine::HostCommandLine()
 {
-    m_parser.setApplicationDescription(
-        tr("Shows modules of the VELTRA4 front end against a simulated controller."));
-    m_parser.addOptions({m_help, m_version, m_plugin, m_state, m_latency, m_fail, m_observer,
-                         m_interfaceVersion, m_ptVersion, m_ctVersion, m_model, m_hostVersion,
-                         m_dark, m_fontSize, m_tour});
+    m_parser.setApplicationDescription(tr("Shows modules of the VELTRA4 front end against a "
+                                          "controller, which it simulates unless told otherwise."));
+    m_parser.addOptions({m_help, m_version, m_plugin, m_controller, m_state, m_latency, m_fail,
+                         m_observer, m_interfaceVersion, m_ptVersion, m_ctVersion, m_model,
+                         m_hostVersion, m_dark, m_fontSize, m_tour});
 }
 
 std::optional<HostOptions> HostCommandLine::read(const QStringList &arguments, QString *problem)
@@ -123,6 +128,7 @@ HostOptions HostCommandLine::readValues()
     options.systemModel = m_parser.value(m_model);
     options.hostVersion = m_parser.value(m_hostVersion);
     options.latencyMs = latency();
+    options.controller = controller();
     options.failureRules = m_parser.values(m_fail);
     options.stateFile = m_parser.value(m_state);
     options.isDark = m_parser.isSet(m_dark);
@@ -167,8 +173,26 @@ int HostCommandLine::number(const QCommandLineOption &option, const QString &uni
     return value;
 }
 
+std::optional<HostPort> HostCommandLine::controller()
+{
+    const QString text = m_parser.value(m_controller);
+    std::optional<HostPort> controller = HostPort::fromText(text);
+    if (m_parser.isSet(m_controller) && !controller) {
+        complain(tr("--controller wants HOST:PORT, such as tracker:4711 or [::1]:4711, not \"%1\".")
+                     .arg(text));
+    }
+    return controller;
+}
+
 void HostCommandLine::checkCombinations()
 {
+    for (const QCommandLineOption &option : {m_state, m_latency, m_fail, m_tour}) {
+        if (m_parser.isSet(option) && m_parser.isSet(m_controller)) {
+            complain(tr("--%1 is for the simulated controller in the host, so it goes without "
+                        "--controller.")
+                         .arg(option.names().constFirst()));
+        }
+    }
     for (const QCommandLineOption &option : {m_state, m_plugin, m_tour}) {
         if (m_parser.isSet(option) && m_parser.value(option).isEmpty()) {
             complain(tr("--%1 wants a path.").arg(option.names().constFirst()));

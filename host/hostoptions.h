@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostapi/version.h"
+#include "network/hostport.h"
 
 #include <QString>
 #include <QStringList>
@@ -18,11 +19,13 @@ struct HostOptions
     QString hostVersion = QStringLiteral("v4.12.3"); ///< what message receivers are told
     int latencyMs = 0;                               ///< how long the controller takes to answer
     QStringList failureRules; ///< faults of the controller, in the simulator's notation
-    QString stateFile;        ///< where the controller's state is kept; empty to forget it
-    bool isDark = false;      ///< light text on a dark ground, whatever the desktop's colours
-    int fontSize = 0;         ///< in points; 0 for the desktop's
-    QString pluginFile;       ///< the module to load
-    QString tourDirectory;    ///< where the tour leaves its pictures; empty to run interactively
+    /// The controller in the network to connect to; nothing for a simulated one in the host.
+    std::optional<HostPort> controller;
+    QString stateFile;     ///< where the controller's state is kept; empty to forget it
+    bool isDark = false;   ///< light text on a dark ground, whatever the desktop's colours
+    int fontSize = 0;      ///< in points; 0 for the desktop's
+    QString pluginFile;    ///< the module to load
+    QString tourDirectory; ///< where the tour leaves its pictures; empty to run interactively
 };
 
 /// Reads the command line, its first element being the program's name.

@@ -41,14 +41,16 @@ HostSession::HostSession(ControllerLink &link, const HostOptions &options)
     // Asked for later, not while the module that announced the change is in the middle of its work.
     m_identityTimer.setSingleShot(true);
     connect(&m_identityTimer, &QTimer::timeout, this, &HostSession::showIdentity);
-    m_window.identityPanel()->showConnection(link.description());
     m_window.identityPanel()->showVersions(m_versions);
     showIdentity();
+    m_window.identityPanel()->showConnection(link.description());
+    m_link.setContactCallback([this] { followContact(); });
 }
 
 HostSession::~HostSession()
 {
     m_plugin.release();
+    m_link.setContactCallback({});
     m_link.moduleChannel().setObserver(nullptr);
 }
 
@@ -90,8 +92,20 @@ void HostSession::noticeEvent(const QByteArray &category, const QByteArray & /*s
     }
 }
 
+void HostSession::followContact()
+{
+    m_window.identityPanel()->showConnection(m_link.description());
+    if (m_link.hasContact()) {
+        m_identityTimer.start();
+    }
+}
+
 void HostSession::showIdentity()
 {
-    m_window.identityPanel()->showIdentity(readControllerIdentity(m_link.hostChannel()));
+    const ControllerIdentity identity = readControllerIdentity(m_link.hostChannel());
+    if (m_versions.systemModel.isEmpty()) { // the controller could not be asked before
+        m_versions.systemModel = identity.model;
+    }
+    m_window.identityPanel()->showIdentity(identity);
     emit identityShown();
 }

@@ -27,6 +27,8 @@ public:
 
     MainWindow &window() { return m_window; }
     ChannelMonitor &monitor() { return m_monitor; }
+    /// What the module is told of the controller.
+    const BackendVersions &versions() const { return m_versions; }
 
 signals:
     /// The window shows who the controller is and what is active on it.
@@ -37,6 +39,7 @@ private:
     void placeMenuEntries();
     void noticeEvent(const QByteArray &category, const QByteArray &source, int level,
                      const QByteArray &text);
+    void followContact();
     void showIdentity();
 
     ControllerLink &m_link;

@@ -1,6 +1,7 @@
 #include "host/darkcolours.h"
 #include "host/hostoptions.h"
 #include "host/hostsession.h"
+#include "host/networklink.h"
 #include "host/simulatedlink.h"
 #include "host/tour/runtour.h"
 #include "projectversion.h"
@@ -11,6 +12,7 @@
 #include <QIcon>
 
 #include <cstdio>
+#include <functional>
 
 namespace {
 
@@ -53,29 +55,45 @@ void useFontSize(int points)
     QApplication::setFont(font);
 }
 
-int runHost(const HostOptions &options)
+// Opens the window and lets @p use decide what happens in it; gives the program's exit code.
+int runSession(ControllerLink &link, const HostOptions &options,
+               const std::function<int(HostSession &)> &use)
+{
+    QString problem;
+    HostSession session(link, options);
+    if (!session.start(&problem)) {
+        return refuse(problem);
+    }
+    session.window().show();
+    return use(session);
+}
+
+int leaveToTheUser(HostSession & /*session*/)
+{
+    return QApplication::exec();
+}
+
+int runSimulated(const HostOptions &options)
 {
     QString problem;
     const bool isTour = !options.tourDirectory.isEmpty();
     if (isTour && !prepareTour(options.tourDirectory, &problem)) {
         return refuse(problem);
     }
-    if (options.fontSize > 0) {
-        useFontSize(options.fontSize);
-    }
     SimulatedLink link;
     if (!prepare(link, options, &problem)) {
         return refuse(problem);
     }
-    HostSession session(link, options);
-    if (!session.start(&problem)) {
-        return refuse(problem);
-    }
-    session.window().show();
-    if (isTour) {
+    const auto makeTour = [&](HostSession &session) {
         return runTour(session, link, QDir(options.tourDirectory));
-    }
-    return QApplication::exec();
+    };
+    return isTour ? runSession(link, options, makeTour) : runSession(link, options, leaveToTheUser);
+}
+
+int runConnected(const HostOptions &options)
+{
+    NetworkLink link(*options.controller);
+    return runSession(link, options, leaveToTheUser);
 }
 
 } // namespace
@@ -97,5 +115,8 @@ int main(int argc, char *argv[])
     if (options->isDark) {
         useDarkColours();
     }
-    return runHost(*options);
+    if (options->fontSize > 0) {
+        useFontSize(options->fontSize);
+    }
+    return options->controller ? runConnected(*options) : runSimulated(*options);
 }

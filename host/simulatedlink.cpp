@@ -24,15 +24,11 @@ SimulatedLink::~SimulatedLink()
 
 bool SimulatedLink::keepStateIn(const QString &path, QString *problem)
 {
-    if (QFileInfo::exists(path)) {
-        ControllerState state;
-        if (!StateFile::load(path, &state, problem)) {
-            return false;
-        }
-        m_controller.setState(state);
-    } else if (!StateFile::save(path, m_controller.state(), problem)) {
+    ControllerState state = m_controller.state();
+    if (!StateFile::takeUp(path, &state, problem)) {
         return false;
     }
+    m_controller.setState(state);
     m_stateFile = path;
     m_controller.setChangeCallback([this] { m_saveTimer.start(); });
     return true;

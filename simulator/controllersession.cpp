@@ -43,7 +43,7 @@ void ControllerSession::activate(const QByteArray &identifier)
         return;
     }
     changeState().activeIdentifier = identifier;
-    m_presented = Presented::Nothing;
+    forgetPresented();
 }
 
 bool ControllerSession::hasRoomFor(const Configuration &configuration) const
@@ -81,7 +81,18 @@ bool ControllerSession::isChangeable(const Configuration &configuration) const
 {
     return !configuration.isLocked()
         || (configuration.identifier == m_state.activeIdentifier
-            && m_presented != Presented::Nothing);
+            && presented() != Presented::Nothing);
+}
+
+ControllerSession::Presented ControllerSession::presented() const
+{
+    return m_client->presentedInEra == m_era ? m_client->presented : Presented::Nothing;
+}
+
+void ControllerSession::setPresented(Presented presented)
+{
+    m_client->presented = presented;
+    m_client->presentedInEra = m_era;
 }
 
 void ControllerSession::rebuildIndex()

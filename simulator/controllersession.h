@@ -1,20 +1,21 @@
 #pragma once
 
+#include "simulator/controllerclient.h"
 #include "simulator/controllerstate.h"
-#include "simulator/download.h"
-#include "simulator/upload.h"
 
 #include <QHash>
 
-/// What the commands work on: the controller's state, and what it remembers from one command to
-/// the next.
+/// What the commands work on: the controller's state, and what it remembers of the client that it
+/// is serving.
 class ControllerSession
 {
 public:
-    /// The password by which the active configuration was made changeable.
-    enum class Presented { Nothing, Password, SuperPassword };
+    using Presented = ControllerClient::Presented;
 
     explicit ControllerSession(ControllerState state);
+
+    /// The commands from now on are those of @p client, which is not owned.
+    void serve(ControllerClient &client) { m_client = &client; }
 
     const ControllerState &state() const { return m_state; }
     /// The state to be changed, except for which configurations there are; the change is noted.
@@ -30,7 +31,7 @@ public:
     const Configuration *active() const { return find(m_state.activeIdentifier); }
     /// The active configuration to be changed; there must be one.
     Configuration &changeActive();
-    /// Makes another configuration active; a presented password is forgotten.
+    /// Makes another configuration active; presented passwords are forgotten.
     void activate(const QByteArray &identifier);
 
     /// Whether the store has room for @p configuration in place of one of that identifier.
@@ -42,19 +43,20 @@ public:
 
     /// Whether @p configuration is not locked, or active with the password presented.
     bool isChangeable(const Configuration &configuration) const;
-    Presented presented() const { return m_presented; }
-    void setPresented(Presented presented) { m_presented = presented; }
+    Presented presented() const;
+    void setPresented(Presented presented);
+    /// Forgets what any client has presented.
+    void forgetPresented() { ++m_era; }
 
-    Download &download() { return m_download; }
-    Upload &upload() { return m_upload; }
+    Download &download() { return m_client->download; }
+    Upload &upload() { return m_client->upload; }
 
 private:
     void rebuildIndex();
 
     ControllerState m_state;
     QHash<QByteArray, int> m_index; // by identifier
-    Presented m_presented = Presented::Nothing;
-    Download m_download;
-    Upload m_upload;
+    ControllerClient *m_client = nullptr;
+    int m_era = 0; // what was presented in an earlier one does not count
     bool m_isChanged = false;
 };

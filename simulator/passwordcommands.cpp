@@ -46,7 +46,7 @@ Reply setPassword(ControllerSession &session, const QByteArray &argument)
         return Refusals::lockedConfiguration(active->identifier);
     }
     session.changeActive().password = isRemoved ? SaltedHash() : SaltedHash::of(password);
-    session.setPresented(Presented::Nothing); // or the new lock would not hold
+    session.forgetPresented(); // or the new lock would not hold
     return Reply::done();
 }
 

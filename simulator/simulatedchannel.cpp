@@ -1,6 +1,5 @@
 #include "simulator/simulatedchannel.h"
 
-#include "hostapi/messagereceiver.h"
 #include "simulator/channelobserver.h"
 #include "simulator/simulatedcontroller.h"
 
@@ -27,16 +26,6 @@ SimulatedChannel::SimulatedChannel(SimulatedController &controller)
 {
 }
 
-void SimulatedChannel::deliverMessage(int id, const char *source, const char *text)
-{
-    const QVector<MessageReceiver *> receivers = m_receivers;
-    for (MessageReceiver *receiver : receivers) {
-        if (m_receivers.contains(receiver)) { // an earlier one may have removed it
-            receiver->receiveMessage(id, source, text);
-        }
-    }
-}
-
 int SimulatedChannel::setTimeout(int channel, int milliseconds, int flag)
 {
     m_timeoutMs = std::max(0, milliseconds);
@@ -44,29 +33,6 @@ int SimulatedChannel::setTimeout(int channel, int milliseconds, int flag)
         observer()->timeoutSet(channel, milliseconds, flag);
     }
     return success;
-}
-
-int SimulatedChannel::postMessage(const char *category, const char *source, int level,
-                                  const char *text)
-{
-    if (observer() != nullptr) {
-        observer()->messagePosted(category, source, level, text);
-    }
-    return success;
-}
-
-int SimulatedChannel::addMessageReceiver(const char * /*name*/, MessageReceiver *receiver)
-{
-    if (receiver == nullptr) {
-        return Refused;
-    }
-    m_receivers.append(receiver);
-    return success;
-}
-
-int SimulatedChannel::removeMessageReceiver(const char * /*name*/, MessageReceiver *receiver)
-{
-    return m_receivers.removeAll(receiver) > 0 ? success : Refused;
 }
 
 int SimulatedChannel::transact(Operation /*operation*/, const QByteArray &command,

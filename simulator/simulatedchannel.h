@@ -1,21 +1,18 @@
 #pragma once
 
 #include "simulator/faultplan.h"
-#include "simulator/linechannel.h"
-
-#include <QVector>
+#include "simulator/messagechannel.h"
 
 #include <functional>
 #include <utility>
 
-class MessageReceiver;
 class SimulatedController;
 
 /// A command channel that leads to a simulated controller in the same process.
 ///
 /// Commands take a settable latency. One that takes longer than the time-out in force fails when
 /// that has passed; the controller executes it all the same, as a real one would.
-class SimulatedChannel final : public LineChannel
+class SimulatedChannel final : public MessageChannel
 {
 public:
     static constexpr int defaultTimeoutMs = 5000;
@@ -39,16 +36,7 @@ public:
     /// The time-out in force, in milliseconds.
     int timeoutMs() const { return m_timeoutMs; }
 
-    /// Forwards a message to all receivers. A receiver may remove itself or others meanwhile.
-    void deliverMessage(int id, const char *source, const char *text);
-    int receiverCount() const { return m_receivers.size(); }
-
     int setTimeout(int channel, int milliseconds, int flag) override;
-    /// Hands the message to the observer.
-    int postMessage(const char *category, const char *source, int level, const char *text) override;
-    int addMessageReceiver(const char *name, MessageReceiver *receiver) override;
-    /// Goes by @p receiver alone.
-    int removeMessageReceiver(const char *name, MessageReceiver *receiver) override;
 
 private:
     int transact(Operation operation, const QByteArray &command, QByteArray *answer) override;
@@ -58,7 +46,6 @@ private:
     SimulatedController &m_controller;
     FaultPlan m_faults;
     std::function<void(int)> m_sleep;
-    QVector<MessageReceiver *> m_receivers;
     QString m_failureReason;
     int m_latencyMs = 0;
     int m_timeoutMs = defaultTimeoutMs;

@@ -25,6 +25,7 @@ CommandTable wholeVocabulary()
 
 SimulatedController::SimulatedController(const ControllerState &state)
     : m_table(std::make_unique<CommandTable>(wholeVocabulary()))
+    , m_client(std::make_unique<ControllerClient>())
     , m_session(std::make_unique<ControllerSession>(state))
 {
 }
@@ -33,6 +34,12 @@ SimulatedController::~SimulatedController() = default;
 
 Reply SimulatedController::execute(const QByteArray &command)
 {
+    return execute(*m_client, command);
+}
+
+Reply SimulatedController::execute(ControllerClient &client, const QByteArray &command)
+{
+    m_session->serve(client);
     Reply reply = m_table->execute(*m_session, command);
     if (m_session->takeChanged()) {
         announceChange();
@@ -47,6 +54,7 @@ const ControllerState &SimulatedController::state() const
 
 void SimulatedController::setState(const ControllerState &state)
 {
+    m_client = std::make_unique<ControllerClient>();
     m_session = std::make_unique<ControllerSession>(state);
     announceChange();
 }

@@ -8,6 +8,7 @@
 
 class CommandTable;
 class ControllerSession;
+struct ControllerClient;
 
 /// A tracking controller without the tracking: holds a controller's whole state and answers the
 /// command vocabulary.
@@ -21,8 +22,11 @@ public:
     SimulatedController(const SimulatedController &) = delete;
     SimulatedController &operator=(const SimulatedController &) = delete;
 
-    /// Executes one command line without line end.
+    /// Executes one command line without line end, for the one client that every controller has.
     Reply execute(const QByteArray &command);
+    /// Executes one command line for another client. Clients end with the state: after setState()
+    /// come new ones.
+    Reply execute(ControllerClient &client, const QByteArray &command);
 
     const ControllerState &state() const;
     /// Replaces the state, as if another controller had been started in its place: presented
@@ -37,6 +41,7 @@ private:
     void announceChange() const;
 
     std::unique_ptr<const CommandTable> m_table;
+    std::unique_ptr<ControllerClient> m_client;
     std::unique_ptr<ControllerSession> m_session;
     std::function<void()> m_changed;
 };

@@ -4,6 +4,7 @@
 #include "simulator/jsonreader.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
 
@@ -171,6 +172,11 @@ bool StateFile::load(const QString &path, ControllerState *state, QString *error
     }
     *state = read;
     return true;
+}
+
+bool StateFile::takeUp(const QString &path, ControllerState *state, QString *error)
+{
+    return QFileInfo::exists(path) ? load(path, state, error) : save(path, *state, error);
 }
 
 bool StateFile::save(const QString &path, const ControllerState &state, QString *error)

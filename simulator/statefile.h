@@ -14,6 +14,9 @@ namespace StateFile {
 /// unique, limits kept, "standard" and the active configuration among the stored ones.
 bool load(const QString &path, ControllerState *state, QString *error);
 
+/// Takes up what the file holds; where there is none, makes one that holds @p state.
+bool takeUp(const QString &path, ControllerState *state, QString *error);
+
 /// Writes the file anew; whoever reads it, also after a crash, finds either the old content or the
 /// new.
 bool save(const QString &path, const ControllerState &state, QString *error);

@@ -75,10 +75,8 @@ void Record::messagePosted(const QByteArray &category, const QByteArray &source,
     }
 }
 
-FrontEnd::FrontEnd(const ControllerState &state)
-    : controller(state)
-    , channel(controller)
-    , window(std::make_unique<QWidget>())
+ModuleHost::ModuleHost(LineChannel &channel)
+    : window(std::make_unique<QWidget>())
     , m_loader(QStringLiteral(VELTRA4_PLUGIN_PATH))
 {
     // Stays mapped after unload(), so that a leak checker can tell whose memory is whose.
@@ -97,13 +95,13 @@ FrontEnd::FrontEnd(const ControllerState &state)
     offerAction();
 }
 
-FrontEnd::~FrontEnd()
+ModuleHost::~ModuleHost()
 {
     release();
     m_loader.unload();
 }
 
-void FrontEnd::useList(const std::function<void(QDialog *)> &action)
+void ModuleHost::useList(const std::function<void(QDialog *)> &action)
 {
     openList([&action](QDialog *list) {
         action(list);
@@ -111,26 +109,26 @@ void FrontEnd::useList(const std::function<void(QDialog *)> &action)
     });
 }
 
-void FrontEnd::openList(const std::function<void(QDialog *)> &action)
+void ModuleHost::openList(const std::function<void(QDialog *)> &action)
 {
     driver.expectDialog(QStringLiteral("ConfigurationDialog"), action);
     triggerAction();
 }
 
-void FrontEnd::triggerAction()
+void ModuleHost::triggerAction()
 {
     m_action->trigger();
     driver.verify();
 }
 
-void FrontEnd::offerAction()
+void ModuleHost::offerAction()
 {
     for (const ModuleMenuEntry *entry : m_module->menuEntries()) {
         m_action = entry->action;
     }
 }
 
-void FrontEnd::release()
+void ModuleHost::release()
 {
     m_module->release();
 }

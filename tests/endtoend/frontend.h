@@ -55,15 +55,15 @@ private:
     QByteArrayList m_commands;
 };
 
-/// A front end that has loaded the plug-in from disk, connected to a simulated controller. What the
+/// A front end that has loaded the plug-in from disk, connected to whatever controller. What the
 /// user does is written as actions on windows, which run while the window is open.
-class FrontEnd
+class ModuleHost
 {
 public:
-    explicit FrontEnd(const ControllerState &state = ControllerState::sample());
-    ~FrontEnd();
-
-    const ControllerState &state() const { return controller.state(); }
+    /// @p channel is not owned and must outlive the front end.
+    explicit ModuleHost(LineChannel &channel);
+    ~ModuleHost();
+    Q_DISABLE_COPY_MOVE(ModuleHost)
 
     /// Chooses the plug-in's action in the menu and runs @p action on the list of configurations,
     /// then closes it. Fails the test unless all windows were as expected.
@@ -83,8 +83,6 @@ public:
     void destroyWindow() { window.reset(); }
     /// @}
 
-    SimulatedController controller;
-    SimulatedChannel channel;
     Record record;
     BackendVersions versions{{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, QStringLiteral("XQU")};
     std::unique_ptr<QWidget> window;
@@ -94,6 +92,32 @@ private:
     QPluginLoader m_loader;
     ModuleInterface *m_module = nullptr;
     QPointer<QAction> m_action;
+};
+
+/// A simulated controller and the channel to it.
+struct SimulatedBackend
+{
+    explicit SimulatedBackend(const ControllerState &state)
+        : controller(state)
+        , channel(controller)
+    {
+    }
+
+    SimulatedController controller;
+    SimulatedChannel channel;
+};
+
+/// A front end that is connected to a simulated controller in this process.
+class FrontEnd : public SimulatedBackend, public ModuleHost
+{
+public:
+    explicit FrontEnd(const ControllerState &state = ControllerState::sample())
+        : SimulatedBackend(state)
+        , ModuleHost(channel)
+    {
+    }
+
+    const ControllerState &state() const { return controller.state(); }
 };
 
 /// What the plug-in posts whenever it has changed something.

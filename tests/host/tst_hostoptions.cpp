@@ -35,6 +35,7 @@ private slots:
         QCOMPARE(options->hostVersion, QStringLiteral("v4.12.3"));
         QCOMPARE(options->latencyMs, 0);
         QCOMPARE(options->failureRules, QStringList());
+        QVERIFY(!options->controller);
         QCOMPARE(options->stateFile, QString());
         QCOMPARE(options->tourDirectory, QString());
         QCOMPARE(options->pluginFile,
@@ -61,6 +62,14 @@ private slots:
         QCOMPARE(options->fontSize, 14);
         QCOMPARE(options->stateFile, QStringLiteral("lab.json"));
         QCOMPARE(options->pluginFile, QStringLiteral("/tmp/m.so"));
+    }
+
+    void theControllerMayBeElsewhere()
+    {
+        const auto options = parse({"--controller", "[::1]:4711"});
+        QVERIFY(options && options->controller);
+        QCOMPARE(options->controller->host, QStringLiteral("::1"));
+        QCOMPARE(int(options->controller->port), 4711);
     }
 
     void failureRulesAddUp()
@@ -99,6 +108,19 @@ private slots:
             << QStringList{"--tour", "x", "--state", "y"} << "--state";
         QTest::newRow("tour as observer")
             << QStringList{"--tour", "x", "--observer"} << "--observer";
+        QTest::newRow("controller without port")
+            << QStringList{"--controller", "tracker"} << "\"tracker\"";
+        QTest::newRow("controller without name")
+            << QStringList{"--controller", ":4711"} << "--controller";
+        QTest::newRow("empty controller") << QStringList{"--controller="} << "--controller";
+        QTest::newRow("state of a controller elsewhere")
+            << QStringList{"--controller", "x:1", "--state", "y"} << "--state";
+        QTest::newRow("latency of a controller elsewhere")
+            << QStringList{"--controller", "x:1", "--latency", "1"} << "--latency";
+        QTest::newRow("faults of a controller elsewhere")
+            << QStringList{"--controller", "x:1", "--fail", "1"} << "--fail";
+        QTest::newRow("tour of a controller elsewhere")
+            << QStringList{"--controller", "x:1", "--tour", "y"} << "--tour";
     }
 
     void wrongCommandLinesAreRefusedInOneLine()

@@ -79,6 +79,10 @@ private slots:
         QTest::newRow("broken plug-in")
             << QStringList{"--plugin", beside("brokenmodule.so")}
             << prefix + quoted(beside("brokenmodule.so")) + " cannot be loaded: ";
+        QTest::newRow("wrong controller") << QStringList{"--controller", "[::1]"}
+                                          << prefix
+                + "--controller wants HOST:PORT, such as tracker:4711 or [::1]:4711, not "
+                  "\"[::1]\".";
         QTest::newRow("wrong rule") << QStringList{"--fail", "/(/"} << prefix + quoted("/(/");
         QTest::newRow("unusable state")
             << QStringList{"--state", "/etc/passwd"} << prefix + "/etc/passwd";
@@ -110,9 +114,9 @@ private slots:
         const Outcome outcome = run({"--help"});
         QCOMPARE(outcome.exitCode, 0);
         for (const char *option :
-             {"--observer", "--interface-version", "--pt-version", "--ct-version", "--model",
-              "--host-version", "--latency", "--fail", "--state", "--dark", "--font-size",
-              "--plugin", "--tour"}) {
+             {"--controller", "--observer", "--interface-version", "--pt-version", "--ct-version",
+              "--model", "--host-version", "--latency", "--fail", "--state", "--dark", "--font-size", "--plugin",
+              "--tour"}) {
             QVERIFY2(outcome.output.contains(option), option);
         }
     }
