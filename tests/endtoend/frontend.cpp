@@ -62,9 +62,10 @@ void Record::messagePosted(const QByteArray &category, const QByteArray &source,
                            QString::number(level), QString::fromLatin1(text));
 }
 
-FrontEnd::FrontEnd(const ControllerState &state)
+FrontEnd::FrontEnd(const ControllerState &state, const Version &interfaceVersion)
     : controller(state)
     , channel(controller)
+    , versions{{4, 2, 0}, interfaceVersion, {4, 1, 0}, QStringLiteral("XQU")}
     , window(std::make_unique<QWidget>())
     , m_loader(QStringLiteral(VELTRA4_PLUGIN_PATH))
 {

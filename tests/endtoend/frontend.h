@@ -57,7 +57,8 @@ private:
 class FrontEnd
 {
 public:
-    explicit FrontEnd(const ControllerState &state = ControllerState::sample());
+    explicit FrontEnd(const ControllerState &state = ControllerState::sample(),
+                      const Version &interfaceVersion = {1, 27, 0});
     ~FrontEnd();
 
     const ControllerState &state() const { return controller.state(); }
@@ -69,6 +70,8 @@ public:
     void openList(const std::function<void(QDialog *list)> &action);
     /// Chooses the action, where the list does not open.
     void triggerAction();
+    /// The plug-in's action, for those who look after the windows themselves.
+    QAction *action() const { return m_action; }
 
     /// @name What the host may do at any time
     /// @{
@@ -79,7 +82,7 @@ public:
     SimulatedController controller;
     SimulatedChannel channel;
     Record record;
-    BackendVersions versions{{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, QStringLiteral("XQU")};
+    BackendVersions versions;
     std::unique_ptr<QWidget> window;
     ModalDriver driver;
 

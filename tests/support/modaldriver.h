@@ -49,6 +49,10 @@ public:
     void expectFileDialog(const QString &caption, const QString &path,
                           std::function<void(QFileDialog *)> inspect = {});
 
+    /// From now on @p answer chooses the button of every message box that is not expected: none of
+    /// them is a surprise.
+    void answerBoxes(std::function<QMessageBox::StandardButton(QMessageBox *)> answer);
+
     /// Fails the test if anything went wrong or is left over, and forgets it.
     void verify();
 
@@ -66,9 +70,11 @@ private:
     void scheduleTick() const;
     void tick();
     void handle(QWidget *window);
+    bool isAnswered(QWidget *window) const;
     void complain(const QString &problem);
 
     QQueue<Step> m_steps;
+    std::function<QMessageBox::StandardButton(QMessageBox *)> m_answer;
     QStack<QPointer<QWidget>> m_beingHandled; ///< their actions run inside one another
     QStringList m_problems;
 };
