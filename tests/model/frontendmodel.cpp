@@ -52,6 +52,15 @@ QByteArray dated(const QByteArray &description)
     return (text + QLatin1Char(' ') + today).toLatin1();
 }
 
+// Owner and description as a file's contents are listed: cut where a blank stands before a quote,
+// be it the closing one.
+QStringList offeredTexts(const StoredModel &item)
+{
+    const QString line = QStringLiteral("'%1' '%2'").arg(QString::fromLatin1(item.owner),
+                                                         QString::fromLatin1(item.description));
+    return QString(line).replace(QLatin1String(" '"), QLatin1String("\n")).remove('\'').split('\n');
+}
+
 QString replaceLine(const QString &caption, const QString &path)
 {
     return Transcript::boxLine(QMessageBox::Warning, caption,
@@ -326,8 +335,8 @@ QStringList FrontEndModel::openFile(const QString &path) const
     }
     QStringList contents;
     for (const StoredModel &item : file.items) {
-        contents << QString::fromLatin1(item.description) << QString::fromLatin1(item.owner)
-                 << QString::fromLatin1(item.identifier)
+        const QStringList texts = offeredTexts(item);
+        contents << texts.value(1) << texts.value(0) << QString::fromLatin1(item.identifier)
                  << (isShownLocked(item.identifier) ? QStringLiteral("locked") : QString());
     }
     return {Transcript::windowLine(QStringLiteral("Load Configurations"), contents)};

@@ -98,7 +98,8 @@ QStringList ListPicture::lines() const
     }
     lines << QStringLiteral("current row: %1").arg(currentRow)
           << QStringLiteral("active: ") + activeText << QStringLiteral("warning: ") + warning
-          << QStringLiteral("lock button: ") + lockButton
+          // With no row to be locked it goes on saying what it said of some other one.
+          << QStringLiteral("lock button: ") + (currentRow < 0 ? QString() : lockButton)
           << QStringLiteral("enabled: ") + enabledButtons.join(QLatin1Char(' '))
           << QStringLiteral("focus: ") + focus;
     return lines;

@@ -291,7 +291,7 @@ void Sequence::compareFiles()
     const QString backup = path + QStringLiteral(".bak");
     const bool isKept = TransferFiles::contentsOf(path) == m_promises.savedBefore
         || TransferFiles::contentsOf(backup) == m_promises.savedBefore;
-    if (m_model->files.contains(path) && !isKept) {
+    if (m_promises.savedBefore && !isKept) {
         complain(QStringLiteral("The older contents of %1 are lost.").arg(path));
     }
     for (const QString &name : {path, backup}) {

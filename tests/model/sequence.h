@@ -10,15 +10,16 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// What holds of an action even when it meets faults.
 struct Promises
 {
-    QSet<QByteArray> touched = {};      ///< no other configurations change
-    QString unreported = {};            ///< a pattern for the commands whose failing is not told
-    bool isReportedOnce = false;        ///< however much fails
-    QString savedPath = {};             ///< the file whose older contents are kept
-    QByteArray savedBefore = {};
+    QSet<QByteArray> touched = {}; ///< no other configurations change
+    QString unreported = {};       ///< a pattern for the commands whose failing is not told
+    bool isReportedOnce = false;   ///< however much fails
+    QString savedPath = {};        ///< the file that is written
+    std::optional<QByteArray> savedBefore = {}; ///< its older contents, which are kept
 };
 
 /// One random sequence of what users do, with what goes wrong meanwhile: the same for the same

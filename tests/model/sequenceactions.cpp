@@ -254,7 +254,9 @@ void Sequence::save()
                             oneIn(6) ? QString() : m_home.filePath(name)};
     Promises promises;
     promises.savedPath = choice.path;
-    promises.savedBefore = TransferFiles::contentsOf(choice.path);
+    if (m_model->files.contains(choice.path)) {
+        promises.savedBefore = TransferFiles::contentsOf(choice.path);
+    }
     begin(QStringLiteral("save %1 to %2").arg(printed(choice.rows), nameOf(choice.path)), promises);
     m_user->save(m_list, choice);
     end([this, choice](const Facts &facts) { return m_model->save(choice, facts); });
