@@ -28,11 +28,11 @@ std::optional<QByteArray> passwordOf(const Configuration &configuration)
     if (!configuration.isLocked()) {
         return {};
     }
-    const auto found = std::find_if(ControllerModel::passwords.cbegin(),
-                                    ControllerModel::passwords.cend(),
-                                    [&configuration](const QByteArray &password) {
-                                        return configuration.password.matches(password);
-                                    });
+    const auto found =
+        std::find_if(ControllerModel::passwords.cbegin(), ControllerModel::passwords.cend(),
+                     [&configuration](const QByteArray &password) {
+                         return configuration.password.matches(password);
+                     });
     return found == ControllerModel::passwords.cend() ? QByteArray("(unknown)") : *found;
 }
 

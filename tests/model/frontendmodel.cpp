@@ -47,8 +47,7 @@ QByteArray dated(const QByteArray &description)
         text = before.endsWith(QLatin1Char(' ')) ? before.chopped(1)
                                                  : before + QStringLiteral("00-00-0000");
     }
-    const QString today =
-        QLocale::c().toString(QDate::currentDate(), QStringLiteral("dd-MM-yyyy"));
+    const QString today = QLocale::c().toString(QDate::currentDate(), QStringLiteral("dd-MM-yyyy"));
     return (text + QLatin1Char(' ') + today).toLatin1();
 }
 
@@ -56,8 +55,9 @@ QByteArray dated(const QByteArray &description)
 // be it the closing one.
 QStringList offeredTexts(const StoredModel &item)
 {
-    const QString line = QStringLiteral("'%1' '%2'").arg(QString::fromLatin1(item.owner),
-                                                         QString::fromLatin1(item.description));
+    const QString line =
+        QStringLiteral("'%1' '%2'")
+            .arg(QString::fromLatin1(item.owner), QString::fromLatin1(item.description));
     return QString(line).replace(QLatin1String(" '"), QLatin1String("\n")).remove('\'').split('\n');
 }
 
@@ -122,9 +122,9 @@ QStringList FrontEndModel::deleteCurrent(bool isConfirmed, const Facts &facts)
         return {}; // the key does not delete either what the button would not
     }
     const RowPicture row = m_list.rows.at(m_list.currentRow);
-    QStringList lines{warningLine(
-        QStringLiteral("You are about to delete the configuration '%1' owned by '%2'.")
-            .arg(row.description, row.owner))};
+    QStringList lines{
+        warningLine(QStringLiteral("You are about to delete the configuration '%1' owned by '%2'.")
+                        .arg(row.description, row.owner))};
     if (!isConfirmed) {
         m_list.focus = table;
         return lines;
@@ -269,8 +269,7 @@ QVector<StoredModel> FrontEndModel::copy(const QVector<int> &rows, const Facts &
     for (int i = 0; i < rows.size(); ++i) {
         const QByteArray identifier = facts.newIdentifiers.value(i);
         if (!controller.clone(identifier, m_entries.at(rows.at(i)).identifier)) {
-            *lines << saveError(
-                QStringLiteral("Cannot clone configuration number %1").arg(i));
+            *lines << saveError(QStringLiteral("Cannot clone configuration number %1").arg(i));
             continue;
         }
         controller.setDescription(dated(qAsConst(controller).find(identifier)->description));
@@ -459,7 +458,8 @@ void FrontEndModel::showActiveText()
 // The list keeps the order of the buttons in the window.
 void FrontEndModel::enable(const QString &button, bool isEnabled)
 {
-    static const QStringList order{"new", "apply", "delete", "edit", "lock", "save", "load", "exit"};
+    static const QStringList order{"new",  "apply", "delete", "edit",
+                                   "lock", "save",  "load",   "exit"};
     m_list.enabledButtons.removeAll(button);
     if (isEnabled) {
         m_list.enabledButtons << button;
@@ -490,11 +490,11 @@ QStringList FrontEndModel::editCurrent(const EditChoice &choice)
 {
     const QByteArray identifier = currentIdentifier();
     const StoredModel *configuration = qAsConst(controller).find(identifier);
-    QStringList lines{Transcript::windowLine(
-        QStringLiteral("Edit Configuration"),
-        {configuration ? unquoted(configuration->description) : QString(),
-         configuration ? unquoted(configuration->owner) : QString(),
-         QString::fromLatin1(identifier)})};
+    QStringList lines{
+        Transcript::windowLine(QStringLiteral("Edit Configuration"),
+                               {configuration ? unquoted(configuration->description) : QString(),
+                                configuration ? unquoted(configuration->owner) : QString(),
+                                QString::fromLatin1(identifier)})};
     for (const TwoTexts &texts : choice.attempts) {
         if (texts.first.isEmpty()) {
             lines << warningLine(QStringLiteral("Configuration description must not be empty."));

@@ -97,7 +97,8 @@ QStringList ListPicture::lines() const
                           row.identifier, row.locked);
     }
     lines << QStringLiteral("current row: %1").arg(currentRow)
-          << QStringLiteral("active: ") + activeText << QStringLiteral("warning: ") + warning
+          << QStringLiteral("active: ") + activeText
+          << QStringLiteral("warning: ") + warning
           // With no row to be locked it goes on saying what it said of some other one.
           << QStringLiteral("lock button: ") + (currentRow < 0 ? QString() : lockButton)
           << QStringLiteral("enabled: ") + enabledButtons.join(QLatin1Char(' '))

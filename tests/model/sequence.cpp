@@ -34,11 +34,10 @@ QByteArray bytes(QRandomGenerator &random)
 Configuration configuration(QRandomGenerator &random, const QByteArray &identifier)
 {
     static const QByteArrayList owners{"", "A. Lindqvist", "demo", "the \"lab\""};
-    static const QByteArrayList descriptions{"Robot cell",          "Robot cell",
-                                             "copy of Hall 7",      "Hall 7 01-02-2020",
-                                             "seats01-02-2020",     "wand \"only\"",
-                                             "Wind tunnel (slow)",  "copy of copy of x",
-                                             QByteArray(100, 'm')};
+    static const QByteArrayList descriptions{
+        "Robot cell",         "Robot cell",        "copy of Hall 7",
+        "Hall 7 01-02-2020",  "seats01-02-2020",   "wand \"only\"",
+        "Wind tunnel (slow)", "copy of copy of x", QByteArray(100, 'm')};
     Configuration made;
     made.identifier = identifier;
     made.owner = owners.at(int(random.bounded(owners.size())));
@@ -143,9 +142,10 @@ void Sequence::begin(const QString &action, const Promises &promises)
 
 void Sequence::armFault()
 {
-    static const QByteArrayList answers{"",  "yes", "no",     "none",
-                                        "7", "-1",  "0 none", "1 'BA'",
-                                        "standard", QByteArray(199, 'x'), "\xff\xfe"};
+    static const QByteArrayList answers{
+        "",        "yes",    "no",     "none",     "7",
+        "-1",      "0 none", "1 'BA'", "standard", QByteArray(199, 'x'),
+        "\xff\xfe"};
     const int n = 1 + below(latestFault);
     const bool isLasting = oneIn(3);
     Fault fault;
@@ -164,9 +164,10 @@ void Sequence::armFault()
         what = QStringLiteral("is answered with '%1'").arg(QString::fromLatin1(fault.answer));
     }
     m_frontEnd->channel.faults().addNth(n, fault, isLasting);
-    m_actions.last() += QStringLiteral(", while command %1 %2%3")
-                            .arg(QString::number(n),
-                                 isLasting ? QStringLiteral("and each after it ") : QString(), what);
+    m_actions.last() +=
+        QStringLiteral(", while command %1 %2%3")
+            .arg(QString::number(n), isLasting ? QStringLiteral("and each after it ") : QString(),
+                 what);
 }
 
 void Sequence::end(const Prediction &predict)

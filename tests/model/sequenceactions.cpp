@@ -8,12 +8,13 @@
 namespace {
 
 // The commands whose failing an action does not look at.
-const QString ofCreation = QStringLiteral("^(config active_config$|veltra2 config (clone|new)_config"
-                                          "|config (new_password|owner|desc) )");
+const QString ofCreation =
+    QStringLiteral("^(config active_config$|veltra2 config (clone|new)_config"
+                   "|config (new_password|owner|desc) )");
 const QString ofEditing =
     QStringLiteral("^config (owner_of_config|desc_of_config|active_config|owner|desc) ");
-const QString ofLocking = QStringLiteral(
-    "^config (desc_of_config|new_password|password|super_password) ");
+const QString ofLocking =
+    QStringLiteral("^config (desc_of_config|new_password|password|super_password) ");
 const QString ofLoading =
     QStringLiteral("^(system upload|system import item|veltra2 config delete_config)");
 const QString ofBackup = QStringLiteral(
@@ -79,9 +80,9 @@ void Sequence::useList()
 void Sequence::actOnList()
 {
     using Action = void (Sequence::*)();
-    QVector<Action> possible{&Sequence::clickRow, &Sequence::clickRow, &Sequence::apply,
-                             &Sequence::apply,    &Sequence::deleteCurrent,
-                             &Sequence::deleteCurrent};
+    QVector<Action> possible{&Sequence::clickRow,      &Sequence::clickRow,
+                             &Sequence::apply,         &Sequence::apply,
+                             &Sequence::deleteCurrent, &Sequence::deleteCurrent};
     const auto offer = [&possible](bool isPossible, Action action, int weight) {
         possible += QVector<Action>(isPossible ? weight : 0, action);
     };
@@ -178,7 +179,8 @@ void Sequence::deleteCurrent()
 void Sequence::createNew()
 {
     const CreationChoice choice{oneIn(2), texts()};
-    begin(QStringLiteral("new %1: %2").arg(choice.isClone ? "clone" : "one", printed(choice.attempts)),
+    begin(QStringLiteral("new %1: %2")
+              .arg(choice.isClone ? "clone" : "one", printed(choice.attempts)),
           {{m_model->controller.active}, ofCreation});
     m_user->createNew(m_list, choice);
     end([this, choice](const Facts &facts) { return m_model->createNew(choice, facts); });
@@ -293,7 +295,8 @@ void Sequence::load()
     for (const StoredModel &item : file.items) {
         promises.touched << item.identifier;
     }
-    begin(QStringLiteral("load %1 from %2").arg(printed(choice.rows), nameOf(choice.path)), promises);
+    begin(QStringLiteral("load %1 from %2").arg(printed(choice.rows), nameOf(choice.path)),
+          promises);
     m_user->load(m_list, choice);
     end([this, choice](const Facts &facts) { return m_model->load(choice, facts); });
 }
@@ -301,9 +304,8 @@ void Sequence::load()
 // Few enough that some are equal, and with all that the fields let through.
 QString Sequence::text(bool isEmptyAllowed)
 {
-    static const QStringList texts{"a",      "Robot cell", "Hall 7", "x_-+=.,;:/ y",
-                                   " ",      "copy of ",   "B",      "12-12-2012",
-                                   "lab 4 3-03-2003"};
+    static const QStringList texts{"a",        "Robot cell", "Hall 7",     "x_-+=.,;:/ y",   " ",
+                                   "copy of ", "B",          "12-12-2012", "lab 4 3-03-2003"};
     return isEmptyAllowed && oneIn(4) ? QString() : oneOf(texts);
 }
 
@@ -335,7 +337,6 @@ QVector<int> Sequence::someOf(int count)
 
 QByteArray Sequence::currentIdentifier() const
 {
-    return m_model->currentRow() < 0
-        ? QByteArray()
-        : m_model->row(m_model->currentRow()).identifier.toLatin1();
+    return m_model->currentRow() < 0 ? QByteArray()
+                                     : m_model->row(m_model->currentRow()).identifier.toLatin1();
 }

@@ -59,10 +59,10 @@ void TestModel::whatUsersSeeIsWhatTheRulesSay()
         m_actions += sequence.actions().size();
         m_faults += sequence.faultCount();
         if (!sequence.problem().isEmpty()) {
-            const QString report = QStringLiteral("%1\n\nafter:\n  %2\n\nAgain: ./dev model 1 %3")
-                                       .arg(sequence.problem(),
-                                            sequence.actions().join(QStringLiteral("\n  ")),
-                                            QString::number(seed));
+            const QString report =
+                QStringLiteral("%1\n\nafter:\n  %2\n\nAgain: ./dev model 1 %3")
+                    .arg(sequence.problem(), sequence.actions().join(QStringLiteral("\n  ")),
+                         QString::number(seed));
             QFAIL(qPrintable(report));
         }
     }

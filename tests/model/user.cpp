@@ -137,11 +137,10 @@ void User::createNew(QDialog *list, const CreationChoice &choice)
 void User::edit(QDialog *list, Way way, const EditChoice &choice)
 {
     expect(QStringLiteral("EditConfigDialog"), [this, choice](QDialog *dialog) {
-        m_transcript.add(
-            Transcript::windowLine(dialog->windowTitle(),
-                                   {UserInput::textOf(dialog, "lineEdit_desc"),
-                                    UserInput::textOf(dialog, "lineEdit_owner"),
-                                    UserInput::textOf(dialog, "lineEdit_configId")}));
+        m_transcript.add(Transcript::windowLine(dialog->windowTitle(),
+                                                {UserInput::textOf(dialog, "lineEdit_desc"),
+                                                 UserInput::textOf(dialog, "lineEdit_owner"),
+                                                 UserInput::textOf(dialog, "lineEdit_configId")}));
         for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
             retype(dialog, "lineEdit_desc", choice.attempts.at(i).first);
             retype(dialog, "lineEdit_owner", choice.attempts.at(i).second);
