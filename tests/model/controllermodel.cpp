@@ -77,7 +77,7 @@ bool ControllerModel::remove(const QByteArray &identifier)
         return false;
     }
     stored.removeOne(*configuration);
-    return find(active) || activate("standard");
+    return find(active) != nullptr || activate("standard");
 }
 
 bool ControllerModel::create(const QByteArray &identifier)
@@ -88,7 +88,7 @@ bool ControllerModel::create(const QByteArray &identifier)
 bool ControllerModel::clone(const QByteArray &identifier, const QByteArray &source)
 {
     const StoredModel *original = find(source);
-    return original
+    return original != nullptr
         && addAndActivate({identifier,
                            original->owner,
                            ("copy of " + original->description).left(longestText),

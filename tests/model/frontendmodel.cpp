@@ -174,7 +174,7 @@ QStringList FrontEndModel::edit(Way way, const EditChoice &choice, const Facts &
         return activateCurrent(facts);
     }
     const int row = m_list.currentRow;
-    const QStringList lines = editCurrent(choice);
+    QStringList lines = editCurrent(choice);
     refresh(facts);
     select(row);
     m_list.focus = isDoubleClick ? QStringLiteral("pushButton_exit") : table;

@@ -244,7 +244,7 @@ void Sequence::compareUntouched(const ControllerModel &after)
     const ControllerModel before = ControllerModel::of(m_before);
     for (const StoredModel &configuration : before.stored) {
         const StoredModel *now = after.find(configuration.identifier);
-        const bool isSame = now && *now == configuration;
+        const bool isSame = now != nullptr && *now == configuration;
         if (!isSame && !m_promises.touched.contains(configuration.identifier)) {
             complain(QStringLiteral("%1 should not have changed:\n%2\n%3")
                          .arg(QString::fromLatin1(configuration.identifier), shown(before.lines()),

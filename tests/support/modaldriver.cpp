@@ -166,7 +166,7 @@ void ModalDriver::tick()
 void ModalDriver::handle(QWidget *window)
 {
     if (m_steps.isEmpty() || !m_steps.head().fits(window)) {
-        if (isAnswered(window)) {
+        if (tryToAnswer(window)) {
             return;
         }
         complain(QStringLiteral("unexpected ") + describe(window)
@@ -184,7 +184,7 @@ void ModalDriver::handle(QWidget *window)
     }
 }
 
-bool ModalDriver::isAnswered(QWidget *window) const
+bool ModalDriver::tryToAnswer(QWidget *window) const
 {
     auto *box = qobject_cast<QMessageBox *>(window);
     QAbstractButton *button = box && m_answer ? box->button(m_answer(box)) : nullptr;

@@ -70,7 +70,7 @@ private:
     void scheduleTick() const;
     void tick();
     void handle(QWidget *window);
-    bool isAnswered(QWidget *window) const;
+    bool tryToAnswer(QWidget *window) const;
     void complain(const QString &problem);
 
     QQueue<Step> m_steps;
