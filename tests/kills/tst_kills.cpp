@@ -23,10 +23,10 @@
 
 namespace {
 
-constexpr int defaultKills = 20;        // of each operation
-constexpr int killsPerBlock = 20;       // a block is what the test's own time limit counts for
-constexpr int latestKillMs = 250;       // several rounds of anything
-constexpr int latestAimedKillUs = 3000; // after a file was begun; about as long as it takes
+constexpr int defaultKills = 20;            // of each operation
+constexpr int killsPerBlock = 20;           // a block is what the test's own time limit counts for
+constexpr quint32 latestKillMs = 250;       // several rounds of anything
+constexpr quint32 latestAimedKillUs = 3000; // after a file was begun; about as long as it takes
 constexpr int longestAimMs = 2000;
 constexpr int patienceMs = 60000; // for the host to start, however busy the machine is
 
@@ -162,7 +162,7 @@ void TestKills::checkState()
 void TestKills::waitForTheMoment(qint64 process, const QString &fileName)
 {
     QThread::msleep(m_random.bounded(latestKillMs));
-    if (m_random.bounded(2) == 0) {
+    if (m_random.bounded(2U) == 0) {
         return;
     }
     QElapsedTimer timer;

@@ -121,8 +121,10 @@ void Victim::edit()
 void Victim::useList(const std::function<void(QDialog *)> &action)
 {
     m_driver.expectDialog("ConfigurationDialog", action);
-    for (const QAction *menu : m_session.window().menuBar()->actions()) {
-        for (QAction *entry : menu->menu()->actions()) {
+    const QList<QAction *> menus = m_session.window().menuBar()->actions();
+    for (const QAction *menu : menus) {
+        const QList<QAction *> entries = menu->menu()->actions();
+        for (QAction *entry : entries) {
             if (entry->text() == QLatin1String("&Configurations")) {
                 entry->trigger();
             }

@@ -189,7 +189,8 @@ Facts Sequence::facts() const
     Facts facts;
     facts.newIdentifiers = m_transcript.newIdentifiers();
     if (m_list) {
-        for (const RowPicture &row : ListPicture::of(m_list).rows) {
+        const ListPicture list = ListPicture::of(m_list);
+        for (const RowPicture &row : list.rows) {
             facts.shownOrder << row.identifier;
         }
     }
@@ -269,7 +270,8 @@ void Sequence::compareReports()
 {
     const QRegularExpression silent(m_promises.unreported);
     QStringList reported;
-    for (const QByteArray &command : m_transcript.failedCommands()) {
+    const QByteArrayList failed = m_transcript.failedCommands();
+    for (const QByteArray &command : failed) {
         const QString text = QString::fromLatin1(command);
         if (m_promises.unreported.isEmpty() || !silent.match(text).hasMatch()) {
             reported << text;
