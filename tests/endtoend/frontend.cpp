@@ -75,8 +75,9 @@ void Record::messagePosted(const QByteArray &category, const QByteArray &source,
     }
 }
 
-ModuleHost::ModuleHost(LineChannel &channel)
-    : window(std::make_unique<QWidget>())
+ModuleHost::ModuleHost(LineChannel &channel, const Version &interfaceVersion)
+    : versions{{4, 2, 0}, interfaceVersion, {4, 1, 0}, QStringLiteral("XQU")}
+    , window(std::make_unique<QWidget>())
     , m_loader(QStringLiteral(VELTRA4_PLUGIN_PATH))
 {
     // Stays mapped after unload(), so that a leak checker can tell whose memory is whose.

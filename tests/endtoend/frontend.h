@@ -61,7 +61,7 @@ class ModuleHost
 {
 public:
     /// @p channel is not owned and must outlive the front end.
-    explicit ModuleHost(LineChannel &channel);
+    explicit ModuleHost(LineChannel &channel, const Version &interfaceVersion = {1, 27, 0});
     ~ModuleHost();
     Q_DISABLE_COPY_MOVE(ModuleHost)
 
@@ -74,6 +74,8 @@ public:
     void triggerAction();
     /// Chooses the action, whatever comes of it; the driver is left to the caller.
     void tryAction() { m_action->trigger(); }
+    /// The plug-in's action, for those who look after the windows themselves.
+    QAction *action() const { return m_action; }
 
     /// @name What the host may do at any time
     /// @{
@@ -84,7 +86,7 @@ public:
     /// @}
 
     Record record;
-    BackendVersions versions{{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, QStringLiteral("XQU")};
+    BackendVersions versions;
     std::unique_ptr<QWidget> window;
     ModalDriver driver;
 
@@ -111,9 +113,10 @@ struct SimulatedBackend
 class FrontEnd : public SimulatedBackend, public ModuleHost
 {
 public:
-    explicit FrontEnd(const ControllerState &state = ControllerState::sample())
+    explicit FrontEnd(const ControllerState &state = ControllerState::sample(),
+                      const Version &interfaceVersion = {1, 27, 0})
         : SimulatedBackend(state)
-        , ModuleHost(channel)
+        , ModuleHost(channel, interfaceVersion)
     {
     }
 

@@ -7,17 +7,25 @@ namespace {
 
 constexpr int descriptionColumn = 0;
 
-// Where the row is on the screen; it is scrolled there.
-QPoint placeOf(QTableWidget *table, const QString &description)
+int rowOf(const QTableWidget *table, const QString &description)
 {
     for (int row = 0; row < table->rowCount(); ++row) {
-        QTableWidgetItem *item = table->item(row, descriptionColumn);
-        if (item->text() == description) {
-            table->scrollToItem(item);
-            return table->visualItemRect(item).center();
+        if (table->item(row, descriptionColumn)->text() == description) {
+            return row;
         }
     }
     qFatal("no row says '%s'", qPrintable(description));
+}
+
+// Where the row is on the screen; it is scrolled there.
+QPoint placeOf(QTableWidget *table, int row)
+{
+    const QTableWidgetItem *item = table->item(row, descriptionColumn);
+    if (!item) {
+        qFatal("there is no row %d", row);
+    }
+    table->scrollToItem(item);
+    return table->visualItemRect(item).center();
 }
 
 } // namespace
@@ -54,14 +62,24 @@ QStringList Table::lines(const QWidget *window)
 void Table::click(const QWidget *window, const QString &description,
                   Qt::KeyboardModifiers modifiers)
 {
-    QTableWidget *table = in(window);
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers, placeOf(table, description));
+    click(window, rowOf(in(window), description), modifiers);
 }
 
 void Table::doubleClick(const QWidget *window, const QString &description)
 {
+    doubleClick(window, rowOf(in(window), description));
+}
+
+void Table::click(const QWidget *window, int row, Qt::KeyboardModifiers modifiers)
+{
     QTableWidget *table = in(window);
-    const QPoint place = placeOf(table, description);
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers, placeOf(table, row));
+}
+
+void Table::doubleClick(const QWidget *window, int row)
+{
+    QTableWidget *table = in(window);
+    const QPoint place = placeOf(table, row);
     QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, place);
     QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, place);
 }

@@ -20,5 +20,8 @@ QStringList lines(const QWidget *window);
 void click(const QWidget *window, const QString &description,
            Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void doubleClick(const QWidget *window, const QString &description);
+/// The same by the row's number from the top, for tables whose descriptions may be equal.
+void click(const QWidget *window, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+void doubleClick(const QWidget *window, int row);
 
 } // namespace Table

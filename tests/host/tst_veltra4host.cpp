@@ -115,8 +115,8 @@ private slots:
         QCOMPARE(outcome.exitCode, 0);
         for (const char *option :
              {"--controller", "--observer", "--interface-version", "--pt-version", "--ct-version",
-              "--model", "--host-version", "--latency", "--fail", "--state", "--dark", "--font-size", "--plugin",
-              "--tour"}) {
+              "--model", "--host-version", "--latency", "--fail", "--state", "--dark",
+              "--font-size", "--plugin", "--tour"}) {
             QVERIFY2(outcome.output.contains(option), option);
         }
     }

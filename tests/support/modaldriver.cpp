@@ -120,6 +120,11 @@ void ModalDriver::expectFileDialog(const QString &caption, const QString &path,
     m_steps.enqueue(step);
 }
 
+void ModalDriver::answerBoxes(std::function<QMessageBox::StandardButton(QMessageBox *)> answer)
+{
+    m_answer = std::move(answer);
+}
+
 void ModalDriver::verify()
 {
     const QStringList problems = takeProblems();
@@ -165,6 +170,9 @@ void ModalDriver::handle(QWidget *window)
         return;
     }
     if (m_steps.isEmpty() || !m_steps.head().fits(window)) {
+        if (tryToAnswer(window)) {
+            return;
+        }
         complain(QStringLiteral("unexpected ") + describe(window)
                  + (m_steps.isEmpty() ? QString()
                                       : QStringLiteral(" instead of ") + m_steps.head().name));
@@ -182,6 +190,16 @@ void ModalDriver::run(const std::function<void(QWidget *)> &action, QWidget *win
         complain(QStringLiteral("left open: ") + describe(watched));
         close(watched);
     }
+}
+
+bool ModalDriver::tryToAnswer(QWidget *window) const
+{
+    auto *box = qobject_cast<QMessageBox *>(window);
+    QAbstractButton *button = box && m_answer ? box->button(m_answer(box)) : nullptr;
+    if (button) {
+        button->click();
+    }
+    return button != nullptr;
 }
 
 void ModalDriver::complain(const QString &problem)

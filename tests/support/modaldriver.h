@@ -53,6 +53,10 @@ public:
     /// in the end: for when it is not known beforehand which windows will open.
     void handleOthers(std::function<void(QWidget *)> action) { m_others = std::move(action); }
 
+    /// From now on @p answer chooses the button of every message box that is not expected: none of
+    /// them is a surprise.
+    void answerBoxes(std::function<QMessageBox::StandardButton(QMessageBox *)> answer);
+
     /// Fails the test if anything went wrong or is left over, and forgets it.
     void verify();
 
@@ -71,10 +75,12 @@ private:
     void tick();
     void handle(QWidget *window);
     void run(const std::function<void(QWidget *)> &action, QWidget *window);
+    bool tryToAnswer(QWidget *window) const;
     void complain(const QString &problem);
 
     QQueue<Step> m_steps;
-    std::function<void(QWidget *)> m_others;  ///< empty where every window has to be expected
+    std::function<void(QWidget *)> m_others; ///< empty where every window has to be expected
+    std::function<QMessageBox::StandardButton(QMessageBox *)> m_answer;
     QStack<QPointer<QWidget>> m_beingHandled; ///< their actions run inside one another
     QStringList m_problems;
 };

@@ -18,6 +18,7 @@ private slots:
 
     void boxesAreAnsweredInOrder();
     void aBoxNobodyExpectedIsClosedAndReported();
+    void allOtherBoxesAreAnsweredAsAskedFor();
     void everyDifferenceIsReported_data();
     void everyDifferenceIsReported();
     void anotherParentIsReported();
@@ -91,6 +92,27 @@ void TestModalDriver::aBoxNobodyExpectedIsClosedAndReported()
     showBox("surprise");
     QCOMPARE(driver.takeProblems(),
              QStringList("unexpected QMessageBox '' titled 'Title' saying 'surprise'"));
+}
+
+void TestModalDriver::allOtherBoxesAreAnsweredAsAskedFor()
+{
+    ModalDriver driver;
+    QStringList seen;
+    driver.answerBoxes([&seen](const QMessageBox *box) {
+        seen << box->text();
+        return QMessageBox::No;
+    });
+    driver.expectBox(expectedBox("expected"));
+    const auto ask = [](const char *text) {
+        return QMessageBox::question(nullptr, "Title", text, QMessageBox::Yes | QMessageBox::No);
+    };
+    QCOMPARE(showBox("expected"), int(QMessageBox::Ok));
+    QCOMPARE(ask("one"), QMessageBox::No);
+    QCOMPARE(ask("two"), QMessageBox::No);
+    QCOMPARE(seen, QStringList({"one", "two"}));
+    QCOMPARE(driver.takeProblems(), QStringList());
+    showBox("without that button");
+    QCOMPARE(driver.takeProblems().size(), 1);
 }
 
 void TestModalDriver::everyDifferenceIsReported_data()

@@ -1,0 +1,234 @@
+#include "tests/model/user.h"
+
+#include "tests/endtoend/table.h"
+#include "tests/support/userinput.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableWidget>
+
+namespace {
+
+void retype(const QDialog *dialog, const char *lineEdit, const QString &text)
+{
+    UserInput::named<QLineEdit>(dialog, lineEdit)->clear();
+    UserInput::type(dialog, lineEdit, text);
+}
+
+void cancelIfOpen(QDialog *dialog, const char *button)
+{
+    if (dialog->isVisible()) {
+        UserInput::click(dialog, button);
+    }
+}
+
+void chooseRows(QDialog *dialog, const QVector<int> &rows)
+{
+    UserInput::click(dialog, "pushButton_clearSelection");
+    for (int row : rows) {
+        if (row < Table::in(dialog)->rowCount()) { // a wrong answer may have made it shorter
+            Table::click(dialog, row, Qt::ControlModifier);
+        }
+    }
+}
+
+QStringList textsIn(const QDialog *dialog)
+{
+    const QTableWidget *table = Table::in(dialog);
+    QStringList texts;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        for (int column = 0; column < table->columnCount(); ++column) {
+            texts << table->item(row, column)->text();
+        }
+    }
+    return texts;
+}
+
+QString labelOf(const QDialog *dialog)
+{
+    return UserInput::named<QLabel>(dialog, "label_configuration")->text();
+}
+
+} // namespace
+
+User::User(FrontEnd &frontEnd, Transcript &transcript)
+    : m_frontEnd(frontEnd)
+    , m_transcript(transcript)
+{
+    m_frontEnd.channel.setObserver(&m_transcript);
+    m_frontEnd.driver.answerBoxes([this](QMessageBox *box) { return answer(box); });
+}
+
+QMessageBox::StandardButton User::answer(QMessageBox *box)
+{
+    m_transcript.add(Transcript::boxLine(box->icon(), box->windowTitle(), box->text()));
+    if (box->standardButtons().testFlag(QMessageBox::Cancel)) {
+        return m_isDeletionConfirmed ? QMessageBox::Ok : QMessageBox::Cancel;
+    }
+    return box->standardButtons().testFlag(QMessageBox::Yes) ? QMessageBox::Yes : QMessageBox::Ok;
+}
+
+void User::expect(const QString &objectName, const std::function<void(QDialog *)> &action)
+{
+    m_frontEnd.driver.expectDialog(objectName, action);
+}
+
+void User::open(const std::function<void(QDialog *)> &action)
+{
+    expect(QStringLiteral("ConfigurationDialog"), action);
+    m_frontEnd.action()->trigger();
+}
+
+void User::close(QDialog *list)
+{
+    UserInput::click(list, "pushButton_exit");
+}
+
+void User::clickRow(QDialog *list, int row)
+{
+    Table::click(list, row);
+}
+
+void User::doubleClick(QDialog *list, int row)
+{
+    Table::doubleClick(list, row);
+}
+
+void User::pressUpOrDown(QDialog *list, int step)
+{
+    UserInput::press(list, step < 0 ? Qt::Key_Up : Qt::Key_Down);
+}
+
+void User::apply(QDialog *list, Way way)
+{
+    if (way == Way::Key) {
+        UserInput::press(list, Qt::Key_Return);
+    } else {
+        UserInput::click(list, "pushButton_apply");
+    }
+}
+
+void User::deleteCurrent(QDialog *list, Way way, bool isConfirmed)
+{
+    m_isDeletionConfirmed = isConfirmed;
+    if (way == Way::Key) {
+        UserInput::press(list, Qt::Key_Delete);
+    } else {
+        UserInput::click(list, "pushButton_delete");
+    }
+}
+
+void User::createNew(QDialog *list, const CreationChoice &choice)
+{
+    expect(QStringLiteral("NewConfigurationDialog"), [this, choice](QDialog *dialog) {
+        m_transcript.add(Transcript::windowLine(dialog->windowTitle(), {}));
+        UserInput::click(dialog, choice.isClone ? "radioButton_clone" : "radioButton_new");
+        for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
+            retype(dialog, "lineEdit_desc", choice.attempts.at(i).first);
+            retype(dialog, "lineEdit_owner", choice.attempts.at(i).second);
+            UserInput::click(dialog, "pushButton_create");
+        }
+        cancelIfOpen(dialog, "pushButton_2");
+    });
+    UserInput::click(list, "pushButton_new");
+}
+
+void User::edit(QDialog *list, Way way, const EditChoice &choice)
+{
+    expect(QStringLiteral("EditConfigDialog"), [this, choice](QDialog *dialog) {
+        m_transcript.add(Transcript::windowLine(dialog->windowTitle(),
+                                                {UserInput::textOf(dialog, "lineEdit_desc"),
+                                                 UserInput::textOf(dialog, "lineEdit_owner"),
+                                                 UserInput::textOf(dialog, "lineEdit_configId")}));
+        for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
+            retype(dialog, "lineEdit_desc", choice.attempts.at(i).first);
+            retype(dialog, "lineEdit_owner", choice.attempts.at(i).second);
+            UserInput::click(dialog, "pushButton_ok");
+        }
+        cancelIfOpen(dialog, "pushButton_2");
+    });
+    if (way == Way::DoubleClick) {
+        doubleClick(list, Table::in(list)->currentRow());
+    } else {
+        UserInput::click(list, "pushButton_edit");
+    }
+}
+
+void User::lock(QDialog *list, const LockChoice &choice)
+{
+    expect(QStringLiteral("LockConfigurationDialog"), [this, choice](QDialog *dialog) {
+        m_transcript.add(Transcript::windowLine(dialog->windowTitle(), {labelOf(dialog)}));
+        for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
+            retype(dialog, "lineEdit_new_password", choice.attempts.at(i).first);
+            retype(dialog, "lineEdit_new_password_repeat", choice.attempts.at(i).second);
+            UserInput::click(dialog, "pushButton_ok");
+        }
+        cancelIfOpen(dialog, "pushButton_cancel");
+    });
+    UserInput::click(list, "pushButton_lock");
+}
+
+void User::unlock(QDialog *list, const UnlockChoice &choice)
+{
+    expect(QStringLiteral("UnlockConfigurationDialog"), [this, choice](QDialog *dialog) {
+        m_transcript.add(Transcript::windowLine(dialog->windowTitle(), {labelOf(dialog)}));
+        const auto *isSuper = UserInput::named<QCheckBox>(dialog, "checkBox_use_super_password");
+        for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
+            retype(dialog, "lineEdit_password", choice.attempts.at(i).password);
+            if (isSuper->isChecked() != choice.attempts.at(i).isSuper) {
+                UserInput::click(dialog, "checkBox_use_super_password");
+            }
+            UserInput::click(dialog, "pushButton_ok");
+        }
+        cancelIfOpen(dialog, "pushButton_cancel");
+    });
+    UserInput::click(list, "pushButton_lock");
+}
+
+void User::useSaveDialog(QDialog *list, const std::function<void(QDialog *)> &action)
+{
+    expect(QStringLiteral("ConfigSaveDlgClass"), [this, action](QDialog *dialog) {
+        m_transcript.add(Transcript::windowLine(dialog->windowTitle(), textsIn(dialog)));
+        action(dialog);
+        UserInput::click(dialog, "pushButton_exit");
+    });
+    UserInput::click(list, "pushButton_save");
+}
+
+void User::save(QDialog *list, const FileChoice &choice)
+{
+    useSaveDialog(list, [this, choice](QDialog *dialog) {
+        UserInput::click(dialog, "checkBox_allSettings");
+        chooseRows(dialog, choice.rows);
+        if (!choice.rows.isEmpty()) {
+            m_frontEnd.driver.expectFileDialog(QStringLiteral("Save configuration(s)"),
+                                               choice.path);
+        }
+        UserInput::click(dialog, "pushButton_save");
+    });
+}
+
+void User::backUp(QDialog *list, const QString &path)
+{
+    useSaveDialog(list, [this, path](QDialog *dialog) {
+        m_frontEnd.driver.expectFileDialog(QStringLiteral("Backup all settings"), path);
+        UserInput::click(dialog, "pushButton_save");
+    });
+}
+
+void User::load(QDialog *list, const FileChoice &choice)
+{
+    m_frontEnd.driver.expectFileDialog(QStringLiteral("Load Configurations"), choice.path);
+    if (!choice.path.isEmpty() && choice.opensDialog) {
+        expect(QStringLiteral("ConfigLoadDlgClass"), [this, choice](QDialog *dialog) {
+            m_transcript.add(Transcript::windowLine(dialog->windowTitle(), textsIn(dialog)));
+            chooseRows(dialog, choice.rows);
+            if (UserInput::widgetNamed(dialog, QStringLiteral("pushButton_load"))->isEnabled()) {
+                UserInput::click(dialog, "pushButton_load");
+            }
+            cancelIfOpen(dialog, "pushButton_exit");
+        });
+    }
+    UserInput::click(list, "pushButton_load");
+}
