@@ -257,13 +257,13 @@ bool Restore::removeForeignSlaves()
 
 bool Restore::attachSlaves()
 {
-    for (const QByteArray &slave : m_slaves) {
-        if (!m_connected.contains(slave) && !attach(slave)) {
-            return false;
+    return std::all_of(m_slaves.cbegin(), m_slaves.cend(), [this](const QByteArray &slave) {
+        const bool isAttached = m_connected.contains(slave) || attach(slave);
+        if (isAttached) {
+            check(slave);
         }
-        check(slave);
-    }
-    return true;
+        return isAttached;
+    });
 }
 
 bool Restore::attach(const QByteArray &slave)
