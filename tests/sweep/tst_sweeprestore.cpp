@@ -1,4 +1,3 @@
-#include "tests/endtoend/transferfiles.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 #include "tests/sweep/backuprules.h"
