@@ -48,11 +48,10 @@ QStringList described(const ControllerState &state)
         lines << described(configuration);
     }
     for (const CascadeSlave &slave : state.slaves) {
-        lines << QStringLiteral("%1 connected %2, available %3, scanned %4")
-                     .arg(QString::fromLatin1(slave.name))
-                     .arg(slave.isConnected)
-                     .arg(slave.isAvailable)
-                     .arg(slave.isScanned);
+        lines << QString::fromLatin1(slave.name)
+                + (slave.isConnected ? QStringLiteral(", connected") : QString())
+                + (slave.isAvailable ? QStringLiteral(", available") : QString())
+                + (slave.isScanned ? QStringLiteral(", scanned") : QString());
     }
     return lines;
 }

@@ -6,7 +6,9 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMessageBox>

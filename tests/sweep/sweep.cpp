@@ -147,18 +147,16 @@ QString Sweeper::problemOf(const std::optional<FaultPoint> &faultPoint)
     const Outcome actual = m_stage.perform(m_operation, faultPoint);
     Rehearsal rehearsal(m_operation, faultPoint, m_stage.transcript().newIdentifiers());
     m_operation.rehearse(rehearsal);
-    const QString found = difference(actual, rehearsal.outcome());
-    if (!found.isEmpty()) {
-        return found;
-    }
-    const QString lost = lossIn(actual, m_operation);
-    if (!lost.isEmpty()) {
-        return lost;
+    QString problem = difference(actual, rehearsal.outcome());
+    if (problem.isEmpty()) {
+        problem = lossIn(actual, m_operation);
     }
     const QStringList listed = m_stage.listedNow();
-    return listed == listOf(actual.state)
-        ? QString()
-        : QStringLiteral("afterwards the list shows\n    ") + listed.join(QStringLiteral("\n    "));
+    if (problem.isEmpty() && listed != listOf(actual.state)) {
+        problem = QStringLiteral("afterwards the list shows\n    ")
+            + listed.join(QStringLiteral("\n    "));
+    }
+    return problem;
 }
 
 } // namespace

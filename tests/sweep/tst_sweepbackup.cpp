@@ -8,7 +8,6 @@
 
 #include <QDate>
 #include <QDir>
-#include <QFileInfo>
 #include <QLocale>
 #include <QtTest>
 

@@ -1,4 +1,3 @@
-#include "channel/transferencoding.h"
 #include "tests/endtoend/transferfiles.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"

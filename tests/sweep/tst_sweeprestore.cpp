@@ -1,4 +1,3 @@
-#include "tests/endtoend/transferfiles.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 #include "tests/sweep/backuprules.h"
@@ -257,13 +256,13 @@ bool Restore::removeForeignSlaves()
 
 bool Restore::attachSlaves()
 {
-    for (const QByteArray &slave : m_slaves) {
-        if (!m_connected.contains(slave) && !attach(slave)) {
-            return false;
+    return std::all_of(m_slaves.cbegin(), m_slaves.cend(), [this](const QByteArray &slave) {
+        const bool isAttached = m_connected.contains(slave) || attach(slave);
+        if (isAttached) {
+            check(slave);
         }
-        check(slave);
-    }
-    return true;
+        return isAttached;
+    });
 }
 
 bool Restore::attach(const QByteArray &slave)
