@@ -26,7 +26,7 @@ namespace {
 constexpr int defaultKills = 20;            // of each operation
 constexpr int killsPerBlock = 20;           // a block is what the test's own time limit counts for
 constexpr quint32 latestKillMs = 250;       // several rounds of anything
-constexpr quint32 latestAimedKillUs = 3000; // after a file was begun; about as long as it takes
+constexpr quint32 latestAimedKillUs = 1000; // after a file was begun, before it is finished
 constexpr int longestAimMs = 2000;
 constexpr int patienceMs = 60000; // for the host to start, however busy the machine is
 
