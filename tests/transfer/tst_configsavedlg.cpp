@@ -594,11 +594,12 @@ void TestConfigSaveDlg::theButtonsFollowTheSelection()
 void TestConfigSaveDlg::withoutColumnsThereIsNoSelectionToFollow()
 {
     showSelection([&] {
-        const bool isEnabled = find<QPushButton>("pushButton_save")->isEnabled();
+        auto *save = find<QPushButton>("pushButton_save");
         table()->setColumnCount(0);
+        save->setEnabled(true);
         QVERIFY(QMetaObject::invokeMethod(m_dialog.get(),
                                           "on_tableWidget_selectConfigs_itemSelectionChanged"));
-        QCOMPARE(find<QPushButton>("pushButton_save")->isEnabled(), isEnabled);
+        QVERIFY(save->isEnabled());
     });
 }
 
