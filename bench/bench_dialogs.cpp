@@ -100,7 +100,8 @@ void openPlain(benchmark::State &state)
     const PlainDialog plain(std::unique_ptr<QDialog>(Kind::make()).get(), texts);
     for (auto _ : state) {
         const std::unique_ptr<QWidget> widget(plain.make(nullptr));
-        openAndClose(qobject_cast<QDialog *>(widget.get()), [](QDialog *dialog) { dialog->exec(); });
+        openAndClose(qobject_cast<QDialog *>(widget.get()),
+                     [](QDialog *dialog) { dialog->exec(); });
     }
 }
 

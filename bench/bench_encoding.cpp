@@ -55,8 +55,7 @@ void encodeWithLibb64(benchmark::State &state)
         QByteArray text(bytes.size() * 2 + 8, Qt::Uninitialized);
         base64_encodestate encoder;
         base64_init_encodestate(&encoder);
-        int length =
-            base64_encode_block(bytes.constData(), bytes.size(), text.data(), &encoder);
+        int length = base64_encode_block(bytes.constData(), bytes.size(), text.data(), &encoder);
         length += base64_encode_blockend(text.data() + length, &encoder);
         text.truncate(length);
         benchmark::DoNotOptimize(text);
@@ -91,8 +90,7 @@ void decodeWithLibb64(benchmark::State &state)
         QByteArray bytes(text.size(), Qt::Uninitialized);
         base64_decodestate decoder;
         base64_init_decodestate(&decoder);
-        bytes.truncate(
-            base64_decode_block(text.constData(), text.size(), bytes.data(), &decoder));
+        bytes.truncate(base64_decode_block(text.constData(), text.size(), bytes.data(), &decoder));
         benchmark::DoNotOptimize(bytes);
     }
     setThroughput(state);

@@ -12,10 +12,10 @@ void measure(benchmark::State &state, const char *what)
 {
     const QTemporaryDir folder;
     const auto run = [&](const char *operation) {
-        return ChildProcess::runProbe(
-            QStringLiteral("veltra4-memoryprobe"),
-            {QString::fromLatin1(operation), QString::number(state.range(0)),
-             folder.filePath(QStringLiteral("file"))});
+        return ChildProcess::runProbe(QStringLiteral("veltra4-memoryprobe"),
+                                      {QString::fromLatin1(operation),
+                                       QString::number(state.range(0)),
+                                       folder.filePath(QStringLiteral("file"))});
     };
     if (qstrcmp(what, "read") == 0) {
         run("write");

@@ -29,8 +29,8 @@ ChildProcess::Outcome ChildProcess::run(const QString &program, const QStringLis
     QProcess process;
     process.start(program, arguments);
     Outcome outcome;
-    outcome.isSuccess = process.waitForFinished(-1)
-        && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    outcome.isSuccess = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit
+        && process.exitCode() == 0;
     outcome.cpuTime = childrensCpuTime() - before;
     outcome.output = process.readAllStandardOutput();
     return outcome;

@@ -116,8 +116,8 @@ void FreeChannel::answer(char *reply)
     } else if (const char *slot = behind("config config t")) {
         std::snprintf(reply, replyCapacity, "config%s", slot);
     } else if (const char *described = behind("config desc_of_config config")) {
-        std::snprintf(reply, replyCapacity, "\"Measuring plan %08x, hall %s\"",
-                      shuffled(described), described);
+        std::snprintf(reply, replyCapacity, "\"Measuring plan %08x, hall %s\"", shuffled(described),
+                      described);
     } else if (behind("config owner_of_config ") != nullptr) {
         std::strcpy(reply, "\"Metrology department\"");
     } else if (behind("config config_has_password ") != nullptr) {
