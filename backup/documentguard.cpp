@@ -83,6 +83,7 @@ std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
         QTextCodec::codecForName("UTF-8")->makeEncoder(QTextCodec::IgnoreHeader));
     MarkupMeter meter;
     QByteArray admitted;
+    admitted.reserve(document.size());
     for (int begin = 0; begin < document.size(); begin += pieceSize) {
         const int size = std::min(pieceSize, document.size() - begin);
         QString text = decoder->toUnicode(document.constData() + begin, size);

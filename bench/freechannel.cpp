@@ -18,6 +18,12 @@ unsigned shuffled(const char *number)
     return static_cast<unsigned>(std::atoi(number)) * 2654435761U;
 }
 
+// Everything that is said here is short.
+void say(char *reply, const char *text)
+{
+    std::memcpy(reply, text, std::strlen(text) + 1);
+}
+
 } // namespace
 
 // Formats the variable arguments of the surrounding function into the line, and carries that.
@@ -47,7 +53,7 @@ int FreeChannel::setTimeout(int /*channel*/, int /*milliseconds*/, int /*flag*/)
 int FreeChannel::sendCommandReply(char *reply, const char *format, ...)
 {
     CARRY_LINE(format);
-    std::strcpy(reply, "veltra2 ok");
+    say(reply, "veltra2 ok");
     return success;
 }
 
@@ -110,7 +116,7 @@ const char *FreeChannel::behind(const char *beginning) const
 void FreeChannel::answer(char *reply)
 {
     if (behind("system download available") != nullptr) {
-        std::strcpy(reply, "yes");
+        say(reply, "yes");
     } else if (behind("system download ") != nullptr) {
         std::memcpy(reply, m_chunk.constData(), static_cast<std::size_t>(m_chunk.size()) + 1);
     } else if (const char *slot = behind("config config t")) {
@@ -119,17 +125,17 @@ void FreeChannel::answer(char *reply)
         std::snprintf(reply, replyCapacity, "\"Measuring plan %08x, hall %s\"", shuffled(described),
                       described);
     } else if (behind("config owner_of_config ") != nullptr) {
-        std::strcpy(reply, "\"Metrology department\"");
+        say(reply, "\"Metrology department\"");
     } else if (behind("config config_has_password ") != nullptr) {
-        std::strcpy(reply, "no");
+        say(reply, "no");
     } else if (behind("config active_config") != nullptr) {
-        std::strcpy(reply, "config01");
+        say(reply, "config01");
     } else if (behind("system import available") != nullptr) {
         std::snprintf(reply, replyCapacity, "%d config", m_configurations);
     } else if (const char *item = behind("system import item i")) {
         tellItem(item, reply);
     } else {
-        std::strcpy(reply, "none");
+        say(reply, "none");
     }
 }
 

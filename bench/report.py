@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Turns the results of veltra4-bench into the table of docs/performance.md and its picture."""
 
 import argparse

@@ -54,8 +54,8 @@ constexpr Contributions contributions = makeContributions();
 void writeCharacters(const char *bytes, char *text)
 {
     auto groups = qFromLittleEndian<std::uint64_t>(bytes);
-    for (int pair = 0; pair < 4; ++pair, groups >>= 2 * bitsPerCharacter) {
-        std::memcpy(text + 2 * pair, pairs[groups & 0xfffU].data(), 2);
+    for (int pair = 0; pair < 4; ++pair, text += 2, groups >>= 2 * bitsPerCharacter) {
+        std::memcpy(text, pairs[groups & 0xfffU].data(), 2);
     }
 }
 

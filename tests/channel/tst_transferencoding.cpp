@@ -43,6 +43,7 @@ private slots:
     void encodesAndDecodesTheExamples_data();
     void encodesAndDecodesTheExamples();
     void everyLengthSurvivesTheRoundTrip();
+    void encodingUsesTheTextAgain();
     void everyByteSurvivesTheRoundTrip();
     void decodingDropsIncompleteBytes_data();
     void decodingDropsIncompleteBytes();
@@ -85,6 +86,16 @@ void TestTransferEncoding::everyLengthSurvivesTheRoundTrip()
         QCOMPARE(decoded, bytes);
     }
     QCOMPARE(TransferEncoding::encode(randomBytes(TransferEncoding::chunkSize)).size(), 134);
+}
+
+void TestTransferEncoding::encodingUsesTheTextAgain()
+{
+    QByteArray text = "what was there before";
+    for (const int size : {100, 7, 0, 250, 99}) {
+        const QByteArray bytes = randomBytes(size);
+        TransferEncoding::encode(bytes.constData(), bytes.size(), &text);
+        QCOMPARE(text, encodedBitByBit(bytes));
+    }
 }
 
 void TestTransferEncoding::everyByteSurvivesTheRoundTrip()
