@@ -2,11 +2,11 @@
 
 #include "backup/documentguard.h"
 #include "backup/documentproblem.h"
+#include "backup/markupmeter.h"
 #include "backup/refusingnetwork.h"
 #include "resources/resources.h"
 
 #include <QAbstractMessageHandler>
-#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QResource>
@@ -62,10 +62,10 @@ private:
 
 const QLatin1String instanceNamespace("http://www.w3.org/2001/XMLSchema-instance");
 
-std::optional<QByteArray> documentAt(const QString &path)
+std::optional<QByteArray> documentAt(const QString &path, MarkupMeter *meter)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? DocumentGuard::read(&file) : std::nullopt;
+    return file.open(QIODevice::ReadOnly) ? DocumentGuard::read(&file, meter) : std::nullopt;
 }
 
 // Nothing in a backup is in a namespace, but an element may have hints for a validator.
@@ -79,31 +79,22 @@ bool hasForeignNames(const QXmlStreamReader &xml)
                        });
 }
 
-// Walks over the document before the validator does, which takes its time: it hashes the namespace
-// of each element and attribute anew, so that a long one of many of them is not to be borne.
-// @return how many characters of the document are markup; nothing if it cannot be a backup because
-// it is not well-formed or has names of other documents
-std::optional<qint64> markupOfCandidate(const QByteArray &document, DocumentProblem *problem)
+// Whether no element has a name, or an attribute, that belongs to another kind of document; tells
+// otherwise where. False as well if the document is not well-formed.
+bool hasOwnNamesOnly(const QByteArray &document, DocumentProblem *problem)
 {
-    qint64 markup = 0;
-    QBuffer device; // read piece by piece; bytes would become one text as a whole
-    device.setData(document);
-    device.open(QIODevice::ReadOnly);
-    QXmlStreamReader xml(&device);
+    QXmlStreamReader xml(document);
     while (!xml.atEnd()) {
-        const qint64 begin = xml.characterOffset();
         xml.readNext();
         if (xml.isStartElement() && hasForeignNames(xml)) {
             xml.raiseError(QStringLiteral("Element %1 has names that no backup has.")
                                .arg(xml.qualifiedName().toString()));
         }
-        markup += xml.isCharacters() ? 0 : xml.characterOffset() - begin;
     }
     if (xml.hasError()) {
         *problem = {xml.errorString(), xml.lineNumber(), xml.columnNumber()};
-        return std::nullopt;
     }
-    return markup;
+    return !xml.hasError();
 }
 
 class LoadedSchema
@@ -118,7 +109,7 @@ public:
 
     BackupSchema::Verdict judge(const QString &path, DocumentProblem *problem);
 
-    /// How many characters of markup it has been given so far.
+    /// How many characters that may be names it has been given so far.
     qint64 markupSeen() const { return m_markupSeen; }
 
 private:
@@ -137,16 +128,19 @@ BackupSchema::Verdict LoadedSchema::judge(const QString &path, DocumentProblem *
     if (!m_isUsable) {
         return Verdict::SchemaUnusable;
     }
-    const std::optional<QByteArray> document = documentAt(path);
+    MarkupMeter meter;
+    const std::optional<QByteArray> document = documentAt(path, &meter);
     if (!document) {
         *problem = {QStringLiteral("Cannot be read, or costs too much to be read."), 0, 0};
         return Verdict::NoBackup;
     }
-    const std::optional<qint64> markup = markupOfCandidate(*document, problem);
-    if (!markup) {
+    m_markupSeen += meter.markup();
+    // The validator hashes the namespace of each element and attribute anew. Where that would take
+    // its time, it is not to see any but those of a backup, which are short.
+    constexpr qint64 bearable = 64 * 1024 * 1024; // characters, less than a second
+    if (meter.costOfNames() > bearable && !hasOwnNamesOnly(*document, problem)) {
         return Verdict::NoBackup;
     }
-    m_markupSeen += *markup;
     const QUrl address = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
     return isValid(*document, address, problem) ? Verdict::Backup : Verdict::NoBackup;
 }

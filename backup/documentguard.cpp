@@ -74,6 +74,12 @@ bool beginsAgain(const QString &text)
 
 std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
 {
+    MarkupMeter meter;
+    return admit(document, &meter);
+}
+
+std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document, MarkupMeter *meter)
+{
     QTextCodec *const codec = codecOf(document);
     if (!codec) {
         return QByteArray();
@@ -81,7 +87,6 @@ std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
     const std::unique_ptr<QTextDecoder> decoder(codec->makeDecoder());
     const std::unique_ptr<QTextEncoder> encoder(
         QTextCodec::codecForName("UTF-8")->makeEncoder(QTextCodec::IgnoreHeader));
-    MarkupMeter meter;
     QByteArray admitted;
     admitted.reserve(document.size());
     for (int begin = 0; begin < document.size(); begin += pieceSize) {
@@ -96,7 +101,7 @@ std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
                 break;
             }
         }
-        if (!meter.feed(text)) {
+        if (!meter->feed(text)) {
             return std::nullopt;
         }
         admitted += encoder->fromUnicode(text);
@@ -106,9 +111,16 @@ std::optional<QByteArray> DocumentGuard::admit(const QByteArray &document)
 
 std::optional<QByteArray> DocumentGuard::read(QFile *file)
 {
+    MarkupMeter meter;
+    return read(file, &meter);
+}
+
+std::optional<QByteArray> DocumentGuard::read(QFile *file, MarkupMeter *meter)
+{
     const qint64 size = file->size();
     if (!QFileInfo(*file).isFile() || size > maxSize) {
         return std::nullopt;
     }
-    return admit(file->read(size)); // told less exactly, it would allocate all that it may read
+    return admit(file->read(size),
+                 meter); // told less exactly, it would allocate all that it may read
 }

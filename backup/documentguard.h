@@ -4,6 +4,7 @@
 
 #include <optional>
 
+class MarkupMeter;
 class QFile;
 
 /// Decides which XML documents may be given to a parser.
@@ -21,12 +22,17 @@ inline constexpr int maxSize = 512 * 1024 * 1024;
 ///
 /// Whether it is well-formed is left to the parser, which finds the end of the document where it
 /// can no longer be decoded.
+/// @param meter  a fresh one that has measured the document afterwards
 /// @return the same document in UTF-8, without an XML declaration; nothing if it has a document
 /// type declaration or exceeds one of MarkupMeter's limits
+std::optional<QByteArray> admit(const QByteArray &document, MarkupMeter *meter);
+/// The same, for whoever does not care how much of what there is.
 std::optional<QByteArray> admit(const QByteArray &document);
 
 /// The same with the content of @p file, which is open for reading. Refuses what is not a regular
 /// file and what is larger than maxSize.
+std::optional<QByteArray> read(QFile *file, MarkupMeter *meter);
+/// The same, for whoever does not care how much of what there is.
 std::optional<QByteArray> read(QFile *file);
 
 } // namespace DocumentGuard

@@ -11,11 +11,13 @@ bool MarkupMeter::feed(const QString &text)
         for (i = std::max(i, next - 2); i <= next && i < text.size(); ++i) {
             std::rotate(m_recent.begin(), m_recent.begin() + 1, m_recent.end());
             m_recent.back() = text.at(i).unicode();
+            m_here = m_fed + i;
             if (!take()) {
                 return false;
             }
         }
     }
+    m_fed += text.size();
     return true;
 }
 
@@ -58,6 +60,7 @@ bool MarkupMeter::take()
     switch (m_state) {
     case State::Text:
         if (is('<')) {
+            m_markupBegin = m_here;
             enter(State::MarkupBegins);
             return countPiece();
         }
@@ -90,6 +93,7 @@ bool MarkupMeter::take()
         break;
     case State::Instruction:
         if (endsWith("?>")) {
+            countMarkup();
             enter(State::Text);
         }
         break;
@@ -156,6 +160,7 @@ void MarkupMeter::endStartTag()
         m_openElements.append(m_attributesOfTag);
         m_attributesOfOpenElements += m_attributesOfTag;
     }
+    countMarkup();
     enter(State::Text);
 }
 
@@ -164,7 +169,15 @@ void MarkupMeter::endEndTag()
     if (!m_openElements.isEmpty()) {
         m_attributesOfOpenElements -= m_openElements.takeLast();
     }
+    countMarkup();
     enter(State::Text);
+}
+
+void MarkupMeter::countMarkup()
+{
+    const qint64 length = m_here - m_markupBegin + 1;
+    m_markup += length;
+    m_longestMarkup = std::max(m_longestMarkup, length);
 }
 
 void MarkupMeter::enter(State state)

@@ -25,6 +25,12 @@ public:
     /// not be fed then
     bool feed(const QString &text);
 
+    /// How many characters of tags and instructions there were: what may be names.
+    qint64 markup() const { return m_markup; }
+    /// At least as much as a parser has to go through that looks at the namespace of each element
+    /// and attribute anew, in characters.
+    qint64 costOfNames() const { return m_longestMarkup * m_pieces; }
+
 private:
     enum class State {
         Text,
@@ -47,6 +53,7 @@ private:
     bool takeInStartTag();
     void endStartTag();
     void endEndTag();
+    void countMarkup();
     void enter(State state);
     bool is(char character) const { return m_recent.back() == character; }
     bool endsWith(const char *terminator) const;
@@ -57,6 +64,11 @@ private:
     ushort m_quote = 0;               // what ends the quoted value
     QString m_declaration;            // how it begins
 
+    qint64 m_fed = 0;         // characters
+    qint64 m_here = 0;        // the place of the character being taken
+    qint64 m_markupBegin = 0; // where the last piece begins
+    qint64 m_markup = 0;
+    qint64 m_longestMarkup = 0;
     int m_pieces = 0;
     int m_attributesOfTag = 0;
     int m_attributesOfOpenElements = 0;

@@ -54,7 +54,6 @@ void clone(Tour &tour)
 void createWithDefaults(Tour &tour)
 {
     tour.step(QStringLiteral("Create a configuration with default values"));
-    const QByteArray defaults = ListVisit::data(tour, QStringLiteral("standard"));
     const int count = tour.controllerState().configurations.size();
     const auto fill = [&](DialogDriver &dialog) {
         dialog.click("radioButton_new");

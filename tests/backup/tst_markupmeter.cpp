@@ -11,6 +11,8 @@ class TestMarkupMeter : public QObject
 private slots:
     void whereThePartsAreCutDoesNotMatter_data();
     void whereThePartsAreCutDoesNotMatter();
+    void countsWhatMayBeNames_data();
+    void countsWhatMayBeNames();
 };
 
 // A document type declaration is refused, but only where it is one: that tells which state the
@@ -44,6 +46,30 @@ void TestMarkupMeter::whereThePartsAreCutDoesNotMatter()
                          && meter.feed(text.mid(second)),
                      isAdmitted);
         }
+    }
+}
+
+void TestMarkupMeter::countsWhatMayBeNames_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("markup");
+    QTest::addColumn<qint64>("costOfNames");
+    QTest::newRow("nothing") << "text" << qint64(0) << qint64(0);
+    QTest::newRow("tags") << "<aa>text</aa>" << qint64(9) << qint64(2 * 5);
+    QTest::newRow("an attribute") << "<a b='>'/>" << qint64(10) << qint64(2 * 10);
+    QTest::newRow("an instruction") << "<?aa b?>" << qint64(8) << qint64(8);
+    QTest::newRow("what holds no names")
+        << "<a><!-- long long --><![CDATA[long long long]]></a>" << qint64(7) << qint64(4 * 4);
+}
+
+void TestMarkupMeter::countsWhatMayBeNames()
+{
+    QFETCH(const QString, text);
+    for (int cut = 0; cut <= text.size(); ++cut) {
+        MarkupMeter meter;
+        QVERIFY(meter.feed(text.left(cut)) && meter.feed(text.mid(cut)));
+        QTEST(meter.markup(), "markup");
+        QTEST(meter.costOfNames(), "costOfNames");
     }
 }
 
