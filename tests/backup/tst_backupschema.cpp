@@ -86,6 +86,7 @@ private slots:
     void endsOnWhatIsMeantToExhaustIt_data();
     void endsOnWhatIsMeantToExhaustIt();
     void acceptsAThousandAttributes();
+    void acceptsLongTagsAmongMany();
     void judgesTheSameWhateverItHasSeen();
     void keepsNothingOfWhatItHasSeen();
     void tellsWhatIsWrongAndWhere_data();
@@ -434,6 +435,16 @@ void TestBackupSchema::acceptsAThousandAttributes()
     const QByteArray most = attributes(MarkupMeter::maxAttributesOfTag);
     const QByteArray document =
         documentWith("<ZOR>", "<ZOR" + most + '>').replace("<slave>", "<slave" + most + '>');
+    QCOMPARE(BackupSchema::validate(file(document)), Verdict::Backup);
+}
+
+// Together they are suspicious, but their names are a backup's own.
+void TestBackupSchema::acceptsLongTagsAmongMany()
+{
+    const QByteArray tag = "<ZOR" + QByteArray(100 * 1000, ' ') + '>';
+    const QByteArray many = QByteArray("<!-- -->").repeated(1000);
+    const QByteArray document = documentWith("<ZOR>", tag + many);
+    QVERIFY(document.contains(many));
     QCOMPARE(BackupSchema::validate(file(document)), Verdict::Backup);
 }
 
