@@ -137,7 +137,7 @@ BackupSchema::Verdict LoadedSchema::judge(const QString &path, DocumentProblem *
     m_markupSeen += meter.markup();
     // The validator hashes the namespace of each element and attribute anew. Where that would take
     // its time, it is not to see any but those of a backup, which are short.
-    constexpr qint64 bearable = 64 * 1024 * 1024; // characters, less than a second
+    constexpr qint64 bearable = 64LL * 1024 * 1024; // characters, less than a second
     if (meter.costOfNames() > bearable && !hasOwnNamesOnly(*document, problem)) {
         return Verdict::NoBackup;
     }
