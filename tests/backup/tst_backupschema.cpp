@@ -477,7 +477,7 @@ void TestBackupSchema::keepsNothingOfWhatItHasSeen()
     const size_t before = mallinfo2().uordblks;
     validateBoth(100);
     const size_t after = mallinfo2().uordblks;
-    QVERIFY2(after < before + 100 * 1024, qPrintable(QString::number(after - before)));
+    QVERIFY2(after < before + 100UL * 1024, qPrintable(QString::number(after - before)));
 }
 
 void TestBackupSchema::tellsWhatIsWrongAndWhere_data()
