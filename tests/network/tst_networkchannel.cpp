@@ -6,9 +6,9 @@
 #include "tests/support/testmain.h"
 
 #include <QHostAddress>
+#include <QHostInfo>
 #include <QTcpServer>
 #include <QTimer>
-#include <QHostInfo>
 #include <QtTest>
 
 #include <array>
