@@ -22,7 +22,8 @@ inline constexpr int maxSize = 512 * 1024 * 1024;
 ///
 /// Whether it is well-formed is left to the parser, which finds the end of the document where it
 /// can no longer be decoded.
-/// @param meter  a fresh one that has measured the document afterwards
+/// @param document  its bytes as they are on the disk
+/// @param meter     a fresh one, which has measured the document afterwards
 /// @return the same document in UTF-8, without an XML declaration; nothing if it has a document
 /// type declaration or exceeds one of MarkupMeter's limits
 std::optional<QByteArray> admit(const QByteArray &document, MarkupMeter *meter);
