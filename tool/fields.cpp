@@ -7,6 +7,7 @@
 #include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QVariant>
 
 namespace {
 
@@ -92,7 +93,8 @@ QString textOf(const QJsonValue &value)
         return printable(value.toString());
     }
     QStringList texts;
-    for (const QJsonValue item : value.toArray()) {
+    const QVariantList items = value.toArray().toVariantList();
+    for (const QVariant &item : items) {
         texts << printable(item.toString());
     }
     return texts.isEmpty() ? QStringLiteral("none") : texts.join(QStringLiteral(", "));

@@ -27,7 +27,8 @@ Outcome judgementOf(const BackupFile &file, const QString &command)
         outcome.json.insert(QStringLiteral("problem"), refusalJson(file));
         outcome.complaint = refusalLine(file);
     }
-    for (const QString &warning : file.warnings()) {
+    const QStringList warnings = file.warnings();
+    for (const QString &warning : warnings) {
         outcome.complaint += lineAbout(file, warning);
     }
     return outcome;

@@ -20,7 +20,8 @@ QString shortened(const QString &text)
 QString printable(const QString &text)
 {
     QString line;
-    for (const uint character : shortened(text).toUcs4()) {
+    const QVector<uint> characters = shortened(text).toUcs4();
+    for (const uint character : characters) {
         if (QChar::isPrint(character)) {
             line += QString::fromUcs4(&character, 1);
         } else {
