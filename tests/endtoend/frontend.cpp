@@ -75,9 +75,10 @@ void Record::messagePosted(const QByteArray &category, const QByteArray &source,
     }
 }
 
-ModuleHost::ModuleHost(LineChannel &channel, const Version &interfaceVersion)
+ModuleHost::ModuleHost(MessageChannel &channel, const Version &interfaceVersion)
     : versions{{4, 2, 0}, interfaceVersion, {4, 1, 0}, QStringLiteral("XQU")}
     , window(std::make_unique<QWidget>())
+    , m_channel(channel)
     , m_loader(QStringLiteral(VELTRA4_PLUGIN_PATH))
 {
     // Stays mapped after unload(), so that a leak checker can tell whose memory is whose.
@@ -94,6 +95,7 @@ ModuleHost::ModuleHost(LineChannel &channel, const Version &interfaceVersion)
     m_module->setProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&versions));
     m_module->setProperty(QStringLiteral("ObserverMode"), false);
     offerAction();
+    tellVersion(HostVersion::withoutAutomaticBackup);
 }
 
 ModuleHost::~ModuleHost()
@@ -120,6 +122,11 @@ void ModuleHost::triggerAction()
 {
     m_action->trigger();
     driver.verify();
+}
+
+void ModuleHost::tellVersion(const char *version)
+{
+    m_channel.deliverMessage(HostVersion::message, "Veltra2", version);
 }
 
 void ModuleHost::offerAction()

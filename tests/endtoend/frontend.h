@@ -55,13 +55,23 @@ private:
     QByteArrayList m_commands;
 };
 
+/// What a front end tells of its version when it has started.
+namespace HostVersion {
+inline constexpr int message = 1; // its identifier
+inline constexpr char current[] = "v4.2.0";
+inline constexpr char withoutAutomaticBackup[] = "v2.0.0";
+} // namespace HostVersion
+
 /// A front end that has loaded the plug-in from disk, connected to whatever controller. What the
 /// user does is written as actions on windows, which run while the window is open.
+///
+/// It tells a version without automatic backup, which would come in between otherwise, two seconds
+/// after the start. A test of that backup has the current version told.
 class ModuleHost
 {
 public:
     /// @p channel is not owned and must outlive the front end.
-    explicit ModuleHost(LineChannel &channel, const Version &interfaceVersion = {1, 27, 0});
+    explicit ModuleHost(MessageChannel &channel, const Version &interfaceVersion = {1, 27, 0});
     ~ModuleHost();
     Q_DISABLE_COPY_MOVE(ModuleHost)
 
@@ -76,6 +86,7 @@ public:
     void tryAction() { m_action->trigger(); }
     /// The plug-in's action, for those who look after the windows themselves.
     QAction *action() const { return m_action; }
+    void tellVersion(const char *version);
 
     /// @name What the host may do at any time
     /// @{
@@ -91,6 +102,7 @@ public:
     ModalDriver driver;
 
 private:
+    MessageChannel &m_channel;
     QPluginLoader m_loader;
     ModuleInterface *m_module = nullptr;
     QPointer<QAction> m_action;

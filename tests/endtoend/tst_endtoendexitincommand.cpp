@@ -261,6 +261,7 @@ void nameBackup(Scene &scene)
 void backUpAutomatically(Scene &scene)
 {
     auto *dialog = scene.frontEnd.window->findChild<QDialog *>("ConfigSaveDlgClass");
+    scene.frontEnd.tellVersion(HostVersion::current);
     QVERIFY(QMetaObject::invokeMethod(dialog, "doAutomaticBackup"));
 }
 

@@ -92,9 +92,6 @@ struct Scene
     FrontEnd frontEnd;
     QString file;
 
-    // An automatic backup that came in between would be weighed, too: this version has none.
-    Scene() { frontEnd.channel.deliverMessage(1, "Veltra2", "v2.0.0"); }
-
     void expect(const char *objectName, const std::function<void(QDialog *)> &action)
     {
         frontEnd.driver.expectDialog(QString::fromLatin1(objectName), action);

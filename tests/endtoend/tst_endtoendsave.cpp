@@ -330,7 +330,7 @@ void TestEndToEndSave::everyDayIsBackedUpOnce()
     const QString path = automaticBackupPath(*m_home, ControllerState::sample());
     {
         FrontEnd frontEnd;
-        frontEnd.channel.deliverMessage(1, "Veltra2", "v4.2.0");
+        frontEnd.tellVersion(HostVersion::current);
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(path), patienceMs);
         QCOMPARE(frontEnd.state(), ControllerState::sample());
         FullBackup backup(&frontEnd.channel, &frontEnd.versions);
@@ -340,7 +340,7 @@ void TestEndToEndSave::everyDayIsBackedUpOnce()
     const QByteArray first = TransferFiles::contentsOf(path);
     const QDateTime written = QFileInfo(path).lastModified();
     FrontEnd frontEnd;
-    frontEnd.channel.deliverMessage(1, "Veltra2", "v4.2.0");
+    frontEnd.tellVersion(HostVersion::current);
     frontEnd.record.takeCommands();
     QByteArrayList commands;
     QTRY_VERIFY_WITH_TIMEOUT(!(commands += frontEnd.record.takeCommands()).isEmpty(), patienceMs);

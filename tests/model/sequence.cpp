@@ -110,8 +110,6 @@ Sequence::Sequence(quint32 seed)
     const ControllerState state = controllerState(m_random);
     m_frontEnd = std::make_unique<FrontEnd>(state, versionOf(m_abilities));
     m_frontEnd->channel.setSleep([](int) {});
-    // No automatic backup, which would come whenever two seconds have passed.
-    m_frontEnd->channel.deliverMessage(1, "Veltra2", "v0");
     m_user = std::make_unique<User>(*m_frontEnd, m_transcript);
     m_model = std::make_unique<FrontEndModel>(ControllerModel::of(state), m_abilities);
     m_remaining = m_random.bounded(fewestActions, mostActions + 1);

@@ -126,8 +126,6 @@ public:
         , channel(server.address())
         , host(channel)
     {
-        // Of this version no backups are made without being asked.
-        channel.deliverMessage(1, "Veltra2", "v9.0.0");
     }
 
     /// Lets @p trouble happen when the n-th command from now that fits @p pattern is answered.
@@ -432,7 +430,7 @@ void TestEndToEndNetwork::backingUp()
 void TestEndToEndNetwork::backingUpEveryDay()
 {
     Scene scene(lightSample());
-    scene.channel.deliverMessage(1, "Veltra2", "v4.2.0");
+    scene.host.tellVersion(HostVersion::current);
     scene.expectTrouble(Trouble::Kill, "^system download [0-9]+$", 50);
     QStringList messages;
     QTRY_VERIFY_WITH_TIMEOUT((messages += scene.host.record.takeMessages()).size() == 1,

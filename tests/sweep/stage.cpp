@@ -16,9 +16,6 @@
 
 namespace {
 
-// With this version of the host there are no automatic backups: none comes in between.
-constexpr char unsupportedHostVersion[] = "v5.0.0";
-
 // Qt keeps the state of its file dialogs there.
 bool isForeign(const QString &path)
 {
@@ -83,7 +80,6 @@ void choose(QFileDialog *chooser, const QString &path)
 
 Stage::Stage()
 {
-    m_frontEnd.channel.deliverMessage(1, "Veltra2", unsupportedHostVersion);
     m_frontEnd.channel.setObserver(&m_transcript);
     m_frontEnd.channel.setSleep([](int /*milliseconds*/) {});
     m_frontEnd.driver.handleOthers([this](QWidget *window) { handle(window); });
@@ -140,9 +136,9 @@ void Stage::onDialog(const QString &objectName, const std::function<void(QDialog
 void Stage::backUpAutomatically()
 {
     auto *dialog = m_frontEnd.window->findChild<QDialog *>(QStringLiteral("ConfigSaveDlgClass"));
-    m_frontEnd.channel.deliverMessage(1, "Veltra2", hostVersion);
+    m_frontEnd.tellVersion(HostVersion::current);
     QVERIFY(QMetaObject::invokeMethod(dialog, "doAutomaticBackup", Qt::DirectConnection));
-    m_frontEnd.channel.deliverMessage(1, "Veltra2", unsupportedHostVersion);
+    m_frontEnd.tellVersion(HostVersion::withoutAutomaticBackup);
 }
 
 void Stage::handle(QWidget *window)

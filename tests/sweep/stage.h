@@ -56,6 +56,3 @@ private:
     QString m_chosenPath;
     bool m_wasFaultMet = false;
 };
-
-/// The version of the host, as far as it concerns where automatic backups go.
-inline constexpr char hostVersion[] = "v4.2.0";

@@ -56,7 +56,7 @@ void rehearseManual(Rehearsal &rehearsal)
 QString automaticName(const QString &day, const QString &hostName)
 {
     return QStringLiteral(".ZOR/VELTRA4/%1/backup/backup_%2_%3.xml")
-        .arg(QLatin1String(hostVersion), day, hostName);
+        .arg(QLatin1String(HostVersion::current), day, hostName);
 }
 
 QString today()
