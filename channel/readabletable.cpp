@@ -30,6 +30,8 @@ public:
     }
 };
 
+constexpr int gridLine = 1; // pixels below each row, which belong to its height
+
 // The least height of a row that cuts no letter. A font is higher than its letters, since it has
 // room for accents on capitals, too; what is free on both sides of them may be cut.
 int leastHeight(const QFontMetrics &metrics)
@@ -37,7 +39,7 @@ int leastHeight(const QFontMetrics &metrics)
     const QRect letters = metrics.tightBoundingRect(QStringLiteral("lg"));
     const int freeAbove = metrics.ascent() + letters.top();
     const int freeBelow = metrics.descent() - (letters.bottom() + 1);
-    return metrics.height() - 2 * std::clamp(freeAbove, 0, std::max(freeBelow, 0));
+    return metrics.height() - 2 * std::clamp(freeAbove, 0, std::max(freeBelow, 0)) + gridLine;
 }
 
 } // namespace

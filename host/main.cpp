@@ -17,6 +17,7 @@
 namespace {
 
 constexpr int wrongUsage = 2;
+constexpr int pictureFontSize = 10; // points
 
 int refuse(const QString &problem)
 {
@@ -53,6 +54,16 @@ void useFontSize(int points)
     QFont font = QApplication::font();
     font.setPointSize(points);
     QApplication::setFont(font);
+}
+
+void chooseFont(const HostOptions &options)
+{
+    if (options.fontSize > 0) {
+        useFontSize(options.fontSize);
+    } else if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+        // No desktop where a user has chosen one; Qt's own is too large for pictures.
+        useFontSize(pictureFontSize);
+    }
 }
 
 // Opens the window and lets @p use decide what happens in it; gives the program's exit code.
@@ -115,8 +126,6 @@ int main(int argc, char *argv[])
     if (options->isDark) {
         useDarkColours();
     }
-    if (options->fontSize > 0) {
-        useFontSize(options->fontSize);
-    }
+    chooseFont(*options);
     return options->controller ? runConnected(*options) : runSimulated(*options);
 }

@@ -15,24 +15,12 @@
 namespace {
 
 constexpr int failed = 1;
-constexpr int pictureFontSize = 10; // points
 
 QtMessageHandler defaultMessageHandler = nullptr;
 
 const char *const homeName = "home";
 // Says that the home below a folder is a tour's, so that nobody's own one is ever removed.
 const char *const markName = "home/.veltra4-tour";
-
-// The platform without a display has no user who chose a font; its own one is too large for
-// pictures.
-void takeReadableFont()
-{
-    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
-        QFont font = QApplication::font();
-        font.setPointSize(pictureFontSize);
-        QApplication::setFont(font);
-    }
-}
 
 // The platform without a display warns each time a window is raised or resized.
 void dropPlatformWarnings(QtMsgType type, const QMessageLogContext &context, const QString &message)
@@ -92,7 +80,6 @@ bool prepareTour(const QString &folder, QString *problem)
         *problem = QStringLiteral("\"%1\" cannot be written.").arg(folder);
         return false;
     }
-    takeReadableFont();
     defaultMessageHandler = qInstallMessageHandler(dropPlatformWarnings);
     qputenv("HOME", QFile::encodeName(QDir(directory.filePath(homeName)).absolutePath()));
     return true;

@@ -4,9 +4,12 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QImage>
 #include <QTableWidget>
 #include <QToolTip>
 #include <QtTest>
+
+#include <algorithm>
 
 class TestReadableTable : public QObject
 {
@@ -16,6 +19,8 @@ private slots:
     void rowsAreAsHighAsAsked();
     void rowsAreHigherWhereTheFontNeedsIt();
     void rowsBelowTheStylesMinimumArePossible();
+    void noLetterIsCut_data();
+    void noLetterIsCut();
     void aShortenedTextIsToldInFull();
     void aTextThatFitsIsNotRepeated();
     void aTextIsNeverTakenForHtml();
@@ -38,6 +43,29 @@ QFont fontOfSize(int pixels)
     QFont font;
     font.setPixelSize(pixels);
     return font;
+}
+
+// Of the letters in a row, in pixels.
+int paintedHeight(const QFont &font, int askedRowHeight)
+{
+    QTableWidget table(1, 1);
+    table.setFont(font);
+    ReadableTable::prepare(&table, askedRowHeight);
+    auto *item = new QTableWidgetItem(QStringLiteral("lg"));
+    table.setItem(0, 0, item);
+    table.resize(300, 200);
+    QImage picture(table.viewport()->size(), QImage::Format_Grayscale8);
+    table.viewport()->render(&picture);
+    const QRect place = table.visualItemRect(item);
+    int lines = 0;
+    for (int y = place.top(); y <= place.bottom(); ++y) {
+        const uchar *line = picture.constScanLine(y);
+        lines += std::any_of(line + place.left(), line + place.right(),
+                             [](uchar grey) { return grey < 128; })
+            ? 1
+            : 0;
+    }
+    return lines;
 }
 
 // What somebody reads who points at a cell of this width.
@@ -70,6 +98,22 @@ void TestReadableTable::rowsAreHigherWhereTheFontNeedsIt()
 void TestReadableTable::rowsBelowTheStylesMinimumArePossible()
 {
     QCOMPARE(heightOfRow(fontOfSize(6), 12), 12);
+}
+
+void TestReadableTable::noLetterIsCut_data()
+{
+    QTest::addColumn<int>("fontSize");
+    for (const int pixels : {9, 12, 15, 17, 20, 22, 25, 31, 40}) {
+        QTest::addRow("%d pixels", pixels) << pixels;
+    }
+}
+
+void TestReadableTable::noLetterIsCut()
+{
+    QFETCH(int, fontSize);
+    const int whole = paintedHeight(fontOfSize(fontSize), 100);
+    QVERIFY(whole > fontSize / 2);
+    QCOMPARE(paintedHeight(fontOfSize(fontSize), 1), whole);
 }
 
 void TestReadableTable::aShortenedTextIsToldInFull()

@@ -1,6 +1,7 @@
 #include "projectversion.h"
 #include "tests/support/testmain.h"
 
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -155,6 +156,24 @@ private slots:
         const QString actual = outcome.errorLines.filter("veltra4-host: ").value(0);
         QVERIFY2(actual.startsWith(line), qPrintable(actual));
         QVERIFY(QFile::exists(m_folder.filePath("failing/transcript.txt")));
+    }
+
+    void aLargerFontMakesLargerPictures()
+    {
+        const int ordinary = firstPicture("ordinary", {}).height();
+        const int large = firstPicture("large", {"--font-size", "20"}).height();
+        QVERIFY2(ordinary > 0, "the tour made no picture");
+        QVERIFY2(large > ordinary * 3 / 2, qPrintable(QString("%1 pixels").arg(large)));
+    }
+
+private:
+    // Of a tour that gets no further than its second step.
+    QImage firstPicture(const QString &folder, const QStringList &arguments) const
+    {
+        run(arguments
+            + QStringList{"--fail", "config active_config standard", "--tour",
+                          m_folder.filePath(folder)});
+        return QImage(m_folder.filePath(folder + "/01-host.png"));
     }
 };
 
