@@ -2,9 +2,8 @@
 
 #include "channel/transferencoding.h"
 #include "hostapi/backendversions.h"
+#include "tests/support/faultyrun.h"
 #include "tests/support/scriptedchannel.h"
-
-#include <QStringList>
 
 /// What the tests of the manual and the automatic backup have in common: a controller that can be
 /// backed up, and the rules by which a backup is collected from it.
@@ -44,23 +43,10 @@ inline void scriptController(ScriptedChannel *channel)
     channel->answer("system download 2", "2 '" + TransferEncoding::encode("two") + '\'');
 }
 
-/// What the rules say about a run in which the n-th command fails, alone or with all later ones.
-struct FaultyRun
+/// What the rules say about a backup of that controller.
+struct FaultyBackup : FaultyRun
 {
-    FaultyRun(int failingCommand, bool laterOnesFail)
-        : failAt(failingCommand)
-        , lasting(laterOnesFail)
-    {
-    }
-
-    bool succeeds(const QString &command)
-    {
-        trace << command;
-        ++sent;
-        const bool fails = lasting ? sent >= failAt : sent == failAt;
-        isFaultMet = isFaultMet || fails;
-        return !fails;
-    }
+    using FaultyRun::FaultyRun;
 
     bool collects()
     {
@@ -94,12 +80,6 @@ struct FaultyRun
         return succeeds("queryString system download 1")
             && succeeds("queryString system download 2");
     }
-
-    int failAt;
-    bool lasting;
-    int sent = 0;
-    bool isFaultMet = false;
-    QStringList trace;
 };
 
 } // namespace BackupTesting

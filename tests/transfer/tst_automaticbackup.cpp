@@ -105,7 +105,7 @@ void TestAutomaticBackup::writesTheWholeController()
 {
     QCOMPARE(run(), Result::Made);
 
-    FaultyRun rules(0, false);
+    FaultyBackup rules(0, false);
     rules.succeeds("queryString status active");
     rules.succeeds("queryString system hostname");
     QVERIFY(rules.collects());
@@ -262,7 +262,7 @@ void TestAutomaticBackup::everySingleCommandMayFail()
     for (bool isFaultMet = true; isFaultMet;) {
         cleanup();
         init();
-        FaultyRun rules(++failAt, lasting);
+        FaultyBackup rules(++failAt, lasting);
         rules.succeeds("queryString status active");
         Result expected = Result::NotDue;
         if (rules.succeeds("queryString system hostname")) {

@@ -2,6 +2,7 @@
 #include "channel/transferencoding.h"
 #include "hostapi/backendversions.h"
 #include "tests/backup/samplebackup.h"
+#include "tests/support/faultyrun.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
@@ -140,14 +141,10 @@ QString imported(const QString &identifier)
 }
 
 /// What the rules say about a restore of the sample document onto an embedded controller, network
-/// included, when the n-th command fails, alone or with all later ones.
-struct FaultyRestore
+/// included.
+struct FaultyRestore : FaultyRun
 {
-    FaultyRestore(int failingCommand, bool laterOnesFail)
-        : failAt(failingCommand)
-        , lasting(laterOnesFail)
-    {
-    }
+    using FaultyRun::FaultyRun;
 
     int run()
     {
@@ -244,22 +241,8 @@ struct FaultyRestore
         return succeeds(embeddedQuery.last());
     }
 
-    bool succeeds(const QString &command)
-    {
-        trace << command;
-        ++sent;
-        const bool fails = lasting ? sent >= failAt : sent == failAt;
-        isFaultMet = isFaultMet || fails;
-        return !fails;
-    }
-
-    int failAt;
-    bool lasting;
-    int sent = 0;
-    bool isFaultMet = false;
     bool isNetworkAsked = false;
     bool isCascadeComplete = true;
-    QStringList trace;
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "channel/transferencoding.h"
 #include "hostapi/backendversions.h"
 #include "tests/backup/samplebackup.h"
+#include "tests/support/faultyrun.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
@@ -169,14 +170,10 @@ QString imported(const QString &identifier)
 }
 
 /// What the rules say about loading two chunks with two items, the second of which is on the
-/// controller already, when the n-th command fails, alone or with all later ones.
-struct FaultyLoad
+/// controller already.
+struct FaultyLoad : FaultyRun
 {
-    FaultyLoad(int failingCommand, bool laterOnesFail)
-        : failAt(failingCommand)
-        , lasting(laterOnesFail)
-    {
-    }
+    using FaultyRun::FaultyRun;
 
     void run()
     {
@@ -212,22 +209,8 @@ struct FaultyLoad
         trace << ScriptedChannel::announced();
     }
 
-    bool succeeds(const QString &command)
-    {
-        trace << command;
-        ++sent;
-        const bool fails = lasting ? sent >= failAt : sent == failAt;
-        isFaultMet = isFaultMet || fails;
-        return !fails;
-    }
-
-    int failAt;
-    bool lasting;
-    int sent = 0;
-    bool isFaultMet = false;
     bool isShown = false;
     bool isComplete = true;
-    QStringList trace;
 };
 
 } // namespace

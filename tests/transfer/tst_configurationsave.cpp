@@ -1,4 +1,5 @@
 #include "channel/transferencoding.h"
+#include "tests/support/faultyrun.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
@@ -51,21 +52,17 @@ QStringList normalised(const QStringList &trace)
     return lines;
 }
 
-// What the rules say about a save in which the n-th command fails: two configurations, two chunks.
-class Rules
+// What the rules say about a save of two configurations in two chunks.
+struct FaultySave : FaultyRun
 {
-public:
-    Rules(int failAt, bool lasting)
-        : m_failAt(failAt)
-        , m_lasting(lasting)
+    FaultySave(int failingCommand, bool laterOnesFail)
+        : FaultyRun(failingCommand, laterOnesFail)
     {
         save();
     }
 
-    QStringList trace;
     std::optional<ExpectedBox> box;
     int cursorsLeft = 0;
-    bool isFaultMet = false;
 
 private:
     void save()
@@ -130,25 +127,12 @@ private:
         return succeeds("sendCommand system download prepare 'config' '" + copy + "'");
     }
 
-    bool succeeds(const QString &line)
-    {
-        trace << line;
-        ++m_sent;
-        const bool fails = m_lasting ? m_sent >= m_failAt : m_sent == m_failAt;
-        isFaultMet = isFaultMet || fails;
-        return !fails;
-    }
-
     void expect(QMessageBox::Icon icon, const QString &text)
     {
         box.emplace();
         box->icon = icon;
         box->text = text;
     }
-
-    int m_failAt;
-    bool m_lasting;
-    int m_sent = 0;
 };
 
 } // namespace
@@ -284,7 +268,7 @@ void TestConfigurationSave::everySingleCommandMayFail()
     for (bool isFaultMet = true; isFaultMet;) {
         cleanup();
         init();
-        const Rules rules(++failAt, lasting);
+        const FaultySave rules(++failAt, lasting);
         isFaultMet = rules.isFaultMet;
         if (rules.box) {
             QString text = rules.box->text;

@@ -204,7 +204,7 @@ void TestManualBackup::writesTheWholeController()
     expectSuccess();
     run();
 
-    FaultyRun rules(0, false);
+    FaultyBackup rules(0, false);
     rules.succeeds("queryString system controller_serial");
     rules.succeeds("queryString system model");
     QVERIFY(rules.collects());
@@ -251,7 +251,7 @@ void TestManualBackup::everySingleCommandMayFail()
     for (bool isFaultMet = true; isFaultMet;) {
         cleanup();
         init();
-        FaultyRun rules(++failAt, lasting);
+        FaultyBackup rules(++failAt, lasting);
         rules.succeeds("queryString system controller_serial");
         if (!rules.succeeds("queryString system model")) {
             rules.succeeds("queryString system model_description");
