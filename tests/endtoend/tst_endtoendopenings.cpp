@@ -40,7 +40,7 @@ struct Holdings
 qint64 heapInUse()
 {
     const auto info = mallinfo2();
-    return static_cast<qint64>(info.uordblks + info.hblkhd);
+    return static_cast<qint64>(info.uordblks) + static_cast<qint64>(info.hblkhd);
 }
 
 Holdings holdings(const FrontEnd &frontEnd)

@@ -91,7 +91,7 @@ public:
         }
         for (int &client : m_clients) {
             client = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
-            ::connect(client, address, size);
+            (void)::connect(client, address, size); // goes on by itself, or for ever
         }
     }
     ~FullListener()
