@@ -315,15 +315,28 @@ class TestSweepRestore : public QObject
 
 private slots:
     void restore_data() { Sweep::addRows(); }
-    void restore();
+    void restore() { sweep(changed()); }
+    void restoreWithoutNetwork_data() { Sweep::addRows(); }
+    void restoreWithoutNetwork();
     void cleanupTestCase() { Sweep::sayTotal(); }
+
+private:
+    static void sweep(const ControllerState &before);
 };
 
-void TestSweepRestore::restore()
+// The network of a controller that is not embedded is none of its business.
+void TestSweepRestore::restoreWithoutNetwork()
+{
+    ControllerState state = changed();
+    state.isEmbedded = false;
+    sweep(state);
+}
+
+void TestSweepRestore::sweep(const ControllerState &before)
 {
     QString path;
     Operation operation;
-    operation.before = changed();
+    operation.before = before;
     operation.files = {{fileName, BackupContents::of(backedUp()).document()}};
     operation.risked = {Sample::standard, Sample::active, Sample::locked};
     operation.perform = [&path](Stage &stage) {
