@@ -139,15 +139,10 @@ QByteArray BackupSchema::embedded()
     return qUncompress(resource.data(), static_cast<int>(resource.size()));
 }
 
-BackupSchema::Verdict BackupSchema::validate(const QString &path)
-{
-    DocumentProblem unwanted;
-    return validate(path, &unwanted);
-}
-
 BackupSchema::Verdict BackupSchema::validate(const QString &path, DocumentProblem *problem)
 {
-    return keptSchema().judge(path, problem);
+    DocumentProblem unwanted;
+    return keptSchema().judge(path, problem ? problem : &unwanted);
 }
 
 BackupSchema::Verdict BackupSchema::validate(const QString &path, const QByteArray &schema)

@@ -21,12 +21,11 @@ QByteArray embedded();
 ///
 /// Opens nothing but that file, whatever the document names as its schema, and prints nothing. A
 /// document with a document type declaration is no backup, nor is one that costs more than any
-/// backup would to be read. Takes time and memory in proportion to the size of the file. To be
-/// called in the GUI thread only, as the schema is kept from one call to the next.
-Verdict validate(const QString &path);
-/// The same, and tells of a document that is no backup why: @p problem receives the first reason,
-/// which lies at an element's start tag or where the document is not well-formed.
-Verdict validate(const QString &path, DocumentProblem *problem);
+/// backup would to be read, see DocumentGuard. Takes time and memory in proportion to the size of
+/// the file. To be called in the GUI thread only, as the schema is kept from one call to the next.
+/// @param problem  if given, receives the first reason why a document is no backup, which lies at
+///                 an element's start tag or where the document is not well-formed
+Verdict validate(const QString &path, DocumentProblem *problem = nullptr);
 /// The same with another schema, which is not kept.
 Verdict validate(const QString &path, const QByteArray &schema);
 

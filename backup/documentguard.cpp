@@ -102,7 +102,6 @@ public:
 private:
     bool passMarkup();
     bool passTag();
-    void pass(QLatin1String begin, QLatin1String end);
     bool hasHere(QLatin1String words) const { return m_text.midRef(m_here).startsWith(words); }
 
     const QString &m_text;
@@ -124,25 +123,22 @@ bool MarkupWalk::isBearable()
 
 bool MarkupWalk::passMarkup()
 {
+    static constexpr struct
+    {
+        QLatin1String begin;
+        QLatin1String end;
+    } opaque[] = {{QLatin1String("<!--"), QLatin1String("-->")},
+                  {QLatin1String("<![CDATA["), QLatin1String("]]>")},
+                  {QLatin1String("<?"), QLatin1String("?>")}};
     ++m_pieces;
-    if (hasHere(QLatin1String("<!--"))) {
-        pass(QLatin1String("<!--"), QLatin1String("-->"));
-    } else if (hasHere(QLatin1String("<![CDATA["))) {
-        pass(QLatin1String("<![CDATA["), QLatin1String("]]>"));
-    } else if (hasHere(QLatin1String("<?"))) {
-        pass(QLatin1String("<?"), QLatin1String("?>"));
-    } else if (hasHere(QLatin1String("<!"))) {
-        return false; // a document type, or nothing at all
-    } else {
-        return passTag();
+    for (const auto &[begin, end] : opaque) {
+        if (hasHere(begin)) {
+            const int place = m_text.indexOf(end, m_here + begin.size());
+            m_here = place < 0 ? m_text.size() : place + end.size();
+            return true;
+        }
     }
-    return true;
-}
-
-void MarkupWalk::pass(QLatin1String begin, QLatin1String end)
-{
-    const int place = m_text.indexOf(end, m_here + begin.size());
-    m_here = place < 0 ? m_text.size() : place + end.size();
+    return !hasHere(QLatin1String("<!")) && passTag(); // it would be a document type, or nothing
 }
 
 // In a well-formed tag each attribute has exactly one "=" outside its quotes.

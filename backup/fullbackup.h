@@ -163,7 +163,6 @@ private:
     bool readIdentity();
     bool readNetworkSettings();
     bool prepareDownload();
-    void prepareSlot(int slot);
     bool ask(Query query, QString *text);
 
     bool setNetwork(bool withAddress);

@@ -97,20 +97,14 @@ bool FullBackup::prepareDownload()
         return false;
     }
     for (int slot = 1; slot <= *count; ++slot) {
-        prepareSlot(slot);
+        ReplyBuffer identifier;
+        if (m_controller.identifierInSlot(slot, &identifier)) {
+            m_controller.setTimeout(prepareTimeoutMs, 1);
+            // One that cannot be prepared does not stop the backup of all others.
+            m_controller.prepareDownload(identifier.utf8Text());
+        }
     }
     return true;
-}
-
-// Results do not matter: one configuration that cannot be prepared does not stop the backup of all
-// others.
-void FullBackup::prepareSlot(int slot)
-{
-    ReplyBuffer identifier;
-    if (m_controller.identifierInSlot(slot, &identifier)) {
-        m_controller.setTimeout(prepareTimeoutMs, 1);
-        m_controller.prepareDownload(identifier.utf8Text());
-    }
 }
 
 bool FullBackup::ask(Query query, QString *text)

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QXmlStreamWriter>
 
@@ -14,40 +15,23 @@ namespace {
 
 constexpr int oneTabPerLevel = -1;
 
-// What XML 1.0 calls a character, of those that are no surrogates.
-bool isXmlCharacter(QChar character)
-{
-    const ushort unit = character.unicode();
-    return unit == '\t' || unit == '\n' || unit == '\r'
-        || (unit >= 0x20 && unit < 0xfffe && !character.isSurrogate());
-}
-
+// Whether all characters are what XML 1.0 calls one; half a surrogate pair is none.
 bool isXmlText(const QString &text)
 {
-    for (int i = 0; i < text.size(); ++i) {
-        const bool isPair =
-            text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (isPair) {
-            ++i;
-        } else if (!isXmlCharacter(text.at(i))) {
-            return false;
-        }
-    }
-    return true;
+    static const QRegularExpression characters(QStringLiteral(
+        "\\A[\\t\\n\\r\\x{20}-\\x{d7ff}\\x{e000}-\\x{fffd}\\x{10000}-\\x{10ffff}]*\\z"));
+    return characters.match(text).hasMatch();
 }
 
 void writeText(QXmlStreamWriter &xml, const QString &element, const QString &text)
 {
     xml.writeStartElement(element);
-    bool isFirst = true;
     const QStringList parts = text.split(QLatin1Char('\r'));
-    for (const QString &part : parts) {
-        if (!isFirst) {
-            // Written as it is, a carriage return would be read back as a line feed.
-            xml.writeEntityReference(QStringLiteral("#13"));
-        }
+    xml.writeCharacters(parts.first());
+    for (const QString &part : parts.mid(1)) {
+        // Written as it is, a carriage return would be read back as a line feed.
+        xml.writeEntityReference(QStringLiteral("#13"));
         xml.writeCharacters(part);
-        isFirst = false;
     }
     xml.writeEndElement();
 }

@@ -4,12 +4,12 @@
 #include <QString>
 #include <QStringList>
 
-#include <array>
+#include <algorithm>
 #include <tuple>
 
 namespace {
 
-std::tuple<int, int, int> places(const Version &version)
+std::tuple<int, int, int> tied(const Version &version)
 {
     return {version.major, version.minor, version.micro};
 }
@@ -29,18 +29,11 @@ Version parseVersion(const QString &text, bool *ok)
     }
 
     Version version;
-    const std::array<int *, 3> targets{&version.major, &version.minor, &version.micro};
-    bool isNumber = false;
-    std::size_t place = 0;
+    int *const places[] = {&version.major, &version.minor, &version.micro};
+    bool isNumber = true;
     const QStringList parts = numbers.split(QLatin1Char('.'));
-    for (const QString &part : parts) {
-        if (place == targets.size()) {
-            break;
-        }
-        *targets.at(place++) = part.toInt(&isNumber);
-        if (!isNumber) {
-            break;
-        }
+    for (int i = 0; i < std::min(parts.size(), 3) && isNumber; ++i) {
+        *places[i] = parts.at(i).toInt(&isNumber);
     }
     if (ok) {
         *ok = isNumber;
@@ -65,12 +58,12 @@ QString versionToString(const Version &version)
 
 bool operator<(const Version &left, const Version &right)
 {
-    return places(left) < places(right);
+    return tied(left) < tied(right);
 }
 
 bool operator==(const Version &left, const Version &right)
 {
-    return places(left) == places(right);
+    return tied(left) == tied(right);
 }
 
 bool operator!=(const Version &left, const Version &right)

@@ -1,12 +1,5 @@
 #include "channel/configurationsmessagereceiver.h"
 
-ConfigurationsMessagereceiver::ConfigurationsMessagereceiver(QObject *parent)
-    : QObject(parent)
-{
-}
-
-ConfigurationsMessagereceiver::~ConfigurationsMessagereceiver() = default;
-
 int ConfigurationsMessagereceiver::receiveMessage(int /*id*/, const char *source, const char *text)
 {
     const QString from = QString::fromUtf8(source);

@@ -14,9 +14,8 @@ class ConfigurationsMessagereceiver : public QObject, public MessageReceiver
     Q_OBJECT
 
 public:
-    /// @p parent owns the receiver; the host does not.
-    explicit ConfigurationsMessagereceiver(QObject *parent);
-    ~ConfigurationsMessagereceiver() override;
+    /// Its parent owns it; the host does not.
+    using QObject::QObject;
 
     /// Emits the signal that belongs to @p source, which may be null; other messages are not for
     /// the plug-in.

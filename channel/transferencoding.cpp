@@ -19,36 +19,31 @@ constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxy
 using CharacterPair = std::array<char, 2>;
 
 // The two characters of each value of twelve bits.
-constexpr std::array<CharacterPair, 4096> makePairs()
-{
-    std::array<CharacterPair, 4096> pairs{};
-    for (unsigned value = 0; value < pairs.size(); ++value) {
-        pairs[value] = {alphabet[value & 0x3fU], alphabet[value >> bitsPerCharacter]};
+constexpr std::array<CharacterPair, 4096> pairs = [] {
+    std::array<CharacterPair, 4096> table{};
+    for (unsigned value = 0; value < table.size(); ++value) {
+        table[value] = {alphabet[value & 0x3fU], alphabet[value >> bitsPerCharacter]};
     }
-    return pairs;
-}
+    return table;
+}();
 
 constexpr std::uint32_t notInAlphabet = 0x80000000U; // beyond the bits of a group
 
 // What each character contributes to a group, by its place in the group.
 using Contributions = std::array<std::array<std::uint32_t, 256>, groupCharacters>;
-constexpr Contributions makeContributions()
-{
-    Contributions contributions{};
+constexpr Contributions contributions = [] {
+    Contributions table{};
     for (unsigned place = 0; place < groupCharacters; ++place) {
-        for (std::uint32_t &contribution : contributions[place]) {
+        for (std::uint32_t &contribution : table[place]) {
             contribution = notInAlphabet;
         }
         for (std::uint32_t value = 0; value < 64; ++value) {
-            contributions[place][static_cast<unsigned char>(alphabet[value])] = value
+            table[place][static_cast<unsigned char>(alphabet[value])] = value
                 << (bitsPerCharacter * place);
         }
     }
-    return contributions;
-}
-
-constexpr std::array<CharacterPair, 4096> pairs = makePairs();
-constexpr Contributions contributions = makeContributions();
+    return table;
+}();
 
 // Two groups at once, out of eight bytes of which the first six count.
 void writeCharacters(const char *bytes, char *text)

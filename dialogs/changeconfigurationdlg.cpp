@@ -135,7 +135,7 @@ int ChangeConfigurationDlg::update_and_exec()
         return -1;
     }
     selectActiveRow();
-    focusTable();
+    m_ui.tableWidget->setFocus();
     showActiveDescription();
     return exec();
 }
@@ -146,7 +146,8 @@ int ChangeConfigurationDlg::refreshList()
     showFreeSpace(m_list.readFreeSpace());
     const std::optional<int> count = m_list.readCount();
     if (!count) {
-        MessageBox::critical(this, this, tr("Command Error"), tr("no contact to Controller"));
+        MessageBox::show(QMessageBox::Critical, this, this, tr("Command Error"),
+                         tr("no contact to Controller"));
         return -1;
     }
     QTableWidget *table = m_ui.tableWidget;
@@ -159,7 +160,10 @@ int ChangeConfigurationDlg::refreshList()
     table->horizontalHeader()->setStretchLastSection(true);
     clearSelection();
     table->sortItems(DescriptionColumn, Qt::AscendingOrder);
-    disableRowButtons();
+    for (QPushButton *button : {m_ui.pushButton_delete, m_ui.pushButton_edit, m_ui.pushButton_apply,
+                                m_ui.pushButton_lock}) {
+        button->setEnabled(false);
+    }
     m_ui.pushButton_exit->setFocus();
     return 0;
 }
@@ -210,14 +214,6 @@ void ChangeConfigurationDlg::clearSelection()
     table->selectionModel()->select({first, last}, QItemSelectionModel::Deselect);
 }
 
-void ChangeConfigurationDlg::disableRowButtons()
-{
-    m_ui.pushButton_delete->setEnabled(false);
-    m_ui.pushButton_edit->setEnabled(false);
-    m_ui.pushButton_apply->setEnabled(false);
-    m_ui.pushButton_lock->setEnabled(false);
-}
-
 bool ChangeConfigurationDlg::refreshAndSurvive()
 {
     return m_controller.ownerSurvives([this] { refreshList(); });
@@ -237,7 +233,7 @@ void ChangeConfigurationDlg::selectActiveRow()
     }
     table->setCurrentCell(activeRow,
                           DescriptionColumn); // past the last row there is nothing to make current
-    focusTable();
+    m_ui.tableWidget->setFocus();
 }
 
 void ChangeConfigurationDlg::showActiveDescription()
@@ -246,14 +242,9 @@ void ChangeConfigurationDlg::showActiveDescription()
     m_ui.lineEdit_activeConfig->home(false); // the beginning says most
 }
 
-void ChangeConfigurationDlg::focusTable()
-{
-    m_ui.tableWidget->setFocus(Qt::OtherFocusReason);
-}
-
 void ChangeConfigurationDlg::on_pushButton_apply_clicked()
 {
-    const int row = currentRow();
+    const int row = m_ui.tableWidget->currentRow();
     if (row < 0) {
         return;
     }
@@ -261,7 +252,7 @@ void ChangeConfigurationDlg::on_pushButton_apply_clicked()
     const auto activateRow = [&] { isActivated = activate(textAt(row, IdColumn)); };
     if (m_controller.ownerSurvives(activateRow) && isActivated && refreshAndSurvive()) {
         m_ui.tableWidget->selectRow(row);
-        focusTable();
+        m_ui.tableWidget->setFocus();
         showActiveDescription();
         selectActiveRow();
     }
@@ -287,7 +278,7 @@ bool ChangeConfigurationDlg::activate(const QString &identifier)
 
 void ChangeConfigurationDlg::on_pushButton_delete_clicked()
 {
-    const int row = currentRow();
+    const int row = m_ui.tableWidget->currentRow();
     const QString id = textAt(row, IdColumn);
     // In lower case here, with case in the rule that enables the button: a configuration called
     // "Standard" can be chosen for deletion, but never is.
@@ -297,15 +288,15 @@ void ChangeConfigurationDlg::on_pushButton_delete_clicked()
         return;
     }
     const MessageBox::Button answer =
-        MessageBox::warning(this, this, tr("Warning"),
-                            tr("You are about to delete the configuration '%1' owned by '%2'.")
-                                .arg(textAt(row, DescriptionColumn), textAt(row, OwnerColumn)),
-                            QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+        MessageBox::show(QMessageBox::Warning, this, this, tr("Warning"),
+                         tr("You are about to delete the configuration '%1' owned by '%2'.")
+                             .arg(textAt(row, DescriptionColumn), textAt(row, OwnerColumn)),
+                         QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
     if (answer == QMessageBox::NoButton) {
         return;
     }
     if (answer != QMessageBox::Ok) {
-        focusTable();
+        m_ui.tableWidget->setFocus();
         return;
     }
     if (m_controller.ownerSurvives([&] { deleteConfiguration(id); }) && refreshAndSurvive()) {
@@ -325,7 +316,7 @@ void ChangeConfigurationDlg::deleteConfiguration(const QString &identifier)
 
 void ChangeConfigurationDlg::on_pushButton_new_clicked()
 {
-    const int row = currentRow();
+    const int row = m_ui.tableWidget->currentRow();
     const auto result =
         runModalDialog(new NewConfigurationDlg(m_channel, this),
                        [](NewConfigurationDlg &dialog) { return dialog.update_and_exec(); });
@@ -337,19 +328,19 @@ void ChangeConfigurationDlg::on_pushButton_new_clicked()
         selectActiveRow();
     } else {
         m_ui.tableWidget->setCurrentCell(row, DescriptionColumn);
-        focusTable();
+        m_ui.tableWidget->setFocus();
     }
 }
 
 void ChangeConfigurationDlg::on_pushButton_edit_clicked()
 {
-    const int row = currentRow();
+    const int row = m_ui.tableWidget->currentRow();
     if (row < 0) {
         return;
     }
     if (runEditDialog(textAt(row, IdColumn)) && refreshAndSurvive()) {
         m_ui.tableWidget->setCurrentCell(row, IdColumn);
-        focusTable();
+        m_ui.tableWidget->setFocus();
     }
 }
 
@@ -358,7 +349,7 @@ void ChangeConfigurationDlg::on_pushButton_lock_clicked()
     if (!m_list.hasLocks()) {
         return;
     }
-    const int row = currentRow();
+    const int row = m_ui.tableWidget->currentRow();
     const QString id = textAt(row, IdColumn);
     const auto run = [&id](auto &dialog) { return dialog.update_and_exec(id); };
     // Compared with the untranslated texts, so that the initial "Lo&ck" opens nothing.
@@ -371,7 +362,7 @@ void ChangeConfigurationDlg::on_pushButton_lock_clicked()
     }
     if (isAlive && refreshAndSurvive()) {
         m_ui.tableWidget->selectRow(row);
-        focusTable();
+        m_ui.tableWidget->setFocus();
     }
 }
 
@@ -395,7 +386,7 @@ void ChangeConfigurationDlg::on_pushButton_save_clicked()
 
 void ChangeConfigurationDlg::on_tableWidget_itemSelectionChanged()
 {
-    const int row = currentRow();
+    const int row = m_ui.tableWidget->currentRow();
     if (row < 0) {
         return;
     }
@@ -470,11 +461,6 @@ bool ChangeConfigurationDlg::runEditDialog(const QString &identifier)
                new EditConfigDlg(m_channel, this),
                [&identifier](EditConfigDlg &dialog) { return dialog.update_and_exec(identifier); })
         .has_value();
-}
-
-int ChangeConfigurationDlg::currentRow() const
-{
-    return m_ui.tableWidget->currentRow();
 }
 
 QString ChangeConfigurationDlg::textAt(int row, int column) const

@@ -59,19 +59,16 @@ private:
     void showFreeSpace(double free);
     void showRow(int row, const ConfigEntry &entry);
     void clearSelection();
-    void disableRowButtons();
 
     /// Runs refreshList(); false once the host has destroyed this dialog meanwhile.
     bool refreshAndSurvive();
     void selectActiveRow();
     void showActiveDescription();
-    void focusTable();
     bool activate(const QString &identifier);
     void deleteConfiguration(const QString &identifier);
     void activateLockedOrEdit(int row);
     bool runEditDialog(const QString &identifier);
 
-    int currentRow() const;
     QString textAt(int row, int column) const;
 
     Ui::ConfigurationDialog m_ui;

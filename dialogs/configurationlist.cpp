@@ -44,7 +44,11 @@ std::optional<int> ConfigurationList::readCount() const
 
 void ConfigurationList::read(int count)
 {
-    readActiveId();
+    ReplyBuffer active;
+    // The text of a failed activation; operators know it by this name.
+    m_controller.reportUnless(m_controller.activeConfiguration(&active),
+                              "Unable to change the configuration");
+    m_activeId = active.text();
     Replies replies;
     for (int slot = 1; slot <= count; ++slot) {
         m_entries.append(readSlot(slot, &replies));
@@ -57,15 +61,6 @@ QString ConfigurationList::activeDescription() const
         std::find_if(m_entries.cbegin(), m_entries.cend(),
                      [this](const ConfigEntry &entry) { return entry.identifier == m_activeId; });
     return active != m_entries.cend() ? active->description : QString();
-}
-
-void ConfigurationList::readActiveId()
-{
-    ReplyBuffer active;
-    // The text of a failed activation; operators know it by this name.
-    m_controller.reportUnless(m_controller.activeConfiguration(&active),
-                              "Unable to change the configuration");
-    m_activeId = active.text();
 }
 
 ConfigEntry ConfigurationList::readSlot(int slot, Replies *replies) const

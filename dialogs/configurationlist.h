@@ -40,7 +40,6 @@ public:
 private:
     struct Replies;
 
-    void readActiveId();
     ConfigEntry readSlot(int slot, Replies *replies) const;
 
     const Controller &m_controller;

@@ -22,23 +22,18 @@ EditConfigDlg::EditConfigDlg(IOManager *channel, QWidget *parent)
 int EditConfigDlg::update_and_exec(QString config_id)
 {
     m_configId = std::move(config_id);
-    if (!m_controller.ownerSurvives([this] { showConfiguration(); })) {
-        return Rejected;
-    }
-    return exec();
-}
+    const auto showConfiguration = [this] {
+        ReplyBuffer owner;
+        m_controller.ownerOf(m_configId, &owner);
+        ReplyBuffer description;
+        m_controller.descriptionOf(m_configId, &description);
 
-void EditConfigDlg::showConfiguration()
-{
-    ReplyBuffer owner;
-    m_controller.ownerOf(m_configId, &owner);
-    ReplyBuffer description;
-    m_controller.descriptionOf(m_configId, &description);
-
-    m_ui.lineEdit_owner->setText(withoutDoubleQuotes(owner.text()));
-    m_ui.lineEdit_desc->setText(withoutDoubleQuotes(description.text()));
-    m_ui.lineEdit_configId->setText(m_configId);
-    m_ui.lineEdit_configId->home(false);
+        m_ui.lineEdit_owner->setText(withoutDoubleQuotes(owner.text()));
+        m_ui.lineEdit_desc->setText(withoutDoubleQuotes(description.text()));
+        m_ui.lineEdit_configId->setText(m_configId);
+        m_ui.lineEdit_configId->home(false);
+    };
+    return m_controller.ownerSurvives(showConfiguration) ? exec() : int(Rejected);
 }
 
 void EditConfigDlg::on_pushButton_ok_clicked()
@@ -49,8 +44,8 @@ void EditConfigDlg::on_pushButton_ok_clicked()
     const QString description = withoutDoubleQuotes(m_ui.lineEdit_desc->text());
     if (description.isEmpty()) {
         // Without a parent, unlike that of a new configuration.
-        MessageBox::warning(this, nullptr, tr("Warning"),
-                            tr("Configuration description must not be empty."));
+        MessageBox::show(QMessageBox::Warning, this, nullptr, tr("Warning"),
+                         tr("Configuration description must not be empty."));
         return;
     }
     m_controller.ownerSurvives([&] { store(owner, description); });

@@ -28,7 +28,6 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
-    void showConfiguration();
     void store(const QString &owner, const QString &description);
 
     Ui::EditConfigDialog m_ui;

@@ -21,18 +21,13 @@ LockConfigDlg::LockConfigDlg(IOManager *channel, QWidget *parent)
 int LockConfigDlg::update_and_exec(QString config_id)
 {
     m_configId = std::move(config_id);
-    if (!m_controller.ownerSurvives([this] { showDescription(); })) {
-        return Rejected;
-    }
-    return exec();
-}
-
-void LockConfigDlg::showDescription()
-{
-    ReplyBuffer description;
-    m_controller.descriptionOf(m_configId, &description);
-    m_ui.label_configuration->setText(
-        tr("set password for configuration %1").arg(description.text()));
+    const auto showDescription = [this] {
+        ReplyBuffer description;
+        m_controller.descriptionOf(m_configId, &description);
+        m_ui.label_configuration->setText(
+            tr("set password for configuration %1").arg(description.text()));
+    };
+    return m_controller.ownerSurvives(showDescription) ? exec() : int(Rejected);
 }
 
 void LockConfigDlg::on_pushButton_ok_clicked()
@@ -40,12 +35,13 @@ void LockConfigDlg::on_pushButton_ok_clicked()
     const QString password = m_ui.lineEdit_new_password->text();
     const QString repetition = m_ui.lineEdit_new_password_repeat->text();
     if (password.isEmpty() || repetition.isEmpty()) {
-        MessageBox::warning(this, nullptr, tr("Warning"), tr("Password must not be empty."));
+        MessageBox::show(QMessageBox::Warning, this, nullptr, tr("Warning"),
+                         tr("Password must not be empty."));
         return;
     }
     if (password != repetition) {
-        MessageBox::warning(this, nullptr, tr("Warning"),
-                            tr("The entered passwords do not match."));
+        MessageBox::show(QMessageBox::Warning, this, nullptr, tr("Warning"),
+                         tr("The entered passwords do not match."));
         return;
     }
     m_controller.ownerSurvives([this, &password] { lock(password); });

@@ -27,7 +27,6 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
-    void showDescription();
     void lock(const QString &password);
 
     Ui::LockConfigurationDialog m_ui;

@@ -31,8 +31,8 @@ int NewConfigurationDlg::update_and_exec()
 void NewConfigurationDlg::on_pushButton_create_clicked()
 {
     if (m_ui.lineEdit_desc->text().isEmpty()) {
-        MessageBox::warning(this, this, tr("Warning"),
-                            tr("Please enter a configuration description."));
+        MessageBox::show(QMessageBox::Warning, this, this, tr("Warning"),
+                         tr("Please enter a configuration description."));
         return;
     }
     m_controller.ownerSurvives([this] { createAndAnnounce(); });

@@ -19,24 +19,19 @@ UnlockConfigDlg::UnlockConfigDlg(IOManager *channel, QWidget *parent)
 int UnlockConfigDlg::update_and_exec(QString config_id)
 {
     m_configId = std::move(config_id);
-    if (!m_controller.ownerSurvives([this] { showDescription(); })) {
-        return Rejected;
-    }
-    return exec();
-}
-
-void UnlockConfigDlg::showDescription()
-{
-    ReplyBuffer description;
-    m_controller.descriptionOf(m_configId, &description);
-    m_ui.label_configuration->setText(tr("unlock configuration %1:").arg(description.text()));
+    const auto showDescription = [this] {
+        ReplyBuffer description;
+        m_controller.descriptionOf(m_configId, &description);
+        m_ui.label_configuration->setText(tr("unlock configuration %1:").arg(description.text()));
+    };
+    return m_controller.ownerSurvives(showDescription) ? exec() : int(Rejected);
 }
 
 void UnlockConfigDlg::on_pushButton_ok_clicked()
 {
     if (m_ui.lineEdit_password->text().isEmpty()) {
-        MessageBox::warning(this, nullptr, tr("Warning"),
-                            tr("Please enter the password for this configuration."));
+        MessageBox::show(QMessageBox::Warning, this, nullptr, tr("Warning"),
+                         tr("Please enter the password for this configuration."));
         return;
     }
     m_controller.ownerSurvives([this] { unlock(m_ui.checkBox_use_super_password->isChecked()); });
@@ -83,7 +78,8 @@ void UnlockConfigDlg::refusePassword(bool isSuper)
     // A refused super password is not withdrawn: it has opened nothing.
     const QString text =
         isSuper ? tr("The super password is invalid.") : tr("The password is invalid.");
-    if (MessageBox::warning(this, nullptr, tr("Warning"), text) == QMessageBox::NoButton) {
+    if (MessageBox::show(QMessageBox::Warning, this, nullptr, tr("Warning"), text)
+        == QMessageBox::NoButton) {
         return;
     }
     m_ui.lineEdit_password->clear();

@@ -28,7 +28,6 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
-    void showDescription();
     void unlock(bool isSuper);
     void presentPassword(bool isSuper);
     void removePassword(bool isSuper);

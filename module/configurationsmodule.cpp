@@ -86,7 +86,9 @@ void ConfigurationsModule::createEntry()
     m_menuEntry.menuPosition = menuPosition;
     m_menuEntry.actionPosition = actionPosition;
     m_menuEntry.reserved = 0;
-    m_menuEntry.action = createAction(dialog);
+    m_menuEntry.action = createAction();
+    connect(m_menuEntry.action, &QAction::triggered, dialog,
+            &ChangeConfigurationDlg::update_and_exec);
     m_menuEntries.append(&m_menuEntry);
 }
 
@@ -107,11 +109,10 @@ ChangeConfigurationDlg *ConfigurationsModule::createDialog()
     }
 }
 
-QAction *ConfigurationsModule::createAction(ChangeConfigurationDlg *dialog)
+QAction *ConfigurationsModule::createAction()
 {
     auto *action = new QAction(tr("&Configurations"), this);
     action->setStatusTip(tr("Change active configuration or add new configurations"));
     action->setWhatsThis(tr("Change active configuration or add new configurations"));
-    connect(action, &QAction::triggered, dialog, &ChangeConfigurationDlg::update_and_exec);
     return action;
 }

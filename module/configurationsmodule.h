@@ -38,7 +38,7 @@ public:
 private:
     void createEntry();
     ChangeConfigurationDlg *createDialog();
-    QAction *createAction(ChangeConfigurationDlg *dialog);
+    QAction *createAction();
 
     QPointer<QWidget> m_moduleParent;
     QList<ModuleMenuEntry *> m_menuEntries; ///< empty, or just the one below

@@ -19,12 +19,6 @@ bool isIdle(const Controller &controller)
     return !controller.activity(&activity) || activity.utf8Text() == QLatin1String("none");
 }
 
-QString nameOfToday(const QString &hostname)
-{
-    const QString today = QLocale::c().toString(QDate::currentDate(), QStringLiteral("yyyy-MM-dd"));
-    return QStringLiteral("backup_%1_%2.xml").arg(today, hostname);
-}
-
 void prune(const QDir &directory, const QString &hostname)
 {
     const auto files = [&](const QString &filter) {
@@ -56,7 +50,9 @@ bool makeBackupOfTheDay(const Controller &controller, BackendVersions *versions,
     }
     const QDir directory(
         QStringLiteral("%1/.ZOR/VELTRA4/%2/backup").arg(QDir::homePath(), hostVersion));
-    const QString fileName = directory.filePath(nameOfToday(hostname.utf8Text()));
+    const QString today = QLocale::c().toString(QDate::currentDate(), QStringLiteral("yyyy-MM-dd"));
+    const QString fileName =
+        directory.filePath(QStringLiteral("backup_%1_%2.xml").arg(today, hostname.utf8Text()));
     directory.mkpath(directory.path());
     if (QFile::exists(fileName)) {
         return true;

@@ -1,129 +1,118 @@
 #include "transfer/backuprestore.h"
 
+#include "backup/fullbackup.h"
 #include "hostapi/backendversions.h"
+#include "transfer/configloaddlg.h"
 #include "widgets/messagebox.h"
-
-#include <QWidget>
+#include "widgets/waitcursor.h"
 
 #include <algorithm>
-#include <utility>
+#include <optional>
 
-BackupRestore::BackupRestore(const Controller &controller, BackendVersions *versions,
-                             QWidget *dialog, QString path)
-    : m_versions(versions)
-    , m_dialog(dialog)
-    , m_path(std::move(path))
-    , m_backup(controller, versions)
+namespace {
+
+bool isAnyLocked(const ConfigEntryList &configurations)
 {
+    return std::any_of(configurations.cbegin(), configurations.cend(),
+                       [](const ConfigEntry &entry) { return entry.locked; });
 }
 
-int BackupRestore::run(const ConfigEntryList &configurations)
+bool isRead(FullBackup *backup, const QString &path)
 {
-    if (isAnyLocked(configurations) || !read()) {
-        return notStarted;
-    }
-    if (!isConfirmed()) {
-        return declined;
-    }
-    if (!fits()) {
-        return unfit;
-    }
-    if (m_isEmbedded && !askForNetwork()) {
-        return declined;
-    }
-    if (!restore()) {
-        return failed;
-    }
-    showSuccess();
-    return restored;
+    const WaitCursor cursor;
+    return backup->readFromFile(path);
 }
 
-bool BackupRestore::isAnyLocked(const ConfigEntryList &configurations)
+bool isConfirmed(QWidget *dialog)
 {
-    const bool isLocked = std::any_of(configurations.cbegin(), configurations.cend(),
-                                      [](const ConfigEntry &entry) { return entry.locked; });
-    if (isLocked) {
-        MessageBox::information(m_dialog, m_dialog, tr("Cannot load backup"),
-                                tr("Cannot load backup from file '%1' !\n One or more "
-                                   "Configurations are locked.")
-                                    .arg(m_path));
-    }
-    return isLocked;
-}
-
-bool BackupRestore::read()
-{
-    m_cursor.emplace();
-    const bool isRead = m_backup.readFromFile(m_path);
-    m_cursor.reset();
-    if (!isRead) {
-        MessageBox::critical(m_dialog, m_dialog, tr("Error reading backup file"),
-                             tr("Cannot read '%1' !").arg(m_path));
-    }
-    return isRead;
-}
-
-bool BackupRestore::isConfirmed()
-{
-    return MessageBox::warning(m_dialog, m_dialog->parentWidget(), tr("Confirmation"),
-                               tr("Restoring this backup overwrites all settings and already "
-                                  "existing configurations.\n\nAny previous settings will get "
-                                  "lost!\n\nProceed?"),
-                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
+    const QString text = ConfigLoadDlg::tr(
+        "Restoring this backup overwrites all settings and already existing configurations.\n\n"
+        "Any previous settings will get lost!\n\nProceed?");
+    return MessageBox::show(QMessageBox::Warning, dialog, dialog->parentWidget(),
+                            ConfigLoadDlg::tr("Confirmation"), text,
+                            QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
         == QMessageBox::Yes;
 }
 
-bool BackupRestore::fits()
+// QMessageBox::NoButton if there is nobody left to restore for; No is an answer like Yes.
+MessageBox::Button askForNetwork(QWidget *dialog, const QString &model)
 {
-    const bool isFit = m_backup.isCompatibleWithController(&m_isEmbedded);
-    if (!isFit) {
-        MessageBox::critical(m_dialog, m_dialog->parentWidget(), tr("Invalid backup file"),
-                             tr("Unable to restore from backup (%1)").arg(m_path));
-    }
-    return isFit;
+    const QString text = ConfigLoadDlg::tr(
+        "Hostname and ip settings can be restored. After reboot the %1 might not be reachable via "
+        "network due to wrong network settings.\n\nRestore?");
+    return MessageBox::show(QMessageBox::Question, dialog, dialog->parentWidget(),
+                            ConfigLoadDlg::tr("Confirmation"), text.arg(model),
+                            QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
 }
 
-// False if there is nobody left to restore for; No is an answer like Yes.
-bool BackupRestore::askForNetwork()
+void showSuccess(QWidget *dialog, bool isComplete)
 {
-    const MessageBox::Button answer = MessageBox::question(
-        m_dialog, m_dialog->parentWidget(), tr("Confirmation"),
-        tr("Hostname and ip settings can be restored. After reboot the %1 might not be reachable "
-           "via network due to wrong network settings.\n\nRestore?")
-            .arg(m_versions->systemModel),
-        QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    m_withNetwork = answer == QMessageBox::Yes;
-    return answer != QMessageBox::NoButton;
+    MessageBox::show(QMessageBox::Information, dialog, dialog->parentWidget(),
+                     isComplete ? ConfigLoadDlg::tr("Success")
+                                : ConfigLoadDlg::tr("Success (incomplete cascade)"),
+                     isComplete ? ConfigLoadDlg::tr("Backup restored!")
+                                : ConfigLoadDlg::tr("Backup restored!\n\nNot all machines of the "
+                                                    "configured\ncascade could be reconnected. "
+                                                    "Please, see\nthe Events window for more "
+                                                    "details."));
 }
 
-bool BackupRestore::restore()
+int restoreConfirmed(FullBackup *backup, const QString &model, QWidget *dialog, const QString &path)
 {
-    if (m_isEmbedded) {
-        // Without the question for the network the wait cursor stays off. It must stay so.
-        m_cursor.emplace();
+    bool isEmbedded = false;
+    if (!backup->isCompatibleWithController(&isEmbedded)) {
+        MessageBox::show(QMessageBox::Critical, dialog, dialog->parentWidget(),
+                         ConfigLoadDlg::tr("Invalid backup file"),
+                         ConfigLoadDlg::tr("Unable to restore from backup (%1)").arg(path));
+        return RestoreCode::unfit;
     }
-    const bool isRestored = m_backup.restoreToController(m_withNetwork, &m_failedSlaves);
+    // Without the question for the network the wait cursor stays off. It must stay so.
+    std::optional<WaitCursor> cursor;
+    bool withNetwork = false;
+    if (isEmbedded) {
+        const MessageBox::Button answer = askForNetwork(dialog, model);
+        if (answer == QMessageBox::NoButton) {
+            return RestoreCode::declined;
+        }
+        withNetwork = answer == QMessageBox::Yes;
+        cursor.emplace();
+    }
+    QStringList failedSlaves;
+    const bool isRestored = backup->restoreToController(withNetwork, &failedSlaves);
     if (!isRestored) {
-        m_backup.cancelUpload();
+        backup->cancelUpload();
     }
-    m_cursor.reset();
+    cursor.reset();
     if (!isRestored) {
-        MessageBox::critical(m_dialog, m_dialog->parentWidget(), tr("Invalid backup file"),
-                             tr("Error while restoring from backup (%1).").arg(m_path));
+        MessageBox::show(QMessageBox::Critical, dialog, dialog->parentWidget(),
+                         ConfigLoadDlg::tr("Invalid backup file"),
+                         ConfigLoadDlg::tr("Error while restoring from backup (%1).").arg(path));
+        return RestoreCode::failed;
     }
-    return isRestored;
+    showSuccess(dialog, failedSlaves.isEmpty());
+    return RestoreCode::restored;
 }
 
-void BackupRestore::showSuccess()
+} // namespace
+
+int restoreBackup(const Controller &controller, BackendVersions *versions, QWidget *dialog,
+                  const QString &path, const ConfigEntryList &configurations)
 {
-    if (m_failedSlaves.isEmpty()) {
-        MessageBox::information(m_dialog, m_dialog->parentWidget(), tr("Success"),
-                                tr("Backup restored!"));
-    } else {
-        MessageBox::information(m_dialog, m_dialog->parentWidget(),
-                                tr("Success (incomplete cascade)"),
-                                tr("Backup restored!\n\nNot all machines of the configured\n"
-                                   "cascade could be reconnected. Please, see\nthe Events window "
-                                   "for more details."));
+    if (isAnyLocked(configurations)) {
+        MessageBox::show(QMessageBox::Information, dialog, dialog,
+                         ConfigLoadDlg::tr("Cannot load backup"),
+                         ConfigLoadDlg::tr("Cannot load backup from file '%1' !\n One or more "
+                                           "Configurations are locked.")
+                             .arg(path));
+        return RestoreCode::notStarted;
     }
+    FullBackup backup(controller, versions);
+    if (!isRead(&backup, path)) {
+        MessageBox::show(QMessageBox::Critical, dialog, dialog,
+                         ConfigLoadDlg::tr("Error reading backup file"),
+                         ConfigLoadDlg::tr("Cannot read '%1' !").arg(path));
+        return RestoreCode::notStarted;
+    }
+    return isConfirmed(dialog) ? restoreConfirmed(&backup, versions->systemModel, dialog, path)
+                               : RestoreCode::declined;
 }

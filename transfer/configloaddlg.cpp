@@ -73,7 +73,8 @@ int ConfigLoadDlg::openAndExec()
 
 int ConfigLoadDlg::refuseToValidate()
 {
-    if (MessageBox::critical(this, this, tr("Development error"), tr("XMLSchema is invalid!"))
+    if (MessageBox::show(QMessageBox::Critical, this, this, tr("Development error"),
+                         tr("XMLSchema is invalid!"))
         != QMessageBox::NoButton) {
         m_controller.report(
             QStringLiteral("Error: Unable to validate backup or configuration file"));
@@ -84,7 +85,7 @@ int ConfigLoadDlg::refuseToValidate()
 int ConfigLoadDlg::restoreFromBackupFile(const QString &path)
 {
     try {
-        return BackupRestore(m_controller, m_versions, this, path).run(m_configurations);
+        return restoreBackup(m_controller, m_versions, this, path, m_configurations);
     } catch (const std::exception &) {
         // The connection broke. No exception may reach the event loop that called.
         return restoreThrew;
@@ -94,7 +95,11 @@ int ConfigLoadDlg::restoreFromBackupFile(const QString &path)
 int ConfigLoadDlg::loadConfigurationFile(const QString &path)
 {
     m_ui.lineEdit_path->setText(path);
-    if (!upload(path) || !readImportItems()) {
+    // What an earlier upload left unfinished must not mix with this one.
+    m_controller.cancelUpload();
+    if (!m_controller.reportUnless(uploadConfigurationFile(m_controller, path) == 0,
+                                   "Error: Unable to load configurations")
+        || !readImportItems()) {
         return nothingToShow;
     }
     fillTable();
@@ -102,14 +107,6 @@ int ConfigLoadDlg::loadConfigurationFile(const QString &path)
     on_tableWidget_itemSelectionChanged();
     on_pushButton_selectAll_clicked();
     return exec();
-}
-
-bool ConfigLoadDlg::upload(const QString &path)
-{
-    // What an earlier upload left unfinished must not mix with this one.
-    m_controller.cancelUpload();
-    return m_controller.reportUnless(uploadConfigurationFile(m_controller, path) == 0,
-                                     "Error: Unable to load configurations");
 }
 
 bool ConfigLoadDlg::readImportItems()

@@ -14,9 +14,9 @@ struct BackendVersions;
 
 /// Brings configurations from a file back onto the controller.
 ///
-/// The file is chosen first. A backup document restores the whole controller, see BackupRestore,
+/// The file is chosen first. A backup document restores the whole controller, see restoreBackup(),
 /// and the dialog is never shown. Any other file is uploaded as it is; the dialog then offers what
-/// the controller found in it, and imports what the user selects, see ConfigurationImport.
+/// the controller found in it, and imports what the user selects, see importConfigurations().
 /// Configurations that are locked on the controller cannot be selected.
 class ConfigLoadDlg : public QDialog
 {
@@ -35,7 +35,7 @@ public:
     /// The dialog may be gone by then, destroyed by the host; OwnerDestroyed is thrown if that was
     /// within a command.
     ///
-    /// @return for a backup the code of BackupRestore::run(), or 10 if an exception ended the
+    /// @return for a backup the code of restoreBackup(), or 10 if an exception ended the
     /// restore; for any other file QDialog::Accepted once the dialog was shown and closed; 1 if
     /// there was nothing to show it for; -1 if it cannot be told whether the file is a backup
     int openAndExec();
@@ -52,7 +52,6 @@ private:
     int restoreFromBackupFile(const QString &path);
     int refuseToValidate();
     int loadConfigurationFile(const QString &path);
-    bool upload(const QString &path);
     bool readImportItems();
     void fillTable();
     void fillRow(int row, const ImportItem &item, bool isLocked);

@@ -127,7 +127,7 @@ void ConfigSaveDlg::on_pushButton_save_clicked()
         return;
     }
     update();
-    if (m_controller.ownerSurvives([&] { saveConfigurations(identifiers); })) {
+    if (m_controller.ownerSurvives([&] { chooseFileAndSave(identifiers); })) {
         m_ui.tableWidget_selectConfigs->setFocus();
     }
 }
@@ -177,11 +177,11 @@ void ConfigSaveDlg::showAvailability(bool isAvailable)
     m_ui.label_error->setText(
         isAvailable ? QString() : tr("<b><font color=red>No configuration available!</font></b>"));
     m_ui.label_error->setVisible(!isAvailable);
-    m_ui.label_selectConfigs->setEnabled(isAvailable);
-    m_ui.tableWidget_selectConfigs->setEnabled(isAvailable);
-    m_ui.pushButton_selectAll->setEnabled(isAvailable);
-    m_ui.pushButton_clearSelection->setEnabled(isAvailable);
-    m_ui.pushButton_save->setEnabled(isAvailable);
+    for (QWidget *widget : QWidgetList{m_ui.label_selectConfigs, m_ui.tableWidget_selectConfigs,
+                                       m_ui.pushButton_selectAll, m_ui.pushButton_clearSelection,
+                                       m_ui.pushButton_save}) {
+        widget->setEnabled(isAvailable);
+    }
 }
 
 QStringList ConfigSaveDlg::selectedIdentifiers() const
@@ -199,7 +199,7 @@ QStringList ConfigSaveDlg::selectedIdentifiers() const
     return identifiers;
 }
 
-void ConfigSaveDlg::saveConfigurations(const QStringList &identifiers)
+void ConfigSaveDlg::chooseFileAndSave(const QStringList &identifiers)
 {
     const QString choice = FileDialog::saveFileName(
         this, this, tr("Save configuration(s)"),
@@ -209,5 +209,5 @@ void ConfigSaveDlg::saveConfigurations(const QStringList &identifiers)
     }
     const QString fileName = withExtension(choice.trimmed());
     m_lastDirectory = QFileInfo(fileName).absolutePath();
-    ConfigurationSave(m_controller, this).run(identifiers, fileName);
+    saveConfigurations(m_controller, identifiers, fileName, this);
 }

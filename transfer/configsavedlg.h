@@ -37,7 +37,7 @@ public slots:
     /// automatic backups and where they go.
     void onSendModulParentVersion(const QString &version);
 
-    /// Makes the backup of the day, see AutomaticBackup. Opens no window.
+    /// Makes the backup of the day, see makeBackupOfTheDay(). Opens no window.
     void doAutomaticBackup();
 
 private slots: // connected by name in setupUi(), never by hand
@@ -53,7 +53,7 @@ private:
     void fillTable();
     void showAvailability(bool isAvailable);
     QStringList selectedIdentifiers() const;
-    void saveConfigurations(const QStringList &identifiers);
+    void chooseFileAndSave(const QStringList &identifiers);
 
     Ui::ConfigSaveDlgClass m_ui;
     Controller m_controller;

@@ -52,5 +52,6 @@ void importConfigurations(const Controller &controller, const QStringList &ident
         controller.announceActiveConfigurationChanged();
     }
     cursor.restore();
-    MessageBox::information(dialog, dialog, ConfigLoadDlg::tr("Load Configurations"), outcome);
+    MessageBox::show(QMessageBox::Information, dialog, dialog,
+                     ConfigLoadDlg::tr("Load Configurations"), outcome);
 }

@@ -1,7 +1,9 @@
 #include "transfer/configurationsave.h"
 
+#include "channel/controller.h"
 #include "channel/identifiers.h"
 #include "channel/replybuffer.h"
+#include "transfer/configsavedlg.h"
 #include "transfer/configurationdownload.h"
 #include "transfer/datestamp.h"
 #include "widgets/messagebox.h"
@@ -17,6 +19,12 @@ namespace {
 
 constexpr int slowCommandTimeoutMs = 20000;
 
+struct Outcome
+{
+    bool isSuccess;
+    QString text;
+};
+
 void keepPreviousFile(const QByteArray &name)
 {
     if (::access(name.constData(), F_OK) == 0) {
@@ -26,75 +34,28 @@ void keepPreviousFile(const QByteArray &name)
     }
 }
 
-} // namespace
-
-ConfigurationSave::ConfigurationSave(const Controller &controller, QWidget *dialog)
-    : m_controller(controller)
-    , m_dialog(dialog)
-{
-}
-
-void ConfigurationSave::run(const QStringList &identifiers, const QString &fileName)
-{
-    WaitCursor cursor;
-    keepPreviousFile(nameOnDisk(fileName));
-    const QString activeBefore = activeConfiguration();
-    if (!discardEarlierDownload()) {
-        // No box tells the user that nothing was saved: the cursor stays as the sign of it.
-        cursor.abandon();
-        return;
-    }
-    if (!prepareCopies(identifiers)) {
-        // The copies stay on the controller, so that what went wrong can still be looked at there.
-        cursor.restore();
-        show({false, tr("Cannot prepare configuration for download.\nExport aborted.")});
-        return;
-    }
-    const Outcome outcome = download(fileName);
-    deleteCopies();
-    activate(activeBefore);
-    cursor.restore();
-    show(outcome);
-}
-
-QString ConfigurationSave::activeConfiguration()
+QString activeConfiguration(const Controller &controller)
 {
     ReplyBuffer active;
     const bool isAnswered =
-        m_controller.reportUnless(m_controller.activeConfiguration(&active),
-                                  "Error save configuration: Cannot get active config");
+        controller.reportUnless(controller.activeConfiguration(&active),
+                                "Error save configuration: Cannot get active config");
     return isAnswered ? active.text() : QString();
 }
 
-bool ConfigurationSave::discardEarlierDownload()
+bool discardEarlierDownload(const Controller &controller)
 {
-    return m_controller.reportUnless(m_controller.cancelDownload(),
-                                     "Error save configuration: Cannot send command "
-                                     "(1) download. Download canceled");
+    return controller.reportUnless(
+        controller.cancelDownload(),
+        "Error save configuration: Cannot send command (1) download. Download canceled");
 }
 
-bool ConfigurationSave::prepareCopies(const QStringList &identifiers)
+bool clone(const Controller &controller, const QString &identifier, int position,
+           const QString &copy)
 {
-    for (int i = 0; i < identifiers.size(); ++i) {
-        QThread::yieldCurrentThread();
-        const QString copy = Identifiers::newIdentifier();
-        // Before it exists: a clone that is made although its answer is lost gets deleted as well.
-        m_copies << copy;
-        if (!clone(identifiers.at(i), i, copy) || !dateDescription()) {
-            continue;
-        }
-        if (!prepareDownload(copy)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool ConfigurationSave::clone(const QString &identifier, int position, const QString &copy)
-{
-    m_controller.setTimeout(slowCommandTimeoutMs, 1);
-    if (m_controller.cloneConfiguration(copy, identifier) == Controller::Answer::None) {
-        m_controller.report(
+    controller.setTimeout(slowCommandTimeoutMs, 1);
+    if (controller.cloneConfiguration(copy, identifier) == Controller::Answer::None) {
+        controller.report(
             QStringLiteral("Error save configuration: Cannot clone configuration number %1")
                 .arg(position));
         return false;
@@ -103,64 +64,107 @@ bool ConfigurationSave::clone(const QString &identifier, int position, const QSt
 }
 
 // The copy has become the active configuration, whose description this is.
-bool ConfigurationSave::dateDescription()
+bool dateDescription(const Controller &controller)
 {
     ReplyBuffer reply;
-    if (!m_controller.reportUnless(m_controller.description(&reply),
-                                   "Error save configuration: Cannot get configuration "
-                                   "description")) {
+    if (!controller.reportUnless(
+            controller.description(&reply),
+            "Error save configuration: Cannot get configuration description")) {
         return false;
     }
     const QString description = DateStamp::removedFrom(reply.text());
-    return m_controller.reportUnless(
-        m_controller.setDatedDescription(description, DateStamp::today()),
+    return controller.reportUnless(
+        controller.setDatedDescription(description, DateStamp::today()),
         "Error save configuration: Cannot set configuration description");
 }
 
-bool ConfigurationSave::prepareDownload(const QString &copy)
+bool prepareDownload(const Controller &controller, const QString &copy)
 {
-    m_controller.setTimeout(slowCommandTimeoutMs, 1);
-    return m_controller.reportUnless(m_controller.prepareDownload(copy),
-                                     "Error save configuration: Cannot prepare configuration for "
-                                     "download. Export aborted.");
+    controller.setTimeout(slowCommandTimeoutMs, 1);
+    return controller.reportUnless(controller.prepareDownload(copy),
+                                   "Error save configuration: Cannot prepare configuration for "
+                                   "download. Export aborted.");
 }
 
-ConfigurationSave::Outcome ConfigurationSave::download(const QString &fileName)
+// Whether the copies can be downloaded now. @p copies receives them in order of creation.
+bool prepareCopies(const Controller &controller, const QStringList &identifiers,
+                   QStringList *copies)
+{
+    for (int i = 0; i < identifiers.size(); ++i) {
+        QThread::yieldCurrentThread();
+        const QString copy = Identifiers::newIdentifier();
+        // Before it exists: a clone that is made although its answer is lost gets deleted as well.
+        *copies << copy;
+        if (!clone(controller, identifiers.at(i), i, copy) || !dateDescription(controller)) {
+            continue;
+        }
+        if (!prepareDownload(controller, copy)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+Outcome download(const Controller &controller, const QString &fileName)
 {
     ReplyBuffer isAvailable;
-    if (!m_controller.isDownloadAvailable(&isAvailable)
+    if (!controller.isDownloadAvailable(&isAvailable)
         || isAvailable.text() != QLatin1String("yes")) {
-        return {false, tr("Configuration data can not be recognized.")};
+        return {false, ConfigSaveDlg::tr("Configuration data can not be recognized.")};
     }
-    if (downloadConfigurationFile(m_controller, fileName) != 0) {
-        return {false, tr("Configuration data written to the file %1 failed!\n").arg(fileName)};
+    if (downloadConfigurationFile(controller, fileName) != 0) {
+        return {
+            false,
+            ConfigSaveDlg::tr("Configuration data written to the file %1 failed!\n").arg(fileName)};
     }
-    return {true, tr("Configuration data successfully written to the file\n%1").arg(fileName)};
+    return {
+        true,
+        ConfigSaveDlg::tr("Configuration data successfully written to the file\n%1").arg(fileName)};
 }
 
-void ConfigurationSave::deleteCopies()
+void deleteCopies(const Controller &controller, const QStringList &copies)
 {
-    for (const QString &copy : qAsConst(m_copies)) {
-        if (m_controller.deleteConfiguration(copy) == Controller::Answer::None) {
-            m_controller.report(
+    for (const QString &copy : copies) {
+        if (controller.deleteConfiguration(copy) == Controller::Answer::None) {
+            controller.report(
                 QStringLiteral("Error save configuration: Cannot delete configuration %1.")
                     .arg(copy));
         }
     }
 }
 
-void ConfigurationSave::activate(const QString &identifier)
+void activate(const Controller &controller, const QString &identifier)
 {
-    m_controller.setTimeout(slowCommandTimeoutMs, 0);
-    if (!m_controller.activate(identifier)) {
-        m_controller.report(
+    controller.setTimeout(slowCommandTimeoutMs, 0);
+    if (!controller.activate(identifier)) {
+        controller.report(
             QStringLiteral("Error save configuration: Cannot set active configuration '%1'")
                 .arg(identifier));
     }
 }
 
-void ConfigurationSave::show(const Outcome &outcome)
+} // namespace
+
+void saveConfigurations(const Controller &controller, const QStringList &identifiers,
+                        const QString &fileName, QWidget *dialog)
 {
-    MessageBox::outcome(m_dialog, m_dialog, outcome.isSuccess, tr("Save Configurations"),
-                        outcome.text);
+    WaitCursor cursor;
+    keepPreviousFile(nameOnDisk(fileName));
+    const QString activeBefore = activeConfiguration(controller);
+    if (!discardEarlierDownload(controller)) {
+        // No box tells the user that nothing was saved: the cursor stays as the sign of it.
+        cursor.abandon();
+        return;
+    }
+    Outcome outcome{
+        false, ConfigSaveDlg::tr("Cannot prepare configuration for download.\nExport aborted.")};
+    QStringList copies;
+    if (prepareCopies(controller, identifiers, &copies)) {
+        outcome = download(controller, fileName);
+        deleteCopies(controller, copies);
+        activate(controller, activeBefore);
+    } // else the copies stay, so that what went wrong can still be looked at on the controller
+    cursor.restore();
+    MessageBox::show(outcome.isSuccess ? QMessageBox::Information : QMessageBox::Critical, dialog,
+                     dialog, ConfigSaveDlg::tr("Save Configurations"), outcome.text);
 }

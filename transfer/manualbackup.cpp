@@ -79,6 +79,7 @@ void backUpByHand(const Controller &controller, BackendVersions *versions, QWidg
         ConfigSaveDlg::tr("XML files (*.xml *.*)"));
     if (!fileName.isEmpty()) {
         const auto [isSuccess, title, text] = backUpInto(fileName, controller, versions);
-        MessageBox::outcome(dialog, dialog, isSuccess, QLatin1String(title), text);
+        MessageBox::show(isSuccess ? QMessageBox::Information : QMessageBox::Critical, dialog,
+                         dialog, QLatin1String(title), text);
     }
 }

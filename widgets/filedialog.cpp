@@ -19,26 +19,20 @@ void letGo(QFileDialog *chooser)
     chooser->reject();
 }
 
-QString run(QFileDialog *chooser, const QObject *owner)
-{
-    const QPointer<const QObject> watchedOwner(owner);
-    const bool isAccepted = chooser->exec() == QDialog::Accepted;
-    return watchedOwner && isAccepted ? chooser->selectedFiles().value(0) : QString();
-}
-
 // Runs a chooser that @p prepare has set up.
 template <typename Prepare>
 QString choose(const QObject *owner, QWidget *parent, const QString &caption,
                const QString &directory, const QString &filter, Prepare prepare)
 {
+    const QPointer<const QObject> watchedOwner(owner);
     // Older than the chooser, so the parent destroys it first.
     const QPointer<QObject> sentinel(new QObject(parent));
     QFileDialog chooser(parent, caption, directory, filter);
     QObject::connect(sentinel, &QObject::destroyed, &chooser, [&chooser] { letGo(&chooser); });
     prepare(&chooser);
-    QString path = run(&chooser, owner);
+    const bool isAccepted = chooser.exec() == QDialog::Accepted;
     delete sentinel.data();
-    return path;
+    return watchedOwner && isAccepted ? chooser.selectedFiles().value(0) : QString();
 }
 
 } // namespace

@@ -12,9 +12,11 @@ MessageBox::Button answerOf(const QMessageBox &box, MessageBox::Button defaultBu
     return clicked ? box.standardButton(clicked) : defaultButton;
 }
 
-MessageBox::Button show(QMessageBox::Icon icon, const QObject *owner, QWidget *parent,
-                        const QString &title, const QString &text,
-                        QMessageBox::StandardButtons buttons, MessageBox::Button defaultButton)
+} // namespace
+
+MessageBox::Button MessageBox::show(QMessageBox::Icon icon, const QObject *owner, QWidget *parent,
+                                    const QString &title, const QString &text,
+                                    QMessageBox::StandardButtons buttons, Button defaultButton)
 {
     const QPointer<const QObject> watchedOwner(owner);
     // Not on the stack: a parent that is destroyed meanwhile takes the box with it.
@@ -22,44 +24,7 @@ MessageBox::Button show(QMessageBox::Icon icon, const QObject *owner, QWidget *p
     box->setTextFormat(Qt::PlainText); // a file's name may look like markup
     box->setDefaultButton(defaultButton);
     box->exec();
-    const MessageBox::Button answer = box ? answerOf(*box, defaultButton) : QMessageBox::NoButton;
+    const Button answer = box ? answerOf(*box, defaultButton) : QMessageBox::NoButton;
     delete box.data();
     return watchedOwner ? answer : QMessageBox::NoButton;
-}
-
-} // namespace
-
-MessageBox::Button MessageBox::information(const QObject *owner, QWidget *parent,
-                                           const QString &title, const QString &text)
-{
-    return show(QMessageBox::Information, owner, parent, title, text, QMessageBox::Ok,
-                QMessageBox::Ok);
-}
-
-MessageBox::Button MessageBox::critical(const QObject *owner, QWidget *parent, const QString &title,
-                                        const QString &text)
-{
-    return show(QMessageBox::Critical, owner, parent, title, text, QMessageBox::Ok,
-                QMessageBox::Ok);
-}
-
-MessageBox::Button MessageBox::outcome(const QObject *owner, QWidget *parent, bool isSuccess,
-                                       const QString &title, const QString &text)
-{
-    return isSuccess ? information(owner, parent, title, text)
-                     : critical(owner, parent, title, text);
-}
-
-MessageBox::Button MessageBox::warning(const QObject *owner, QWidget *parent, const QString &title,
-                                       const QString &text, QMessageBox::StandardButtons buttons,
-                                       Button defaultButton)
-{
-    return show(QMessageBox::Warning, owner, parent, title, text, buttons, defaultButton);
-}
-
-MessageBox::Button MessageBox::question(const QObject *owner, QWidget *parent, const QString &title,
-                                        const QString &text, QMessageBox::StandardButtons buttons,
-                                        Button defaultButton)
-{
-    return show(QMessageBox::Question, owner, parent, title, text, buttons, defaultButton);
 }

@@ -1,4 +1,5 @@
 #include "backup/fullbackup.h"
+#include "channel/controller.h"
 #include "channel/transferencoding.h"
 #include "hostapi/backendversions.h"
 #include "tests/backup/samplebackup.h"
@@ -63,7 +64,7 @@ struct Fixture
     int restore(const QString &path, const ConfigEntryList &configurations = {})
     {
         try {
-            return BackupRestore(Controller(&channel), &versions, dialog, path).run(configurations);
+            return restoreBackup(Controller(&channel), &versions, dialog, path, configurations);
         } catch (const std::runtime_error &error) {
             problem = error.what();
             return thrown;
@@ -312,11 +313,11 @@ void TestBackupRestore::cleanup()
 
 void TestBackupRestore::theCodesAreAsAgreed()
 {
-    QCOMPARE(BackupRestore::restored, 0);
-    QCOMPARE(BackupRestore::notStarted, 1);
-    QCOMPARE(BackupRestore::declined, 2);
-    QCOMPARE(BackupRestore::unfit, 3);
-    QCOMPARE(BackupRestore::failed, 4);
+    QCOMPARE(RestoreCode::restored, 0);
+    QCOMPARE(RestoreCode::notStarted, 1);
+    QCOMPARE(RestoreCode::declined, 2);
+    QCOMPARE(RestoreCode::unfit, 3);
+    QCOMPARE(RestoreCode::failed, 4);
 }
 
 void TestBackupRestore::aLockedConfigurationRefusesEverything_data()

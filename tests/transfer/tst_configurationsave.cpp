@@ -1,3 +1,4 @@
+#include "channel/controller.h"
 #include "channel/transferencoding.h"
 #include "tests/support/faultyrun.h"
 #include "tests/support/modaldriver.h"
@@ -200,7 +201,7 @@ void TestConfigurationSave::cleanup()
 
 void TestConfigurationSave::save(const QStringList &identifiers)
 {
-    ConfigurationSave(Controller(m_channel.get()), m_dialog.get()).run(identifiers, fileName());
+    saveConfigurations(Controller(m_channel.get()), identifiers, fileName(), m_dialog.get());
 }
 
 void TestConfigurationSave::expectBox(QMessageBox::Icon icon, const QString &text)

@@ -37,7 +37,8 @@ constexpr auto yesNo = QMessageBox::Yes | QMessageBox::No;
 
 QMessageBox::Button ask(const QObject *owner, QWidget *parent)
 {
-    return MessageBox::question(owner, parent, "Title", "Text", yesNo, QMessageBox::No);
+    return MessageBox::show(QMessageBox::Question, owner, parent, "Title", "Text", yesNo,
+                            QMessageBox::No);
 }
 
 } // namespace
@@ -77,17 +78,17 @@ void TestMessageBox::eachFunctionShowsItsIcon()
     MessageBox::Button answer = QMessageBox::NoButton;
     switch (icon) {
     case QMessageBox::Information:
-        answer = MessageBox::information(&m_owner, parent, "Title", "Text");
+        answer = MessageBox::show(QMessageBox::Information, &m_owner, parent, "Title", "Text");
         break;
     case QMessageBox::Critical:
-        answer = MessageBox::critical(&m_owner, parent, "Title", "Text");
+        answer = MessageBox::show(QMessageBox::Critical, &m_owner, parent, "Title", "Text");
         break;
     case QMessageBox::Warning:
-        answer = MessageBox::warning(&m_owner, parent, "Title", "Text");
+        answer = MessageBox::show(QMessageBox::Warning, &m_owner, parent, "Title", "Text");
         break;
     default:
-        answer = MessageBox::question(&m_owner, parent, "Title", "Text", QMessageBox::Ok,
-                                      QMessageBox::Ok);
+        answer = MessageBox::show(QMessageBox::Question, &m_owner, parent, "Title", "Text",
+                                  QMessageBox::Ok, QMessageBox::Ok);
         break;
     }
     QCOMPARE(answer, QMessageBox::Ok);
@@ -119,8 +120,8 @@ void TestMessageBox::escapeCancels()
 {
     ModalDriver driver;
     driver.expectDialog("", [](QDialog *box) { QTest::keyClick(box, Qt::Key_Escape); });
-    QCOMPARE(MessageBox::warning(&m_owner, nullptr, "Title", "Text",
-                                 QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel),
+    QCOMPARE(MessageBox::show(QMessageBox::Warning, &m_owner, nullptr, "Title", "Text",
+                              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel),
              QMessageBox::Cancel);
 }
 
@@ -128,7 +129,8 @@ void TestMessageBox::escapeOnASingleButtonIsThatButton()
 {
     ModalDriver driver;
     driver.expectDialog("", [](QDialog *box) { QTest::keyClick(box, Qt::Key_Escape); });
-    QCOMPARE(MessageBox::warning(&m_owner, nullptr, "Title", "Text"), QMessageBox::Ok);
+    QCOMPARE(MessageBox::show(QMessageBox::Warning, &m_owner, nullptr, "Title", "Text"),
+             QMessageBox::Ok);
 }
 
 void TestMessageBox::closedWithoutAButtonItIsTheDefaultButton()
