@@ -8,9 +8,10 @@ class IOManager;
 /// are empty.
 struct ControllerIdentity
 {
+    bool isAnswered = false; ///< whether the controller has answered any of the questions
     QString hostName;
     QString serial;
-    QString model;
+    QString model;               ///< in the controller's own words
     QString activeConfiguration; ///< identifier
     QString activeDescription;   ///< without the double quotes of the answer
 };

@@ -1,7 +1,8 @@
 #include "host/transferprogress.h"
 
 #include <QCoreApplication>
-#include <QList>
+
+using Direction = TransferChunk::Direction;
 
 namespace {
 
@@ -14,15 +15,17 @@ QString tr(const char *text)
 
 bool TransferProgress::follow(const QByteArray &command, const QByteArray &answer, int result)
 {
-    const QByteArray download = "system download ";
-    const QByteArray upload = "system upload ";
-    if (command.startsWith(download)) {
-        return followDownload(command.mid(download.size()), answer, result);
+    if (command == "system download cancel") {
+        return cancel(Direction::Download);
     }
-    if (command.startsWith(upload)) {
-        return followUpload(command.mid(upload.size()), result);
+    if (command == "system upload cancel") {
+        return cancel(Direction::Upload);
     }
-    return false;
+    const std::optional<TransferChunk> chunk = TransferChunk::of(command, answer);
+    if (chunk) {
+        pass(*chunk, result);
+    }
+    return chunk.has_value();
 }
 
 int TransferProgress::percent() const
@@ -53,40 +56,6 @@ QString TransferProgress::text() const
     return {};
 }
 
-bool TransferProgress::followDownload(const QByteArray &argument, const QByteArray &answer,
-                                      int result)
-{
-    if (argument == "cancel") {
-        return cancel(Direction::Download);
-    }
-    bool isNumber = false;
-    const int chunk = argument.toInt(&isNumber);
-    if (!isNumber) {
-        return false;
-    }
-    // Only the first chunk's answer counts: the module does not look at the later totals either.
-    bool isTotalKnown = true;
-    const int total =
-        chunk == 1 ? answer.trimmed().split(' ').constFirst().toInt(&isTotalKnown) : m_total;
-    pass(Direction::Download, chunk, total, result == 0 && isTotalKnown);
-    return true;
-}
-
-bool TransferProgress::followUpload(const QByteArray &arguments, int result)
-{
-    if (arguments == "cancel") {
-        return cancel(Direction::Upload);
-    }
-    const QList<QByteArray> words = arguments.split(' ');
-    bool isNumber = false;
-    const int chunk = words.value(1).toInt(&isNumber);
-    if (!isNumber) {
-        return false;
-    }
-    pass(Direction::Upload, chunk, words.constFirst().toInt(), result == 0);
-    return true;
-}
-
 // Modules also cancel before they begin, to be sure; that is nothing to be told.
 bool TransferProgress::cancel(Direction direction)
 {
@@ -97,14 +66,17 @@ bool TransferProgress::cancel(Direction direction)
     return isOurs;
 }
 
-void TransferProgress::pass(Direction direction, int chunk, int total, bool isPassed)
+// Of a download only the first answer's total counts: modules do not look at later ones either.
+void TransferProgress::pass(const TransferChunk &chunk, int result)
 {
-    m_direction = direction;
-    m_chunk = chunk;
+    const bool isLaterDownload = chunk.direction == Direction::Download && chunk.number > 1;
+    const int total = isLaterDownload ? m_total : chunk.total;
+    m_direction = chunk.direction;
+    m_chunk = chunk.number;
     m_total = total;
-    if (!isPassed) {
+    if (result != 0 || total == TransferChunk::unknown) {
         m_state = State::BrokenOff;
     } else {
-        m_state = chunk >= total ? State::Complete : State::Running;
+        m_state = m_chunk >= m_total ? State::Complete : State::Running;
     }
 }

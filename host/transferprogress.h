@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QByteArray>
+#include "host/transferchunk.h"
+
 #include <QString>
 
 /// Follows the chunked transfers between a module and the controller by the commands that pass
-/// through the channel: "system download N" answered "TOTAL 'TEXT'", and "system upload TOTAL N
-/// TEXT".
+/// through the channel.
 class TransferProgress
 {
 public:
@@ -31,15 +31,11 @@ public:
     QString text() const;
 
 private:
-    enum class Direction { Download, Upload };
-
-    bool followDownload(const QByteArray &argument, const QByteArray &answer, int result);
-    bool followUpload(const QByteArray &arguments, int result);
-    bool cancel(Direction direction);
-    void pass(Direction direction, int chunk, int total, bool isPassed);
+    bool cancel(TransferChunk::Direction direction);
+    void pass(const TransferChunk &chunk, int result);
 
     State m_state = State::Idle;
-    Direction m_direction = Direction::Download;
+    TransferChunk::Direction m_direction = TransferChunk::Direction::Download;
     int m_chunk = 0;
     int m_total = 0;
 };

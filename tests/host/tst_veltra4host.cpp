@@ -171,13 +171,13 @@ private slots:
     }
 
 private:
-    // Of a tour that gets no further than its second step.
+    // Of a tour that gets no further than the activation of a configuration.
     QImage firstPicture(const QString &folder, const QStringList &arguments) const
     {
         run(arguments
             + QStringList{"--fail", "config active_config standard", "--tour",
                           m_folder.filePath(folder)});
-        return QImage(m_folder.filePath(folder + "/01-host.png"));
+        return QImage(m_folder.filePath(folder + "/01-host-before-contact.png"));
     }
 };
 
