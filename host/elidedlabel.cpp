@@ -16,7 +16,12 @@ ElidedLabel::ElidedLabel(QWidget *parent)
 {
     setTextFormat(Qt::PlainText);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+QSize ElidedLabel::sizeHint() const
+{
+    return minimumSizeHint();
 }
 
 QSize ElidedLabel::minimumSizeHint() const

@@ -33,25 +33,21 @@ int TransferProgress::percent() const
     return m_total > 0 ? static_cast<int>(qint64(100) * qMin(m_chunk, m_total) / m_total) : 0;
 }
 
-QString TransferProgress::text() const
+QString TransferProgress::text(const QString &occasion) const
 {
-    const bool isDownload = m_direction == Direction::Download;
+    const QString direction = m_direction == Direction::Download ? tr("Download") : tr("Upload");
+    const QString what = occasion.isEmpty() ? direction : occasion;
     switch (m_state) {
     case State::Idle:
-        return {};
+        return occasion;
     case State::Running:
-        return (isDownload ? tr("Download: chunk %1 of %2") : tr("Upload: chunk %1 of %2"))
-            .arg(m_chunk)
-            .arg(m_total);
+        return tr("%1: chunk %2 of %3").arg(what).arg(m_chunk).arg(m_total);
     case State::Complete:
-        return (isDownload ? tr("Download complete, %1 chunks") : tr("Upload complete, %1 chunks"))
-            .arg(m_total);
+        return tr("%1 complete, %2 chunks").arg(what).arg(m_total);
     case State::BrokenOff:
-        return (isDownload ? tr("Download broke off at chunk %1")
-                           : tr("Upload broke off at chunk %1"))
-            .arg(m_chunk);
+        return tr("%1 broke off at chunk %2").arg(what).arg(m_chunk);
     case State::Cancelled:
-        return isDownload ? tr("Download cancelled") : tr("Upload cancelled");
+        return tr("%1 cancelled").arg(what);
     }
     return {};
 }

@@ -27,8 +27,10 @@ public:
     int total() const { return m_total; }
     /// How much has passed, 0 to 100.
     int percent() const;
-    /// The state in words, empty while idle.
-    QString text() const;
+    /// The state in words.
+    /// @param occasion  what the transfer is for, if that is known; it is all that is told while
+    /// idle
+    QString text(const QString &occasion = {}) const;
 
 private:
     bool cancel(TransferChunk::Direction direction);

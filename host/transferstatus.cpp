@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int barWidth = 20; // in average characters
-const char *const widestText = "Download: chunk 10000 of 10000";
+constexpr int mostChunks = 10000;
 
 // The module's first question of an automatic backup, which it asks for nothing else. It does not
 // return to the event loop before the backup is over.
@@ -25,7 +25,7 @@ TransferStatus::TransferStatus(QWidget *parent)
     m_label->setObjectName(QStringLiteral("label_transfer"));
     m_label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_label->setMinimumWidth(
-        fontMetrics().horizontalAdvance(tr("Automatic backup \u2013 %1").arg(widestText)));
+        fontMetrics().horizontalAdvance(tr("Automatic backup: chunk %1 of %1").arg(mostChunks)));
     m_bar->setObjectName(QStringLiteral("progressBar_transfer"));
     m_bar->setAccessibleName(tr("Progress of the transfer"));
     m_bar->setFixedWidth(barWidth * fontMetrics().averageCharWidth());
@@ -47,10 +47,10 @@ TransferStatus::TransferStatus(QWidget *parent)
 void TransferStatus::follow(const Exchange &exchange)
 {
     if (exchange.command == automaticBackupBegins) {
+        m_progress = {};
         m_isAutomaticBackup = true;
         m_endOfBackup.start();
-        m_label->setText(tr("Automatic backup"));
-        repaint();
+        showProgress();
     }
     const TransferProgress::State oldState = m_progress.state();
     const int oldPercent = m_progress.percent();
@@ -62,8 +62,7 @@ void TransferStatus::follow(const Exchange &exchange)
 
 void TransferStatus::showProgress()
 {
-    const QString text = m_progress.text();
-    m_label->setText(m_isAutomaticBackup ? tr("Automatic backup \u2013 %1").arg(text) : text);
+    m_label->setText(m_progress.text(m_isAutomaticBackup ? tr("Automatic backup") : QString()));
     m_bar->setValue(m_progress.percent());
     m_bar->setVisible(m_progress.state() == TransferProgress::State::Running);
     repaint();

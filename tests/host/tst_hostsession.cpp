@@ -207,7 +207,7 @@ private slots:
         link.moduleChannel().queryString(reply, "system download 1");
         const QString total = QString(reply).trimmed().section(' ', 0, 0);
         QCOMPARE(label(session, "label_transfer"),
-                 QStringLiteral("Automatic backup \u2013 Download: chunk 1 of ") + total);
+                 QStringLiteral("Automatic backup: chunk 1 of ") + total);
         // It is over when the module returns to the event loop.
         QCoreApplication::processEvents();
         link.moduleChannel().sendCommand("system download cancel");
