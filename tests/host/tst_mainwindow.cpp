@@ -4,12 +4,18 @@
 #include "host/channelmonitor.h"
 #include "host/controlleridentity.h"
 #include "host/identitypanel.h"
+#include "tests/support/modaldriver.h"
 #include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QDockWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QtTest>
+
+#include <algorithm>
 
 class TestMainWindow : public QObject
 {
@@ -135,6 +141,30 @@ private slots:
         QCOMPARE(visited,
                  QStringList({"lineEdit_commands_filter", "lineEdit_events_filter",
                               "tableView_commands", "tableView_events"}));
+    }
+
+    void bothLogsCanBeSavedFromTheMenu_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("events") << "Save Events\u2026";
+        QTest::newRow("commands") << "Save Commands\u2026";
+    }
+
+    void bothLogsCanBeSavedFromTheMenu()
+    {
+        QFETCH(const QString, text);
+        const QList<QAction *> entries =
+            m_window->menuBar()->actions().constFirst()->menu()->actions();
+        const auto entry = std::find_if(entries.begin(), entries.end(), [&text](QAction *action) {
+            return action->text() == text;
+        });
+        QVERIFY(entry != entries.end());
+        const QTemporaryDir folder;
+        ModalDriver driver;
+        driver.expectFileDialog("Save Log", folder.filePath("log.txt"));
+        (*entry)->trigger();
+        driver.verify();
+        QVERIFY(QFile::exists(folder.filePath("log.txt")));
     }
 
     void eachDockHasAShortcut()
