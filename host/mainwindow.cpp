@@ -1,8 +1,10 @@
 #include "host/mainwindow.h"
 
+#include "host/growingdocks.h"
 #include "host/identitypanel.h"
 #include "host/logview.h"
 #include "host/modulemenus.h"
+#include "host/panelarea.h"
 #include "host/transferstatus.h"
 
 #include <QCoreApplication>
@@ -10,15 +12,10 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QResizeEvent>
 #include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QStatusBar>
 #include <QStyle>
 #include <QTimer>
-
-#include <algorithm>
 
 namespace {
 
@@ -29,27 +26,6 @@ constexpr int helpMenuPosition = 1000;
 
 // In average characters and lines, so that a large font has as much to read as a small one.
 constexpr QSize preferredSize(168, 45);
-
-/// Gives a panel the height that there is; it scrolls where that is too little.
-class PanelArea : public QScrollArea
-{
-public:
-    explicit PanelArea(QWidget *panel)
-    {
-        setFrameShape(NoFrame);
-        setFocusPolicy(Qt::NoFocus);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setWidgetResizable(true);
-        setWidget(panel);
-    }
-
-    QSize minimumSizeHint() const override
-    {
-        const int scrollBar = verticalScrollBar()->sizeHint().width();
-        return {widget()->minimumSizeHint().width() + scrollBar,
-                QScrollArea::minimumSizeHint().height()};
-    }
-};
 
 } // namespace
 
@@ -71,7 +47,7 @@ MainWindow::MainWindow(LogModel *events, LogModel *commands)
     commandsLog->focusTable();
     addMenus();
     statusBar()->addPermanentWidget(m_transferStatus);
-    centralWidget()->installEventFilter(this);
+    new GrowingDocks(this, m_eventsDock, m_commandsDock);
     takeSize(sizeForContents().boundedTo(spaceOnScreen()));
 }
 
@@ -80,35 +56,12 @@ void MainWindow::takePreferredSize()
     takeSize(sizeForContents());
 }
 
-bool MainWindow::eventFilter(QObject *watched, QEvent *event)
-{
-    const bool isWindowUnchanged = size() == m_size;
-    if (watched == centralWidget() && event->type() == QEvent::Resize && isWindowUnchanged) {
-        m_panelSize = centralWidget()->size(); // the user has moved the border to a dock
-    }
-    return QMainWindow::eventFilter(watched, event);
-}
-
 void MainWindow::paintEvent(QPaintEvent *event)
 {
     QMainWindow::paintEvent(event);
     if (!m_hasAppeared) {
         m_hasAppeared = true;
         QTimer::singleShot(0, this, &MainWindow::appeared);
-    }
-}
-
-// The layout has given the panel all that the window has grown, where the docks have use for it.
-void MainWindow::resizeEvent(QResizeEvent *event)
-{
-    QMainWindow::resizeEvent(event);
-    m_size = event->size();
-    if (m_panelSize.isValid()) {
-        const QSize excess = centralWidget()->size() - m_panelSize;
-        resizeDocks({m_eventsDock}, {std::max(1, m_eventsDock->width() + excess.width())},
-                    Qt::Horizontal);
-        resizeDocks({m_commandsDock}, {std::max(1, m_commandsDock->height() + excess.height())},
-                    Qt::Vertical);
     }
 }
 
@@ -158,7 +111,6 @@ QSize MainWindow::spaceOnScreen() const
 
 void MainWindow::takeSize(const QSize &size)
 {
-    m_panelSize = {};
     resize(size);
     resizeDocks({m_eventsDock}, {width() * 2 / 3}, Qt::Horizontal);
     resizeDocks({m_commandsDock}, {height() / 2}, Qt::Vertical);

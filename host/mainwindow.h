@@ -24,15 +24,12 @@ public:
     /// Takes the size that suits the window's contents, whatever the screen's size.
     void takePreferredSize();
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 signals:
     /// The window has been painted for the first time.
     void appeared();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QDockWidget *addDock(Qt::DockWidgetArea area, const QString &title, LogView *log,
@@ -48,6 +45,4 @@ private:
     QDockWidget *m_eventsDock;
     QDockWidget *m_commandsDock;
     bool m_hasAppeared = false;
-    QSize m_size;      // that the window had when its contents were laid out last
-    QSize m_panelSize; // that the panel keeps while the window grows and shrinks
 };
