@@ -108,7 +108,7 @@ void HostSession::showIdentity()
         m_versions.systemModel = identity.model;
     }
     m_window.identityPanel()->showIdentity(identity);
-    if (identity.isAnswered) {
+    if (identity.isKnown()) {
         m_window.identityPanel()->showVersions(m_versions);
     }
     emit identityShown();
