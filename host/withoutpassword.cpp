@@ -2,10 +2,10 @@
 
 QByteArray withoutPassword(const QByteArray &command)
 {
-    for (const QByteArray beginning :
+    for (const char *const beginning :
          {"config new_password '", "config password '", "config super_password '"}) {
         if (command.startsWith(beginning)) {
-            return beginning + "***'";
+            return QByteArray(beginning) + "***'";
         }
     }
     return command;
