@@ -8,6 +8,8 @@ namespace {
 
 constexpr double microsecondsPerMillisecond = 1000.0;
 
+enum CommandColumn { commandColumn = 2, answerColumn = 3, durationColumn = 5 };
+
 QString now()
 {
     return QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
@@ -27,6 +29,14 @@ QString outcome(const Exchange &exchange)
         : QStringLiteral("%1 (%2)").arg(result, exchange.failureReason);
 }
 
+LogRow rowOf(const Exchange &exchange)
+{
+    return {{now(), QString::fromLatin1(LineChannel::nameOf(exchange.operation)),
+             QString::fromLatin1(exchange.command), QString::fromLatin1(exchange.answer),
+             outcome(exchange), milliseconds(exchange.microseconds)},
+            exchange.result != 0};
+}
+
 } // namespace
 
 ChannelLogs::ChannelLogs(ChannelMonitor &monitor)
@@ -34,11 +44,12 @@ ChannelLogs::ChannelLogs(ChannelMonitor &monitor)
                 {tr("Category"), QStringLiteral("GlobalEvent")},
                 {tr("Source"), QStringLiteral("ConfigurationModule")},
                 {tr("Level"), QStringLiteral("0"), Qt::AlignHCenter},
-                {tr("Text"), {}}},
+                {tr("Text"), QStringLiteral("ActiveConfigurationChanged"), Qt::AlignLeft, true}},
                capacity)
     , m_commands({{tr("Time"), QStringLiteral("00:00:00.000")},
                   {tr("Operation"), QStringLiteral("sendCommandReply")},
-                  {tr("Command"), {}},
+                  {tr("Command"), QStringLiteral("config owner_of_config config20231106081559902"),
+                   Qt::AlignLeft, true},
                   {tr("Answer"), QStringLiteral("config20231106081559902")},
                   {tr("Result"), QStringLiteral("-1 (timed out)")},
                   {tr("Duration"), QStringLiteral("100.000 ms"), Qt::AlignRight}},
@@ -60,14 +71,20 @@ void ChannelLogs::logEvent(const QByteArray &category, const QByteArray &source,
 
 void ChannelLogs::logCommand(const Exchange &exchange)
 {
-    m_commands.append({{now(), QString::fromLatin1(LineChannel::nameOf(exchange.operation)),
-                        QString::fromLatin1(exchange.command), QString::fromLatin1(exchange.answer),
-                        outcome(exchange), milliseconds(exchange.microseconds)},
-                       exchange.result != 0});
+    if (m_run.goesOnWith(exchange)) {
+        m_lastCommand.cells[commandColumn] = m_run.command();
+        m_lastCommand.cells[answerColumn] = m_run.answer();
+        m_lastCommand.cells[durationColumn] = milliseconds(m_run.microseconds());
+        m_commands.replaceLast(m_lastCommand);
+    } else {
+        m_lastCommand = rowOf(exchange);
+        m_commands.append(m_lastCommand);
+    }
 }
 
 void ChannelLogs::logTimeout(int channel, int milliseconds, int flag)
 {
+    m_run.end();
     m_commands.append({{now(),
                         QStringLiteral("setTimeout"),
                         QStringLiteral("%1 %2 %3").arg(channel).arg(milliseconds).arg(flag),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/chunkrun.h"
 #include "host/logmodel.h"
 
 #include <QObject>
@@ -7,7 +8,8 @@
 class ChannelMonitor;
 struct Exchange;
 
-/// The logs of what modules post and of what they send to the controller.
+/// The logs of what modules post and of what they send to the controller. The chunks of a transfer
+/// share one row, which leaves what came before in sight; those that fail stand apart.
 class ChannelLogs : public QObject
 {
     Q_OBJECT
@@ -29,4 +31,6 @@ private:
 
     LogModel m_events;
     LogModel m_commands;
+    ChunkRun m_run;
+    LogRow m_lastCommand;
 };

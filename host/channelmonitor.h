@@ -5,13 +5,14 @@
 #include <QObject>
 
 /// Makes everything that passes a channel known by signals, emitted before the caller gets its
-/// answer.
+/// answer. Passwords are masked, so that nobody who shows or writes down commands has to think of
+/// them.
 class ChannelMonitor final : public QObject, public ChannelObserver
 {
     Q_OBJECT
 
 public:
-    void exchanged(const Exchange &exchange) override { emit commandSent(exchange); }
+    void exchanged(const Exchange &exchange) override;
     void timeoutSet(int channel, int milliseconds, int flag) override
     {
         emit timeoutChanged(channel, milliseconds, flag);

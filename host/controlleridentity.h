@@ -10,9 +10,12 @@ struct ControllerIdentity
 {
     QString hostName;
     QString serial;
-    QString model;
+    QString model;               ///< in the controller's own words
     QString activeConfiguration; ///< identifier
     QString activeDescription;   ///< without the double quotes of the answer
+
+    /// Whether the controller has said anything of itself.
+    bool isKnown() const { return !(hostName + serial + model + activeConfiguration).isEmpty(); }
 };
 
 /// Asks the controller who it is. The channel should be the host's own: modules' time-outs, faults

@@ -1,6 +1,7 @@
 #include "host/hostoptions.h"
 
 #include "host/versiontext.h"
+#include "simulator/faultplan.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -61,8 +62,10 @@ private:
     const QCommandLineOption m_latency{QStringLiteral("latency"),
                                        tr("Time the controller takes for each answer."), tr("ms"),
                                        QStringLiteral("0")};
-    const QCommandLineOption m_fail{
-        QStringLiteral("fail"), tr("Let commands fail; may be given several times."), tr("rule")};
+    const QCommandLineOption m_fail{QStringLiteral("fail"),
+                                    tr("Let commands go wrong; may be given several times.")
+                                        + QLatin1Char(' ') + FaultPlan::ruleHelp(),
+                                    tr("rule")};
     const QCommandLineOption m_state{
         QStringLiteral("state"),
         tr("Keep the controller's state in this file; without it a sample is used and forgotten."),

@@ -15,11 +15,9 @@ namespace {
 
 constexpr int hostVersionMessage = 1;
 
-BackendVersions versionsFrom(const HostOptions &options, IOManager &channel)
+BackendVersions versionsFrom(const HostOptions &options)
 {
-    const QString model =
-        options.systemModel.isEmpty() ? readControllerIdentity(channel).model : options.systemModel;
-    return {options.ptVersion, options.interfaceVersion, options.ctVersion, model};
+    return {options.ptVersion, options.interfaceVersion, options.ctVersion, options.systemModel};
 }
 
 } // namespace
@@ -28,7 +26,7 @@ HostSession::HostSession(ControllerLink &link, const HostOptions &options)
     : m_link(link)
     , m_isObserver(options.isObserver)
     , m_hostVersion(options.hostVersion)
-    , m_versions(versionsFrom(options, link.hostChannel()))
+    , m_versions(versionsFrom(options))
     , m_plugin(options.pluginFile)
     , m_logs(m_monitor)
     , m_window(m_logs.events(), m_logs.commands())
@@ -41,8 +39,6 @@ HostSession::HostSession(ControllerLink &link, const HostOptions &options)
     // Asked for later, not while the module that announced the change is in the middle of its work.
     m_identityTimer.setSingleShot(true);
     connect(&m_identityTimer, &QTimer::timeout, this, &HostSession::showIdentity);
-    m_window.identityPanel()->showVersions(m_versions);
-    showIdentity();
     m_window.identityPanel()->showConnection(link.description());
     m_link.setContactCallback([this] { followContact(); });
 }
@@ -54,16 +50,21 @@ HostSession::~HostSession()
     m_link.moduleChannel().setObserver(nullptr);
 }
 
-bool HostSession::start(QString *problem)
+bool HostSession::load(QString *problem)
 {
-    if (m_plugin.load() != PluginLoader::Result::Loaded) {
+    const bool isLoaded = m_plugin.load() == PluginLoader::Result::Loaded;
+    if (!isLoaded) {
         *problem = m_plugin.errorText();
-        return false;
     }
+    return isLoaded;
+}
+
+void HostSession::start()
+{
+    showIdentity();
     setProperties();
     placeMenuEntries();
     m_link.deliverMessage(hostVersionMessage, QStringLiteral("Veltra2"), m_hostVersion);
-    return true;
 }
 
 void HostSession::setProperties()
@@ -103,9 +104,12 @@ void HostSession::followContact()
 void HostSession::showIdentity()
 {
     const ControllerIdentity identity = readControllerIdentity(m_link.hostChannel());
-    if (m_versions.systemModel.isEmpty()) { // the controller could not be asked before
+    if (m_versions.systemModel.isEmpty()) { // nobody has told another one
         m_versions.systemModel = identity.model;
     }
     m_window.identityPanel()->showIdentity(identity);
+    if (identity.isKnown()) {
+        m_window.identityPanel()->showVersions(m_versions);
+    }
     emit identityShown();
 }

@@ -21,9 +21,14 @@ public:
     HostSession(ControllerLink &link, const HostOptions &options);
     ~HostSession() override;
 
-    /// Loads the module, hands it what it needs, and puts its actions into the menus.
-    /// @return whether it could be loaded; if not, @p problem says why in one line
-    bool start(QString *problem);
+    /// Loads the module. @return whether it could be loaded; if not, @p problem says why in one
+    /// line
+    bool load(QString *problem);
+
+    /// Asks the controller who it is, hands the loaded module what it needs, and puts its actions
+    /// into the menus. Blocks for as long as the controller takes, or does not answer, so the
+    /// window should be visible before.
+    void start();
 
     MainWindow &window() { return m_window; }
     ChannelMonitor &monitor() { return m_monitor; }

@@ -1,19 +1,19 @@
 #include "host/identitypanel.h"
 
 #include "host/controlleridentity.h"
+#include "host/elidedlabel.h"
 #include "host/versiontext.h"
 #include "hostapi/backendversions.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
-#include <QLabel>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
 namespace {
 
-void showText(QLabel *label, const QString &text)
+void showText(ElidedLabel *label, const QString &text)
 {
     label->setText(text.isEmpty() ? QStringLiteral("\u2014") : text);
 }
@@ -73,6 +73,7 @@ void IdentityPanel::showConnection(const QString &connection)
 
 void IdentityPanel::showVersions(const BackendVersions &versions)
 {
+    showText(m_model, versions.systemModel);
     showText(m_ptVersion, versionText(versions.ptVersion));
     showText(m_interfaceVersion, versionText(versions.interfaceVersion));
     showText(m_ctVersion, versionText(versions.ctVersion));
@@ -82,17 +83,14 @@ void IdentityPanel::showIdentity(const ControllerIdentity &identity)
 {
     showText(m_hostName, identity.hostName);
     showText(m_serial, identity.serial);
-    showText(m_model, identity.model);
     showText(m_activeConfiguration, identity.activeConfiguration);
     showText(m_activeDescription, identity.activeDescription);
 }
 
-QLabel *IdentityPanel::addField(QFormLayout *form, const QString &title, const QString &name)
+ElidedLabel *IdentityPanel::addField(QFormLayout *form, const QString &title, const QString &name)
 {
-    auto *value = new QLabel(this);
+    auto *value = new ElidedLabel(this);
     value->setObjectName(name);
-    value->setTextFormat(Qt::PlainText);
-    value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     value->setAccessibleName(title);
     showText(value, {});
     form->addRow(title, value);

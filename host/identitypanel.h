@@ -2,12 +2,13 @@
 
 #include <QWidget>
 
+class ElidedLabel;
 class QFormLayout;
-class QLabel;
 struct BackendVersions;
 struct ControllerIdentity;
 
-/// Shows which controller the host is connected to and which configuration is active on it.
+/// Shows which controller the host is connected to, what modules are told of it, and which
+/// configuration is active on it. What is not known is shown as a dash.
 class IdentityPanel : public QWidget
 {
     Q_OBJECT
@@ -16,19 +17,20 @@ public:
     explicit IdentityPanel(QWidget *parent = nullptr);
 
     void showConnection(const QString &connection);
+    /// What modules are told, the model among it.
     void showVersions(const BackendVersions &versions);
     void showIdentity(const ControllerIdentity &identity);
 
 private:
-    QLabel *addField(QFormLayout *form, const QString &title, const QString &name);
+    ElidedLabel *addField(QFormLayout *form, const QString &title, const QString &name);
 
-    QLabel *m_connection;
-    QLabel *m_hostName;
-    QLabel *m_serial;
-    QLabel *m_model;
-    QLabel *m_ptVersion;
-    QLabel *m_interfaceVersion;
-    QLabel *m_ctVersion;
-    QLabel *m_activeConfiguration;
-    QLabel *m_activeDescription;
+    ElidedLabel *m_connection;
+    ElidedLabel *m_hostName;
+    ElidedLabel *m_serial;
+    ElidedLabel *m_model;
+    ElidedLabel *m_ptVersion;
+    ElidedLabel *m_interfaceVersion;
+    ElidedLabel *m_ctVersion;
+    ElidedLabel *m_activeConfiguration;
+    ElidedLabel *m_activeDescription;
 };

@@ -38,6 +38,19 @@ void LogModel::append(LogRow row)
     }
 }
 
+void LogModel::replaceLast(LogRow row)
+{
+    if (!m_pending.empty()) {
+        m_pending.back() = std::move(row);
+    } else if (!m_rows.empty()) {
+        m_rows.back() = std::move(row);
+        const int last = sizeOf(m_rows) - 1;
+        emit dataChanged(index(last, 0), index(last, columnCount() - 1));
+    } else {
+        append(std::move(row));
+    }
+}
+
 void LogModel::clear()
 {
     beginResetModel();

@@ -10,8 +10,9 @@
 struct LogColumn
 {
     QString title;
-    QString widest; ///< a text that the column has room for; empty to take what the others leave
+    QString widest; ///< a text that the column has room for
     Qt::Alignment alignment = Qt::AlignLeft;
+    bool isElastic = false; ///< takes also what the others leave; at most one column does
 };
 
 /// One line of a log, a text for each column.
@@ -36,6 +37,8 @@ public:
 
     const QVector<LogColumn> &columns() const { return m_columns; }
     void append(LogRow row);
+    /// Puts @p row in the place of the last one; at the end if the log has been cleared since.
+    void replaceLast(LogRow row);
     void clear();
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -1,5 +1,7 @@
 #include "host/logtable.h"
 
+#include "host/logtext.h"
+
 #include <QAction>
 #include <QClipboard>
 #include <QFontDatabase>
@@ -64,17 +66,24 @@ void LogTable::setEmptyText(const QString &text)
     viewport()->update();
 }
 
+void LogTable::setElasticColumn(int column)
+{
+    m_elasticColumn = column;
+    m_leastWidth = columnWidth(column);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int resized) {
+        if (resized != m_elasticColumn) {
+            stretchElasticColumn();
+        }
+    });
+}
+
 QString LogTable::selectedText() const
 {
     QModelIndexList rows = selectionModel()->selectedRows();
     std::sort(rows.begin(), rows.end());
     QStringList lines;
     for (const QModelIndex &row : qAsConst(rows)) {
-        QStringList cells;
-        for (int column = 0; column < model()->columnCount(); ++column) {
-            cells << row.siblingAtColumn(column).data().toString();
-        }
-        lines << cells.join(QLatin1Char('\t'));
+        lines << LogText::line(*model(), row.row());
     }
     return lines.join(QLatin1Char('\n'));
 }
@@ -95,6 +104,20 @@ void LogTable::paintEvent(QPaintEvent *event)
         painter.setFont(QGuiApplication::font());
         painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
         painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_emptyText);
+    }
+}
+
+void LogTable::resizeEvent(QResizeEvent *event)
+{
+    QTableView::resizeEvent(event);
+    stretchElasticColumn();
+}
+
+void LogTable::stretchElasticColumn()
+{
+    if (m_elasticColumn >= 0) {
+        const int others = horizontalHeader()->length() - columnWidth(m_elasticColumn);
+        setColumnWidth(m_elasticColumn, std::max(m_leastWidth, viewport()->width() - others));
     }
 }
 

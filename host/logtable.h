@@ -16,6 +16,9 @@ public:
     /// What stands in an empty table.
     void setEmptyText(const QString &text);
 
+    /// Lets @p column take what the others leave, but no less than the width that it has now.
+    void setElasticColumn(int column);
+
     /// The selected rows from top to bottom, one line each, their cells separated by tabs.
     QString selectedText() const;
 
@@ -25,11 +28,15 @@ public slots:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void stretchElasticColumn();
     void noteWhetherAtEnd();
     void stayAtEnd();
 
     QString m_emptyText;
+    int m_elasticColumn = -1;
+    int m_leastWidth = 0; // of the elastic column
     bool m_isAtEnd = true;
 };

@@ -19,6 +19,12 @@ public:
     LogView(LogModel *model, const QString &name, const QString &emptyText,
             QWidget *parent = nullptr);
 
+    /// Gives the table the keyboard.
+    void focusTable();
+
+    /// Lets the user choose a file and writes the rows that are shown into it.
+    void save();
+
 private:
     void setColumnWidths();
     void filter(const QString &text);
@@ -27,5 +33,6 @@ private:
     QSortFilterProxyModel *m_proxy;
     QLineEdit *m_filterEdit;
     LogTable *m_table;
+    const QString m_name;
     const QString m_emptyText;
 };

@@ -72,15 +72,17 @@ int runSession(ControllerLink &link, const HostOptions &options,
 {
     QString problem;
     HostSession session(link, options);
-    if (!session.start(&problem)) {
+    if (!session.load(&problem)) {
         return refuse(problem);
     }
     session.window().show();
     return use(session);
 }
 
-int leaveToTheUser(HostSession & /*session*/)
+// The window is there before the first question to the controller, which may go unanswered.
+int leaveToTheUser(HostSession &session)
 {
+    QObject::connect(&session.window(), &MainWindow::appeared, &session, &HostSession::start);
     return QApplication::exec();
 }
 

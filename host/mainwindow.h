@@ -4,10 +4,12 @@
 
 class IdentityPanel;
 class LogModel;
+class LogView;
+class QDockWidget;
 class TransferStatus;
 
 /// The host's window: who the controller is, what modules post, what they send, and the menus into
-/// which they put their actions.
+/// which they put their actions. What it grows goes to the logs.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -22,11 +24,25 @@ public:
     /// Takes the size that suits the window's contents, whatever the screen's size.
     void takePreferredSize();
 
+signals:
+    /// The window has been painted for the first time.
+    void appeared();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
 private:
-    void addDock(Qt::DockWidgetArea area, const QString &title, QWidget *content);
+    QDockWidget *addDock(Qt::DockWidgetArea area, const QString &title, LogView *log,
+                         const QString &shortcut);
     void addMenus();
+    QSize sizeForContents() const;
+    QSize spaceOnScreen() const;
+    void takeSize(const QSize &size);
     void about();
 
     IdentityPanel *m_identityPanel;
     TransferStatus *m_transferStatus;
+    QDockWidget *m_eventsDock;
+    QDockWidget *m_commandsDock;
+    bool m_hasAppeared = false;
 };

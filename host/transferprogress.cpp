@@ -1,7 +1,8 @@
 #include "host/transferprogress.h"
 
 #include <QCoreApplication>
-#include <QList>
+
+using Direction = TransferChunk::Direction;
 
 namespace {
 
@@ -14,15 +15,17 @@ QString tr(const char *text)
 
 bool TransferProgress::follow(const QByteArray &command, const QByteArray &answer, int result)
 {
-    const QByteArray download = "system download ";
-    const QByteArray upload = "system upload ";
-    if (command.startsWith(download)) {
-        return followDownload(command.mid(download.size()), answer, result);
+    if (command == "system download cancel") {
+        return cancel(Direction::Download);
     }
-    if (command.startsWith(upload)) {
-        return followUpload(command.mid(upload.size()), result);
+    if (command == "system upload cancel") {
+        return cancel(Direction::Upload);
     }
-    return false;
+    const std::optional<TransferChunk> chunk = TransferChunk::of(command, answer);
+    if (chunk) {
+        pass(*chunk, result);
+    }
+    return chunk.has_value();
 }
 
 int TransferProgress::percent() const
@@ -30,61 +33,23 @@ int TransferProgress::percent() const
     return m_total > 0 ? static_cast<int>(qint64(100) * qMin(m_chunk, m_total) / m_total) : 0;
 }
 
-QString TransferProgress::text() const
+QString TransferProgress::text(const QString &occasion) const
 {
-    const bool isDownload = m_direction == Direction::Download;
+    const QString direction = m_direction == Direction::Download ? tr("Download") : tr("Upload");
+    const QString what = occasion.isEmpty() ? direction : occasion;
     switch (m_state) {
     case State::Idle:
-        return {};
+        return occasion;
     case State::Running:
-        return (isDownload ? tr("Download: chunk %1 of %2") : tr("Upload: chunk %1 of %2"))
-            .arg(m_chunk)
-            .arg(m_total);
+        return tr("%1: chunk %2 of %3").arg(what).arg(m_chunk).arg(m_total);
     case State::Complete:
-        return (isDownload ? tr("Download complete, %1 chunks") : tr("Upload complete, %1 chunks"))
-            .arg(m_total);
+        return tr("%1 complete, %2 chunks").arg(what).arg(m_total);
     case State::BrokenOff:
-        return (isDownload ? tr("Download broke off at chunk %1")
-                           : tr("Upload broke off at chunk %1"))
-            .arg(m_chunk);
+        return tr("%1 broke off at chunk %2").arg(what).arg(m_chunk);
     case State::Cancelled:
-        return isDownload ? tr("Download cancelled") : tr("Upload cancelled");
+        return tr("%1 cancelled").arg(what);
     }
     return {};
-}
-
-bool TransferProgress::followDownload(const QByteArray &argument, const QByteArray &answer,
-                                      int result)
-{
-    if (argument == "cancel") {
-        return cancel(Direction::Download);
-    }
-    bool isNumber = false;
-    const int chunk = argument.toInt(&isNumber);
-    if (!isNumber) {
-        return false;
-    }
-    // Only the first chunk's answer counts: the module does not look at the later totals either.
-    bool isTotalKnown = true;
-    const int total =
-        chunk == 1 ? answer.trimmed().split(' ').constFirst().toInt(&isTotalKnown) : m_total;
-    pass(Direction::Download, chunk, total, result == 0 && isTotalKnown);
-    return true;
-}
-
-bool TransferProgress::followUpload(const QByteArray &arguments, int result)
-{
-    if (arguments == "cancel") {
-        return cancel(Direction::Upload);
-    }
-    const QList<QByteArray> words = arguments.split(' ');
-    bool isNumber = false;
-    const int chunk = words.value(1).toInt(&isNumber);
-    if (!isNumber) {
-        return false;
-    }
-    pass(Direction::Upload, chunk, words.constFirst().toInt(), result == 0);
-    return true;
 }
 
 // Modules also cancel before they begin, to be sure; that is nothing to be told.
@@ -97,14 +62,17 @@ bool TransferProgress::cancel(Direction direction)
     return isOurs;
 }
 
-void TransferProgress::pass(Direction direction, int chunk, int total, bool isPassed)
+// Of a download only the first answer's total counts: modules do not look at later ones either.
+void TransferProgress::pass(const TransferChunk &chunk, int result)
 {
-    m_direction = direction;
-    m_chunk = chunk;
+    const bool isLaterDownload = chunk.direction == Direction::Download && chunk.number > 1;
+    const int total = isLaterDownload ? m_total : chunk.total;
+    m_direction = chunk.direction;
+    m_chunk = chunk.number;
     m_total = total;
-    if (!isPassed) {
+    if (result != 0 || total == TransferChunk::unknown) {
         m_state = State::BrokenOff;
     } else {
-        m_state = chunk >= total ? State::Complete : State::Running;
+        m_state = m_chunk >= m_total ? State::Complete : State::Running;
     }
 }

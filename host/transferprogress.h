@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QByteArray>
+#include "host/transferchunk.h"
+
 #include <QString>
 
 /// Follows the chunked transfers between a module and the controller by the commands that pass
-/// through the channel: "system download N" answered "TOTAL 'TEXT'", and "system upload TOTAL N
-/// TEXT".
+/// through the channel.
 class TransferProgress
 {
 public:
@@ -27,19 +27,17 @@ public:
     int total() const { return m_total; }
     /// How much has passed, 0 to 100.
     int percent() const;
-    /// The state in words, empty while idle.
-    QString text() const;
+    /// The state in words.
+    /// @param occasion  what the transfer is for, if that is known; it is all that is told while
+    /// idle
+    QString text(const QString &occasion = {}) const;
 
 private:
-    enum class Direction { Download, Upload };
-
-    bool followDownload(const QByteArray &argument, const QByteArray &answer, int result);
-    bool followUpload(const QByteArray &arguments, int result);
-    bool cancel(Direction direction);
-    void pass(Direction direction, int chunk, int total, bool isPassed);
+    bool cancel(TransferChunk::Direction direction);
+    void pass(const TransferChunk &chunk, int result);
 
     State m_state = State::Idle;
-    Direction m_direction = Direction::Download;
+    TransferChunk::Direction m_direction = TransferChunk::Direction::Download;
     int m_chunk = 0;
     int m_total = 0;
 };

@@ -9,6 +9,11 @@
 namespace {
 
 constexpr int barWidth = 20; // in average characters
+constexpr int mostChunks = 10000;
+
+// The module's first question of an automatic backup, which it asks for nothing else. It does not
+// return to the event loop before the backup is over.
+const char *const automaticBackupBegins = "status active";
 
 } // namespace
 
@@ -20,7 +25,7 @@ TransferStatus::TransferStatus(QWidget *parent)
     m_label->setObjectName(QStringLiteral("label_transfer"));
     m_label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_label->setMinimumWidth(
-        fontMetrics().horizontalAdvance(tr("Download: chunk %1 of %2").arg(100000).arg(100000)));
+        fontMetrics().horizontalAdvance(tr("Automatic backup: chunk %1 of %1").arg(mostChunks)));
     m_bar->setObjectName(QStringLiteral("progressBar_transfer"));
     m_bar->setAccessibleName(tr("Progress of the transfer"));
     m_bar->setFixedWidth(barWidth * fontMetrics().averageCharWidth());
@@ -30,6 +35,9 @@ TransferStatus::TransferStatus(QWidget *parent)
     m_bar->setSizePolicy(policy);
     m_bar->hide();
 
+    m_endOfBackup.setSingleShot(true);
+    connect(&m_endOfBackup, &QTimer::timeout, this, &TransferStatus::endAutomaticBackup);
+
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(m_bar);
@@ -38,6 +46,12 @@ TransferStatus::TransferStatus(QWidget *parent)
 
 void TransferStatus::follow(const Exchange &exchange)
 {
+    if (exchange.command == automaticBackupBegins) {
+        m_progress = {};
+        m_isAutomaticBackup = true;
+        m_endOfBackup.start();
+        showProgress();
+    }
     const TransferProgress::State oldState = m_progress.state();
     const int oldPercent = m_progress.percent();
     m_progress.follow(exchange.command, exchange.answer, exchange.result);
@@ -48,8 +62,16 @@ void TransferStatus::follow(const Exchange &exchange)
 
 void TransferStatus::showProgress()
 {
-    m_label->setText(m_progress.text());
+    m_label->setText(m_progress.text(m_isAutomaticBackup ? tr("Automatic backup") : QString()));
     m_bar->setValue(m_progress.percent());
     m_bar->setVisible(m_progress.state() == TransferProgress::State::Running);
     repaint();
+}
+
+void TransferStatus::endAutomaticBackup()
+{
+    m_isAutomaticBackup = false;
+    if (m_progress.state() == TransferProgress::State::Idle) {
+        m_label->clear(); // none was made
+    }
 }

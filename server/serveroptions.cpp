@@ -1,5 +1,7 @@
 #include "server/serveroptions.h"
 
+#include "simulator/faultplan.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -45,8 +47,10 @@ private:
     const QCommandLineOption m_latency{QStringLiteral("latency"),
                                        tr("Time the controller takes for each answer."), tr("ms"),
                                        QString::number(m_defaults.latencyMs)};
-    const QCommandLineOption m_fail{
-        QStringLiteral("fail"), tr("Let commands fail; may be given several times."), tr("rule")};
+    const QCommandLineOption m_fail{QStringLiteral("fail"),
+                                    tr("Let commands go wrong; may be given several times.")
+                                        + QLatin1Char(' ') + FaultPlan::ruleHelp(),
+                                    tr("rule")};
     const QCommandLineOption m_idleLimit{
         QStringLiteral("idle-limit"), tr("Send clients away that are silent for so long."),
         tr("seconds"), QString::number(m_defaults.idleLimitSeconds)};

@@ -1,6 +1,6 @@
 #pragma once
 
-class CommandTable;
+#include "simulator/commandtable.h"
 
 /// The controller's commands by concern; each function adds its group to the table.
 namespace CommandGroups {
@@ -12,5 +12,8 @@ void addSystemCommands(CommandTable &table);
 void addCascadeCommands(CommandTable &table);
 void addDownloadCommands(CommandTable &table);
 void addUploadCommands(CommandTable &table);
+
+/// The whole vocabulary.
+CommandTable all();
 
 } // namespace CommandGroups

@@ -59,3 +59,20 @@ Reply CommandTable::execute(ControllerSession &session, const QByteArray &line) 
     }
     return Reply::refused(QStringLiteral("unknown command"));
 }
+
+bool CommandTable::mayFit(const QRegularExpression &pattern) const
+{
+    for (auto entry = m_entries.constBegin(); entry != m_entries.constEnd(); ++entry) {
+        const QString name = QString::fromLatin1(entry.key());
+        if (entry->query && pattern.match(name).hasMatch()) {
+            return true;
+        }
+        // What fits a beginning partially may be completed by the argument.
+        const QRegularExpressionMatch match = pattern.match(
+            name + QLatin1Char(' '), 0, QRegularExpression::PartialPreferCompleteMatch);
+        if (entry->command && (match.hasMatch() || match.hasPartialMatch())) {
+            return true;
+        }
+    }
+    return false;
+}

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QRegularExpression>
 
 #include <functional>
 
@@ -25,6 +26,10 @@ public:
     void add(const char *name, Command command);
 
     Reply execute(ControllerSession &session, const QByteArray &line) const;
+
+    /// Whether there may be a command that @p pattern fits from its beginning on; arguments are any
+    /// text.
+    bool mayFit(const QRegularExpression &pattern) const;
 
 private:
     struct Entry

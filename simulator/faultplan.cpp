@@ -1,6 +1,8 @@
 #include "simulator/faultplan.h"
 
-#include <QString>
+#include "simulator/commandgroups.h"
+
+#include <QCoreApplication>
 
 namespace {
 
@@ -48,21 +50,46 @@ QString fromWildcard(const QString &wildcard)
     return QRegularExpression::anchoredPattern(pattern);
 }
 
+// A regular expression that is looked for anywhere may be found in an argument.
+bool mayFit(const QRegularExpression &pattern, bool isWildcard)
+{
+    static const CommandTable vocabulary = CommandGroups::all();
+    const QString text = pattern.pattern();
+    const bool isAnchored =
+        isWildcard || (text.startsWith(QLatin1Char('^')) && !text.contains(QLatin1Char('|')));
+    return !isAnchored || vocabulary.mayFit(pattern);
+}
+
 bool readPattern(const QString &text, QRegularExpression *pattern, QString *error)
 {
-    const bool isRegularExpression =
-        text.size() > 2 && text.startsWith(QLatin1Char('/')) && text.endsWith(QLatin1Char('/'));
-    pattern->setPattern(isRegularExpression ? text.mid(1, text.size() - 2) : fromWildcard(text));
+    const bool isWildcard =
+        text.size() <= 2 || !text.startsWith(QLatin1Char('/')) || !text.endsWith(QLatin1Char('/'));
+    pattern->setPattern(isWildcard ? fromWildcard(text) : text.mid(1, text.size() - 2));
     if (!pattern->isValid()) {
         *error = QStringLiteral("\"%1\" is no pattern: %2").arg(text, pattern->errorString());
+    } else if (!mayFit(*pattern, isWildcard)) {
+        *error = QStringLiteral("\"%1\" fits no command of the controller").arg(text);
     }
-    return pattern->isValid();
+    return error->isEmpty();
 }
 
 } // namespace
 
+QString FaultPlan::ruleHelp()
+{
+    return QCoreApplication::translate(
+        "FaultPlan",
+        "A rule says which commands: \"3\" the third, \"3+\" all from the third on, \"config *\" "
+        "all "
+        "that fit the pattern, \"config *#3\" and \"config *#3+\" the third of those and all from "
+        "it "
+        "on; instead of a pattern with * and ? also /a regular expression/. They fail; with "
+        "\"=TEXT\" behind they are answered with TEXT, with \"~MS\" so many milliseconds late.");
+}
+
 bool FaultPlan::add(const QString &rule, QString *error)
 {
+    error->clear();
     const RuleText text = splitRule(rule);
     Rule made;
     if (!readFault(text.effect, &made.fault, error)) {

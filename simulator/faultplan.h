@@ -34,14 +34,18 @@ struct Fault
 ///     3                              the third command fails
 ///     3+                             the third command and all after it fail
 ///     config desc_of_config *        no description can be read
-///     system download *#7=nonsense   the seventh chunk is garbled
+///     /^system download [0-9]/#7=x   the seventh chunk is garbled
 ///     /delete_config/#2~25000        the second deletion takes 25 s
 ///
 /// Time-outs and messages do not count. Where several rules take a command, the first one added
-/// wins.
+/// wins. A rule that no command of the controller can ever fit is refused; of a regular expression
+/// that is known only where it begins with "^".
 class FaultPlan
 {
 public:
+    /// How rules look, in a few sentences for the help of a program that takes them.
+    static QString ruleHelp();
+
     /// Adds a rule. @return whether @p rule could be read; if not, @p error says why
     bool add(const QString &rule, QString *error);
 

@@ -6,25 +6,8 @@
 
 #include <utility>
 
-namespace {
-
-CommandTable wholeVocabulary()
-{
-    CommandTable table;
-    CommandGroups::addConfigurationQueries(table);
-    CommandGroups::addConfigurationCommands(table);
-    CommandGroups::addPasswordCommands(table);
-    CommandGroups::addSystemCommands(table);
-    CommandGroups::addCascadeCommands(table);
-    CommandGroups::addDownloadCommands(table);
-    CommandGroups::addUploadCommands(table);
-    return table;
-}
-
-} // namespace
-
 SimulatedController::SimulatedController(const ControllerState &state)
-    : m_table(std::make_unique<CommandTable>(wholeVocabulary()))
+    : m_table(std::make_unique<CommandTable>(CommandGroups::all()))
     , m_client(std::make_unique<ControllerClient>())
     , m_session(std::make_unique<ControllerSession>(state))
 {

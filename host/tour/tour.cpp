@@ -48,7 +48,8 @@ void chooseFile(QFileDialog *dialog, const QString &path)
 } // namespace
 
 Tour::Tour(HostSession &session, SimulatedLink &link, const QDir &folder)
-    : m_window(session.window())
+    : m_session(session)
+    , m_window(session.window())
     , m_monitor(session.monitor())
     , m_link(link)
     , m_folder(folder)
@@ -71,6 +72,11 @@ void Tour::step(const QString &name)
 void Tour::note(const QString &text)
 {
     m_transcript.write(text);
+}
+
+void Tour::startModule()
+{
+    m_session.start();
 }
 
 void Tour::expectAction(const QString &menuTitle, const QString &actionText)

@@ -25,7 +25,8 @@ class Tour
 public:
     using Visit = std::function<void(DialogDriver &)>;
 
-    /// Leaves everything in @p folder, which has to exist.
+    /// Leaves everything in @p folder, which has to exist. The session has its module loaded, but
+    /// not started.
     Tour(HostSession &session, SimulatedLink &link, const QDir &folder);
 
     /// Names what follows, for the transcript and for people who have to find a failure.
@@ -33,6 +34,9 @@ public:
     QString currentStep() const { return m_step; }
     /// Adds a line to the transcript.
     void note(const QString &text);
+
+    /// Lets the session ask the controller and start its module.
+    void startModule();
 
     /// There is such an action in such a menu of the host's window.
     void expectAction(const QString &menuTitle, const QString &actionText);
@@ -81,6 +85,7 @@ private:
     static void settle();
     QMenu *openMenu(const QString &title);
 
+    HostSession &m_session;
     MainWindow &m_window;
     ChannelMonitor &m_monitor;
     SimulatedLink &m_link;

@@ -24,6 +24,13 @@ private:
         return options;
     }
 
+    static void start(HostSession &session)
+    {
+        QString problem;
+        QVERIFY2(session.load(&problem), qPrintable(problem));
+        session.start();
+    }
+
     static QStringList menuTitles(HostSession &session)
     {
         QStringList titles;
@@ -56,8 +63,7 @@ private slots:
     {
         SimulatedLink link;
         HostSession session(link, probe());
-        QString problem;
-        QVERIFY2(session.start(&problem), qPrintable(problem));
+        start(session);
         QCOMPARE(menuTitles(session), QStringList({"&File", "V&iew", "&VELTRA4", "&Help"}));
         QCOMPARE(events(session),
                  QStringList({"model Indoor Tracker 5", "message Veltra2 v4.12.3"}));
@@ -70,8 +76,7 @@ private slots:
         options.hostVersion = "v3.9";
         SimulatedLink link;
         HostSession session(link, options);
-        QString problem;
-        QVERIFY(session.start(&problem));
+        start(session);
         QCOMPARE(events(session), QStringList({"model Other", "message Veltra2 v3.9"}));
     }
 
@@ -81,8 +86,7 @@ private slots:
         options.isObserver = true;
         SimulatedLink link;
         HostSession session(link, options);
-        QString problem;
-        QVERIFY(session.start(&problem));
+        start(session);
         QCOMPARE(menuTitles(session), QStringList({"&File", "V&iew", "&Help"}));
     }
 
@@ -93,7 +97,7 @@ private slots:
         SimulatedLink link;
         HostSession session(link, options);
         QString problem;
-        QVERIFY(!session.start(&problem));
+        QVERIFY(!session.load(&problem));
         QVERIFY(problem.contains("nosuch.so"));
     }
 
@@ -103,17 +107,41 @@ private slots:
         const auto &channel = static_cast<const SimulatedChannel &>(link.moduleChannel());
         {
             HostSession session(link, probe());
-            QString problem;
-            QVERIFY(session.start(&problem));
+            start(session);
             QCOMPARE(channel.receiverCount(), 1);
         }
         QCOMPARE(channel.receiverCount(), 0);
+    }
+
+    void theWindowIsThereBeforeTheFirstQuestion()
+    {
+        SimulatedLink link;
+        HostSession session(link, probe());
+        QString problem;
+        QVERIFY(session.load(&problem));
+        for (const char *unknown : {"label_hostName", "label_model", "label_ptVersion",
+                                    "label_interfaceVersion", "label_activeDescription"}) {
+            QCOMPARE(label(session, unknown), QStringLiteral("\u2014"));
+        }
+        session.start();
+        QCOMPARE(label(session, "label_ptVersion"), QStringLiteral("4.2.0"));
+    }
+
+    void theWindowShowsTheModelThatTheModuleIsTold()
+    {
+        HostOptions options = probe();
+        options.systemModel = "Other";
+        SimulatedLink link;
+        HostSession session(link, options);
+        start(session);
+        QCOMPARE(label(session, "label_model"), QStringLiteral("Other"));
     }
 
     void theWindowShowsWhoTheControllerIs()
     {
         SimulatedLink link;
         HostSession session(link, probe());
+        start(session);
         QCOMPARE(label(session, "label_hostName"), QStringLiteral("tracker-lab2"));
         QCOMPARE(label(session, "label_serial"), QStringLiteral("40217"));
         QCOMPARE(label(session, "label_interfaceVersion"), QStringLiteral("1.27.0"));
@@ -125,6 +153,7 @@ private slots:
     {
         SimulatedLink link;
         HostSession session(link, probe());
+        start(session);
         QCOMPARE(link.moduleChannel().sendCommand("config active_config %s", "standard"), 0);
         link.moduleChannel().postMessage("GlobalEvent", "ConfigurationModule", 1,
                                          "ActiveConfigurationChanged");
@@ -164,6 +193,35 @@ private slots:
         QCOMPARE(cell(1, 4), QStringLiteral("0"));
         QVERIFY(cell(1, 5).endsWith(" ms"));
         QVERIFY2(cell(2, 4).startsWith("1 ("), qPrintable(cell(2, 4)));
+    }
+
+    void theStatusBarTellsTheAutomaticBackup()
+    {
+        SimulatedLink link;
+        HostSession session(link, probe());
+        session.window().show();
+        char reply[200] = "";
+        link.moduleChannel().queryString(reply, "status active");
+        QCOMPARE(label(session, "label_transfer"), QStringLiteral("Automatic backup"));
+        link.moduleChannel().sendCommand("system download prepare 'config' 'standard'");
+        link.moduleChannel().queryString(reply, "system download 1");
+        const QString total = QString(reply).trimmed().section(' ', 0, 0);
+        QCOMPARE(label(session, "label_transfer"),
+                 QStringLiteral("Automatic backup: chunk 1 of ") + total);
+        // It is over when the module returns to the event loop.
+        QCoreApplication::processEvents();
+        link.moduleChannel().sendCommand("system download cancel");
+        QCOMPARE(label(session, "label_transfer"), QStringLiteral("Download cancelled"));
+    }
+
+    void aBackupThatIsNotMadeLeavesNothingInTheStatusBar()
+    {
+        SimulatedLink link;
+        HostSession session(link, probe());
+        char reply[200] = "";
+        link.moduleChannel().queryString(reply, "status active");
+        QCoreApplication::processEvents();
+        QCOMPARE(label(session, "label_transfer"), QString());
     }
 
     void theStatusBarFollowsATransferWithoutTheEventLoop()

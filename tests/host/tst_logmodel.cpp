@@ -117,6 +117,24 @@ private slots:
         QCOMPARE(model.index(0, 1).data().toString(), QString());
     }
 
+    void theLastRowCanBeReplaced()
+    {
+        LogModel model(m_columns, capacity);
+        const QAbstractItemModelTester tester(&model);
+        append(model, 1, 2);
+        model.replaceLast({{"two"}, false}); // not shown yet
+        QCoreApplication::processEvents();
+        QCOMPARE(firstColumn(model), QStringList({"1", "two"}));
+        const QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        model.replaceLast({{"II"}, false});
+        QCOMPARE(firstColumn(model), QStringList({"1", "II"}));
+        QCOMPARE(changed.count(), 1);
+        model.clear();
+        model.replaceLast({{"after clearing"}, false});
+        QCoreApplication::processEvents();
+        QCOMPARE(firstColumn(model), QStringList("after clearing"));
+    }
+
     void clearingForgetsAlsoWhatIsNotShownYet()
     {
         LogModel model(m_columns, capacity);

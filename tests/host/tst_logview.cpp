@@ -2,12 +2,14 @@
 
 #include "host/logmodel.h"
 #include "host/logtable.h"
+#include "tests/support/modaldriver.h"
 #include "tests/support/testmain.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QTemporaryDir>
 #include <QtTest>
 
 class TestLogView : public QObject
@@ -30,7 +32,8 @@ private slots:
     void init()
     {
         m_model = std::make_unique<LogModel>(
-            QVector<LogColumn>{{QStringLiteral("Command"), {}}, {QStringLiteral("Answer"), {}}},
+            QVector<LogColumn>{{QStringLiteral("Command"), QString(20, 'c'), Qt::AlignLeft, true},
+                               {QStringLiteral("Answer"), QString(10, 'a')}},
             1000);
         m_view = std::make_unique<LogView>(m_model.get(), "commands", "Nothing yet.");
         m_table = m_view->findChild<LogTable *>("tableView_commands");
@@ -123,6 +126,57 @@ private slots:
         QCOMPARE(m_table->verticalScrollBar()->value(), m_table->verticalScrollBar()->maximum());
         QCOMPARE(m_table->indexAt({1, m_table->viewport()->height() - 2}).data().toString(),
                  "last");
+    }
+
+    void theElasticColumnTakesWhatTheOtherLeavesButKeepsALeastWidth()
+    {
+        m_view->resize(800, 300);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_table->columnWidth(0), m_table->viewport()->width() - m_table->columnWidth(1));
+        m_table->setColumnWidth(1, m_table->columnWidth(1) + 50); // as a user drags its border
+        QCOMPARE(m_table->columnWidth(0), m_table->viewport()->width() - m_table->columnWidth(1));
+        m_view->resize(150, 300);
+        QCoreApplication::processEvents();
+        QVERIFY(m_table->columnWidth(0)
+                >= m_table->fontMetrics().horizontalAdvance(QString(20, 'c')));
+        QVERIFY(m_table->horizontalScrollBar()->maximum() > 0);
+    }
+
+    void theRowsThatAreShownCanBeSaved()
+    {
+        append({"config desc", "Robot\tcell\n2"});
+        append({"status active", "none"});
+        append({"robot reset", QString::fromUtf8("pr\u00fcfen")});
+        QTest::keyClicks(m_filter, "robot");
+        const QTemporaryDir folder;
+        ModalDriver driver;
+        driver.expectFileDialog("Save Log", folder.filePath("log.txt"));
+        m_view->save();
+        driver.verify();
+        QFile file(folder.filePath("log.txt"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(file.readAll()),
+                 QString("Command\tAnswer\nconfig desc\tRobot cell 2\nrobot reset\tpr\u00fcfen\n"));
+    }
+
+    void aLogThatCannotBeSavedIsTold()
+    {
+        append({"config desc", "Robot cell"});
+        const QString path = "/proc/nowhere/log.txt";
+        ModalDriver driver;
+        driver.expectFileDialog("Save Log", path);
+        driver.expectBox({QMessageBox::Critical, "Save Log",
+                          "Cannot write \"" + path + "\": No such file or directory."});
+        m_view->save();
+        driver.verify();
+    }
+
+    void savingCanBeCalledOff()
+    {
+        ModalDriver driver;
+        driver.expectFileDialog("Save Log", {});
+        m_view->save();
+        driver.verify();
     }
 
     void anEmptyTableSaysSo()

@@ -36,6 +36,18 @@ private slots:
         QCOMPARE(progress.percent(), 100);
     }
 
+    void theOccasionTakesThePlaceOfTheDirection()
+    {
+        TransferProgress progress;
+        QCOMPARE(progress.text("Automatic backup"), QStringLiteral("Automatic backup"));
+        progress.follow("system download 1", "2 'AAAA'", 0);
+        QCOMPARE(progress.text("Automatic backup"),
+                 QStringLiteral("Automatic backup: chunk 1 of 2"));
+        progress.follow("system download 2", "", 1);
+        QCOMPARE(progress.text("Automatic backup"),
+                 QStringLiteral("Automatic backup broke off at chunk 2"));
+    }
+
     void onlyTheFirstTotalCounts()
     {
         TransferProgress progress;

@@ -84,6 +84,9 @@ private slots:
                                           << prefix
                 + "--controller wants HOST:PORT, such as tracker:4711 or [::1]:4711, not "
                   "\"[::1]\".";
+        QTest::newRow("rule that fits nothing")
+            << QStringList{"--fail", "%%%"}
+            << prefix + quoted("%%%") + " fits no command of the controller";
         QTest::newRow("wrong rule") << QStringList{"--fail", "/(/"} << prefix + quoted("/(/");
         QTest::newRow("unusable state")
             << QStringList{"--state", "/etc/passwd"} << prefix + "/etc/passwd";
@@ -120,6 +123,7 @@ private slots:
               "--font-size", "--plugin", "--tour"}) {
             QVERIFY2(outcome.output.contains(option), option);
         }
+        QVERIFY(outcome.output.contains(quoted("config *#3+")));
     }
 
     void versionIsThatOfTheProject()
@@ -167,13 +171,13 @@ private slots:
     }
 
 private:
-    // Of a tour that gets no further than its second step.
+    // Of a tour that gets no further than the activation of a configuration.
     QImage firstPicture(const QString &folder, const QStringList &arguments) const
     {
         run(arguments
             + QStringList{"--fail", "config active_config standard", "--tour",
                           m_folder.filePath(folder)});
-        return QImage(m_folder.filePath(folder + "/01-host.png"));
+        return QImage(m_folder.filePath(folder + "/01-host-before-contact.png"));
     }
 };
 

@@ -60,10 +60,11 @@ Victim::Victim()
 {
     QString problem;
     if (!m_link.keepStateIn(QDir::home().filePath("state.json"), &problem)
-        || !m_session.start(&problem)) {
+        || !m_session.load(&problem)) {
         qFatal("%s", qPrintable(problem));
     }
     m_session.window().show();
+    m_session.start();
     m_driver.answerBoxes(confirm);
 }
 

@@ -19,6 +19,13 @@ HostOptions probe()
     return options;
 }
 
+void start(HostSession &session)
+{
+    QString problem;
+    QVERIFY2(session.load(&problem), qPrintable(problem));
+    session.start();
+}
+
 QString label(HostSession &session, const char *name)
 {
     return session.window().findChild<QLabel *>(name)->text();
@@ -42,6 +49,7 @@ void TestNetworkLink::theWindowShowsWhereTheControllerIs()
     const ServerProcess server(ControllerState::sample());
     NetworkLink link(server.address());
     HostSession session(link, probe());
+    start(session);
     QCOMPARE(label(session, "label_connection"), server.address().toText());
     QCOMPARE(label(session, "label_hostName"), QStringLiteral("tracker-lab2"));
 }
@@ -51,6 +59,7 @@ void TestNetworkLink::theWindowShowsThatTheContactIsLostAndRegained()
     ServerProcess server(ControllerState::sample());
     NetworkLink link(server.address());
     HostSession session(link, probe());
+    start(session);
     server.kill();
     QTRY_COMPARE(label(session, "label_connection"), server.address().toText() + " (no contact)");
     server.restart();
@@ -64,6 +73,7 @@ void TestNetworkLink::theWindowShowsThatTheControllerIsSilent()
     ServerProcess server(ControllerState::sample());
     NetworkLink link(server.address());
     HostSession session(link, probe());
+    start(session);
     QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
     server.stop();
     link.moduleChannel().setTimeout(0, 50, 1);
@@ -82,8 +92,7 @@ void TestNetworkLink::theHostMayBeStartedFirst()
     server.kill();
     NetworkLink link(server.address());
     HostSession session(link, probe());
-    QString problem;
-    QVERIFY2(session.start(&problem), qPrintable(problem));
+    start(session);
     QCOMPARE(label(session, "label_connection"), server.address().toText() + " (no contact)");
     QCOMPARE(label(session, "label_model"), QStringLiteral("\u2014"));
     server.restart();

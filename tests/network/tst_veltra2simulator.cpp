@@ -71,6 +71,7 @@ void TestVeltra2Simulator::refusesInOneLineWithExitCode2_data()
     row({"--state", ""}, "--state wants a path.");
     row({"--state", "/etc/passwd"}, "/etc/passwd");
     row({"--fail", "/(/"}, "\"/(/\"");
+    row({"--fail", "%%%"}, "\"%%%\" fits no command of the controller");
     row({"--listen", "192.0.2.1", "--port", "0"}, "192.0.2.1:0: ");
 }
 
@@ -94,6 +95,7 @@ void TestVeltra2Simulator::helpNamesEveryOption()
                                "--idle-limit", "--help", "--version"}) {
         QVERIFY2(outcome.output.contains(option), option);
     }
+    QVERIFY(outcome.output.contains("\"config *#3+\""));
 }
 
 void TestVeltra2Simulator::versionIsThatOfTheProject()

@@ -36,6 +36,9 @@ private slots:
     void rulesSelectCommands();
     void unreadableRulesAreRefused_data();
     void unreadableRulesAreRefused();
+    void rulesThatMayFitAreTaken_data();
+    void rulesThatMayFitAreTaken();
+    void theHelpsRulesAreTaken();
     void countingBeginsWhenTheRuleIsAdded();
     void theFirstRuleThatTakesACommandWins();
     void anEmptyPlanDoesNothing();
@@ -61,8 +64,6 @@ void TestFaultPlan::rulesSelectCommands_data()
                                   << "250 . . . .";
     QTest::newRow("whole command") << "config desc"
                                    << "F . . . .";
-    QTest::newRow("beginning only") << "config"
-                                    << ". . . . .";
     QTest::newRow("asterisk") << "config *"
                               << "F . F . .";
     QTest::newRow("question mark") << "system download ?"
@@ -112,6 +113,20 @@ void TestFaultPlan::unreadableRulesAreRefused_data()
                               << "\"\" is no number of milliseconds";
     QTest::newRow("negative delay") << "1~-5"
                                     << "\"-5\" is no number of milliseconds";
+    const auto fitsNothing = [](const char *name, const QString &rule) {
+        QTest::newRow(name) << rule
+                            << QString("\"%1\" fits no command of the controller").arg(rule);
+    };
+    fitsNothing("no command at all", "%%%");
+    fitsNothing("a command's beginning only", "config");
+    fitsNothing("a misspelt command", "confg *");
+    fitsNothing("an argument where none is taken", "config number_of_configs *");
+    fitsNothing("a command without its argument", "config owner_of_config");
+    fitsNothing("a blank before a number", " 3");
+    fitsNothing("an expression without its end", "/delete_config");
+    fitsNothing("a misspelt beginning", "/^confg /");
+    QTest::newRow("counted, and no command") << "%%%#2+~5"
+                                             << "\"%%%\" fits no command of the controller";
     QTest::newRow("bad expression") << "/(/"
                                     << "\"/(/\" is no pattern: missing closing parenthesis";
 }
@@ -125,6 +140,36 @@ void TestFaultPlan::unreadableRulesAreRefused()
     QVERIFY(!plan.add(rule, &found));
     QCOMPARE(found, error);
     QCOMPARE(outcomes(plan), QString(". . . . ."));
+}
+
+void TestFaultPlan::rulesThatMayFitAreTaken_data()
+{
+    QTest::addColumn<QString>("rule");
+    for (const char *rule :
+         {"*", "?*", "config owner \"*", "config owner ?", "* t07", "config config t??",
+          "system download 5", "/^config d/", "/^config owner_of_config config2024/", "/%%%/",
+          "/^nowhere|config/"}) {
+        QTest::newRow(rule) << QString(rule);
+    }
+}
+
+void TestFaultPlan::rulesThatMayFitAreTaken()
+{
+    QFETCH(const QString, rule);
+    FaultPlan plan;
+    QString error;
+    QVERIFY2(plan.add(rule, &error), qPrintable(error));
+}
+
+void TestFaultPlan::theHelpsRulesAreTaken()
+{
+    const QString help = FaultPlan::ruleHelp();
+    FaultPlan plan;
+    QString error;
+    for (const char *rule : {"3", "3+", "config *", "config *#3", "config *#3+"}) {
+        QVERIFY2(help.contains('"' + QString(rule) + '"'), rule);
+        QVERIFY2(plan.add(rule, &error), qPrintable(error));
+    }
 }
 
 void TestFaultPlan::countingBeginsWhenTheRuleIsAdded()

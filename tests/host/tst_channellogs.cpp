@@ -1,0 +1,149 @@
+#include "host/channellogs.h"
+
+#include "host/channelmonitor.h"
+#include "simulator/simulatedchannel.h"
+#include "simulator/simulatedcontroller.h"
+#include "tests/support/testmain.h"
+
+#include <QtTest>
+
+#include <array>
+
+/// What the Commands log shows of what passes a channel to a simulated controller.
+class TestChannelLogs : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SimulatedController> m_controller;
+    std::unique_ptr<SimulatedChannel> m_channel;
+    std::unique_ptr<ChannelMonitor> m_monitor;
+    std::unique_ptr<ChannelLogs> m_logs;
+
+    int query(const QByteArray &command)
+    {
+        std::array<char, LineChannel::replyCapacity> reply = {};
+        return m_channel->queryString(reply.data(), "%s", command.constData());
+    }
+
+    // Downloads the active configuration. @return how many chunks it has
+    int download()
+    {
+        m_channel->sendCommand("system download cancel");
+        m_channel->sendCommand("system download prepare 'config' '%s'",
+                               m_controller->state().activeIdentifier.constData());
+        std::array<char, LineChannel::replyCapacity> reply = {};
+        m_channel->queryString(reply.data(), "system download 1");
+        const int total = QByteArray(reply.data()).trimmed().split(' ').constFirst().toInt();
+        for (int i = 2; i <= total; ++i) {
+            query("system download " + QByteArray::number(i));
+        }
+        return total;
+    }
+
+    QStringList column(int number) const
+    {
+        QCoreApplication::processEvents();
+        QStringList texts;
+        for (int row = 0; row < m_logs->commands()->rowCount(); ++row) {
+            texts << m_logs->commands()->index(row, number).data().toString();
+        }
+        return texts;
+    }
+    QStringList commands() const { return column(2); }
+    QStringList answers() const { return column(3); }
+
+private slots:
+    void init()
+    {
+        m_controller = std::make_unique<SimulatedController>();
+        m_channel = std::make_unique<SimulatedChannel>(*m_controller);
+        m_monitor = std::make_unique<ChannelMonitor>();
+        m_logs = std::make_unique<ChannelLogs>(*m_monitor);
+        m_channel->setObserver(m_monitor.get());
+    }
+
+    void cleanup()
+    {
+        m_logs.reset();
+        m_channel.reset();
+    }
+
+    void aTransferIsOneRowThatCounts()
+    {
+        query("system hostname");
+        const int total = download();
+        QVERIFY(total > 3);
+        query("system hostname");
+        QCOMPARE(commands().size(), 5);
+        QCOMPARE(
+            commands().mid(3),
+            QStringList({QString("system download 1 \u2026 %1").arg(total), "system hostname"}));
+        QCOMPARE(answers().at(3), QString("%1 of %1 chunks").arg(total));
+    }
+
+    void aChunkThatFailsStandsApart()
+    {
+        QString error;
+        QVERIFY(m_channel->faults().add("system download 3", &error));
+        const int total = download();
+        QCOMPARE(commands().mid(2),
+                 QStringList({"system download 1 \u2026 2", "system download 3",
+                              QString("system download 4 \u2026 %1").arg(total)}));
+        QCOMPARE(answers().at(2), QString("2 of %1 chunks").arg(total));
+        QCOMPARE(column(4).mid(2), QStringList({"0", "3 (failed on purpose)", "0"}));
+    }
+
+    void anAnswerThatIsNoChunkStandsApart()
+    {
+        QString error;
+        QVERIFY(m_channel->faults().add("system download 2=nonsense", &error));
+        download();
+        QCOMPARE(commands().at(2), QString("system download 1"));
+        QCOMPARE(commands().at(3) + ' ' + answers().at(3), QString("system download 2 nonsense"));
+        QVERIFY(commands().at(4).startsWith("system download 3 \u2026 "));
+    }
+
+    void twoTransfersAreTwoRows()
+    {
+        download();
+        download();
+        QCOMPARE(commands().filter("\u2026").size(), 2);
+    }
+
+    void uploadsCountAsWell()
+    {
+        const QByteArray chunk(134, 'A');
+        for (int i = 1; i <= 3; ++i) {
+            m_channel->sendCommand("system upload %d %d %s", 4, i, chunk.constData());
+        }
+        QCOMPARE(commands(), QStringList("system upload 4 1 \u2026 3"));
+        QCOMPARE(answers(), QStringList("3 of 4 chunks"));
+    }
+
+    void aTimeoutBetweenChunksBeginsANewRow()
+    {
+        const QByteArray chunk(134, 'A');
+        m_channel->sendCommand("system upload 4 1 %s", chunk.constData());
+        m_channel->setTimeout(0, 1000, 0);
+        m_channel->sendCommand("system upload 4 2 %s", chunk.constData());
+        QCOMPARE(commands().size(), 3);
+        QCOMPARE(commands().at(1), QString("0 1000 0"));
+    }
+
+    void passwordsAreMasked()
+    {
+        m_channel->sendCommand("config new_password '%s'", "geheim");
+        m_channel->sendCommand("config password '%s'", "geheim");
+        m_channel->sendCommand("config super_password '%s'", "geheim");
+        m_channel->sendCommand("config new_password none");
+        query("config config_has_password standard");
+        QCOMPARE(commands(),
+                 QStringList({"config new_password '***'", "config password '***'",
+                              "config super_password '***'", "config new_password none",
+                              "config config_has_password standard"}));
+    }
+};
+
+VELTRA4_TEST_MAIN(TestChannelLogs)
+#include "tst_channellogs.moc"
