@@ -27,7 +27,8 @@ Verdict validate(const QString &path);
 /// The same, and tells of a document that is no backup why: @p problem receives the first reason,
 /// which lies at an element's start tag or where the document is not well-formed.
 Verdict validate(const QString &path, DocumentProblem *problem);
-/// The same with another schema, which is not kept.
-Verdict validate(const QString &path, const QByteArray &schema);
+/// The same with another schema, which is not kept: may be called in any thread. @p problem may be
+/// null.
+Verdict validate(const QString &path, const QByteArray &schema, DocumentProblem *problem = nullptr);
 
 } // namespace BackupSchema
