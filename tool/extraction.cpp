@@ -34,13 +34,24 @@ QString reasonAgainst(const QString &target, const QString &backup, bool isForce
     return {};
 }
 
+// A disk that becomes full takes a part; why it takes no more, it tells the next time.
+bool writeAll(const QByteArray &data, QIODevice *device)
+{
+    qint64 done = 0;
+    while (done < data.size()) {
+        const qint64 taken = device->write(data.constData() + done, data.size() - done);
+        if (taken <= 0) {
+            return false;
+        }
+        done += taken;
+    }
+    return true;
+}
+
 QString write(const QByteArray &data, const QString &path)
 {
     QSaveFile file(path);
-    // What goes wrong while it is committed is not told, so as little as may be is left to do then.
-    const bool isWritten =
-        file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.flush();
-    if (isWritten && file.commit()) {
+    if (file.open(QIODevice::WriteOnly) && writeAll(data, &file) && file.flush() && file.commit()) {
         return {};
     }
     return file.errorString() + QLatin1Char('.');
