@@ -16,20 +16,29 @@ Outcome refusal(const QString &reason)
 {
     Outcome outcome;
     outcome.exitCode = ExitCode::trouble;
-    outcome.verdict = reason;
+    outcome.problem = reason;
     outcome.json = QJsonDocument(QJsonObject{{QStringLiteral("command"), QStringLiteral("diff")}});
     return outcome;
 }
 
-// None of the judgements is left out: what could not be compared must not pass for the same.
+QString complaintsAbout(const QVector<Judgement> &judgements)
+{
+    QString lines;
+    for (const Judgement &judgement : judgements) {
+        lines += complaintAbout(judgement);
+    }
+    return lines;
+}
+
+// What cannot be compared must not pass for the same.
 Outcome complain(const QVector<Judgement> &judgements)
 {
     Outcome outcome;
+    outcome.complaint = complaintsAbout(judgements);
     QJsonArray problems;
     QJsonArray files;
     for (const Judgement &judgement : judgements) {
         files.append(judgement.path);
-        outcome.complaint += complaintAbout(judgement);
         if (judgement.refusal) {
             problems.append(refusalJson(judgement));
         }
@@ -60,23 +69,26 @@ Outcome diffOfTwo(const Judgement &first, const Judgement &second, const QString
     return outcome;
 }
 
-// The two are named, since nobody has chosen them.
+// The two are named, since nobody has chosen them; files that are no good do not count.
 Outcome diffOfControllers(const ToolArguments &arguments)
 {
     const QVector<Judgement> all = judgeAll(BackupFinder::filesInOrAutomatic(arguments.paths));
     const QMap<QString, Judgement> newest = newestByController(all);
+    Outcome outcome;
     for (const QString &controller : arguments.controllers) {
         if (!newest.contains(controller)) {
-            return refusal(QStringLiteral("There is no good backup of %1.").arg(controller));
+            outcome = refusal(QStringLiteral("There is no good backup of %1.").arg(controller));
+            outcome.complaint = complaintsAbout(all);
+            return outcome;
         }
     }
     const Judgement first = newest[arguments.controllers.at(0)];
     const Judgement second = newest[arguments.controllers.at(1)];
-    Outcome outcome = diffOfTwo(first, second, arguments.ignored);
+    outcome = diffOfTwo(first, second, arguments.ignored);
+    outcome.complaint = complaintsAbout(all);
     if (outcome.exitCode == ExitCode::notGood) {
-        outcome.output =
-            QStringLiteral("- %1\n+ %2\n").arg(printable(first.path), printable(second.path))
-            + outcome.output;
+        outcome.output.prepend(
+            QStringLiteral("- %1\n+ %2\n").arg(printable(first.path), printable(second.path)));
     }
     return outcome;
 }

@@ -30,8 +30,8 @@ int print(const Outcome &outcome, bool isJson)
     if (!isJson) {
         std::fputs(qPrintable(outcome.complaint), stderr);
     }
-    if (!outcome.verdict.isEmpty()) {
-        complain(outcome.verdict);
+    if (!outcome.problem.isEmpty()) {
+        complain(outcome.problem);
     }
     if (std::fflush(stdout) != 0) {
         complain(QStringLiteral("The output cannot be written."));

@@ -15,7 +15,7 @@ struct Outcome
     QString output;     ///< for people; lines, each with its end
     QString complaint;  ///< for people, about what is wrong with files; likewise
     QJsonDocument json; ///< for programs, instead of both
-    QString verdict; ///< for both: what is wrong with no file; one line without its end, or empty
+    QString problem; ///< for both: what is wrong with no file; one line without its end, or empty
 };
 
 /// The exit codes of all commands, from good to bad.

@@ -109,9 +109,9 @@ void Verification::answerWatch()
         return;
     }
     m_outcome.exitCode = std::max(m_outcome.exitCode, ExitCode::notGood);
-    m_outcome.verdict = QStringLiteral("There is no good backup%1.").arg(whatIsWatched());
+    m_outcome.problem = QStringLiteral("There is no good backup%1.").arg(whatIsWatched());
     if (!m_newest.isEmpty()) {
-        m_outcome.verdict += QStringLiteral(" The newest was made at %1.").arg(m_newest);
+        m_outcome.problem += QStringLiteral(" The newest was made at %1.").arg(m_newest);
     }
 }
 

@@ -7,7 +7,8 @@
 
 namespace {
 
-const QString packaging = QStringLiteral(VELTRA4_PACKAGING_PATH);
+constexpr char manual[] = VELTRA4_PACKAGING_PATH "/veltra4-backup.1.in";
+constexpr char completion[] = VELTRA4_PACKAGING_PATH "/veltra4-backup.bash";
 
 // What bash offers after the given words, the last of which is being typed.
 QStringList completionsOf(const QStringList &words, const QString &folder)
@@ -17,10 +18,7 @@ QStringList completionsOf(const QStringList &words, const QString &folder)
                                           "printf '%s\\n' \"${COMPREPLY[@]}\"");
     QProcess bash;
     bash.setWorkingDirectory(folder);
-    bash.start(
-        "bash",
-        QStringList{"-c", script, "bash", packaging + "/veltra4-backup.bash", "veltra4-backup"}
-            + words);
+    bash.start("bash", QStringList{"-c", script, "bash", completion, "veltra4-backup"} + words);
     bash.waitForFinished(-1);
     const QString complaint = QString::fromUtf8(bash.readAllStandardError());
     if (!complaint.isEmpty()) {
@@ -64,7 +62,7 @@ private slots:
 
 void TestToolManual::thePageNamesAllOptionsAndNoOthers()
 {
-    QFile page(packaging + "/veltra4-backup.1.in");
+    QFile page(manual);
     QVERIFY(page.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(page.readAll()).remove('\\');
     QCOMPARE(optionsIn(text), optionsIn(Tool::run({"--help"}).output));
@@ -77,7 +75,7 @@ void TestToolManual::thePageNamesAllOptionsAndNoOthers()
 void TestToolManual::thePageIsWellFormed()
 {
     QProcess groff;
-    groff.start("groff", {"-man", "-ww", "-z", packaging + "/veltra4-backup.1.in"});
+    groff.start("groff", {"-man", "-ww", "-z", manual});
     if (!groff.waitForStarted()) {
         QSKIP("there is no groff");
     }

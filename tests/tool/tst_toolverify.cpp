@@ -37,10 +37,6 @@ private slots:
     void tellsPeopleTheSame();
     void cannotJudgeWhatItCannotRead_data();
     void cannotJudgeWhatItCannotRead();
-    void saysWhatAFileProbablyIs_data();
-    void saysWhatAFileProbablyIs();
-    void tellsWhetherItFits_data();
-    void tellsWhetherItFits();
     void answersWithTheWorst();
 
 private:
@@ -238,78 +234,6 @@ void TestToolVerify::cannotJudgeWhatItCannotRead()
         const QJsonObject problem = judgement["problem"].toObject();
         QCOMPARE(problem["stage"].toString(), QStringLiteral("file"));
     }
-}
-
-void TestToolVerify::saysWhatAFileProbablyIs_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("kind"); // empty if it is a backup all the same
-    const QByteArray noText("\x01\x00\xff", 3);
-    const auto row = [](const char *name, const QByteArray &content, const char *kind) {
-        QTest::newRow(qPrintable(name + QString(" ") + kind))
-            << QString(name) << content << QString(kind);
-    };
-    row("a.xml", "", "The file is empty.");
-    row("a.dat", noText, "These are saved configurations, probably.");
-    row("a.dat.bak", noText, "These are saved configurations, probably.");
-    row("a.xml", noText, "This is no text: saved configurations perhaps, or something else.");
-    row("a.xml", "Dear Sir", "This is some other text.");
-    row("a.xml", "<html/>", "This is another kind of document, whose outermost element is html.");
-    row("a.xml", document().left(60), "This looks like a backup that was cut short.");
-    row("a.xml", document().chopped(3), "This looks like a backup that was cut short.");
-    row("a.xml", documentWith("<domain>", "<a/><domain>"), "");
-}
-
-void TestToolVerify::saysWhatAFileProbablyIs()
-{
-    QFETCH(const QString, name);
-    QFETCH(const QByteArray, content);
-    QFETCH(const QString, kind);
-    const QTemporaryDir folder;
-    const Tool::Run run = Tool::run({"verify", Tool::makeFile(folder.filePath(name), content)});
-    QCOMPARE(run.exitCode, 1);
-    if (kind.isEmpty()) {
-        QVERIFY2(!run.complaint.contains("This is"), qPrintable(run.complaint));
-        QVERIFY2(!run.complaint.contains("This looks"), qPrintable(run.complaint));
-    } else {
-        QVERIFY2(run.complaint.endsWith(". " + kind + "\n"), qPrintable(run.complaint));
-    }
-    QCOMPARE(run.complaint.count('\n'), 1);
-}
-
-void TestToolVerify::tellsWhetherItFits_data()
-{
-    QTest::addColumn<QStringList>("controller");
-    QTest::addColumn<QString>("misfit"); // empty if it fits
-    const QString wrongModel =
-        "It does not fit the model \"model 5\": it is of the model \"Model 5\".";
-    const QString oldTracking = "It does not fit tracking software %1: it wants v4.2.1 or newer.";
-    QTest::newRow("all the same") << QStringList{"--model", "Model 5",    "--tracking",
-                                                 "4.2.1",   "--firmware", "v3.5"}
-                                  << "";
-    QTest::newRow("all newer") << QStringList{"--tracking", "4.10", "--firmware", "4"} << "";
-    QTest::newRow("another model") << QStringList{"--model", "model 5"} << wrongModel;
-    QTest::newRow("older tracking")
-        << QStringList{"--tracking", "4.2.0"} << oldTracking.arg("v4.2.0");
-    QTest::newRow("a place that is not given")
-        << QStringList{"--tracking", "4.2"} << oldTracking.arg("v4.2");
-    QTest::newRow("older firmware")
-        << QStringList{"--firmware", "3.4.9"}
-        << "It does not fit an embedded controller's firmware v3.4.9: it wants v3.5 or newer.";
-}
-
-void TestToolVerify::tellsWhetherItFits()
-{
-    QFETCH(const QStringList, controller);
-    QFETCH(const QString, misfit);
-    const Tool::Run run = Tool::run(QStringList{"verify", m_written} + controller);
-    QCOMPARE(run.exitCode, misfit.isEmpty() ? 0 : 1);
-    QCOMPARE(run.complaint, misfit.isEmpty() ? QString() : m_written + ": " + misfit + '\n');
-    const Tool::Run forPrograms =
-        Tool::run(QStringList{"verify", "--json", m_written} + controller);
-    QCOMPARE(forPrograms.object()["misfits"].toArray(),
-             misfit.isEmpty() ? QJsonArray() : QJsonArray{misfit});
 }
 
 void TestToolVerify::answersWithTheWorst()
