@@ -11,7 +11,7 @@ struct Comparison
 {
     QString text;    ///< for people: some lines for each difference; empty if there is none
     QJsonArray json; ///< the same for programs
-    bool isSame() const { return json.isEmpty(); }
+    bool isSame() const { return json.isEmpty(); } ///< whether there is none
 };
 
 /// Compares two accepted backups in all fields but those that are @p ignored.

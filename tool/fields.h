@@ -17,13 +17,15 @@ struct Field
 
 /// The paths of the fields that something is concluded from.
 namespace FieldPath {
-inline constexpr char name[] = "ZORControllerInfo/name";
-inline constexpr char serial[] = "ZORControllerInfo/serial";
-inline constexpr char ptVersion[] = "ZORControllerInfo/ptVersion";
-inline constexpr char ctVersion[] = "ZORControllerInfo/ctVersion";
-inline constexpr char systemModel[] = "ZORControllerInfo/systemModel";
-inline constexpr char creationDate[] = "ZORBackupInfo/creationDate";
-inline constexpr char configData[] = "ZORBackupData/configData";
+inline constexpr char name[] = "ZORControllerInfo/name";     ///< host name
+inline constexpr char serial[] = "ZORControllerInfo/serial"; ///< serial number
+inline constexpr char ptVersion[] =
+    "ZORControllerInfo/ptVersion"; ///< version of the tracking software
+inline constexpr char ctVersion[] = "ZORControllerInfo/ctVersion";     ///< version of the firmware
+inline constexpr char systemModel[] = "ZORControllerInfo/systemModel"; ///< model
+inline constexpr char creationDate[] =
+    "ZORBackupInfo/creationDate";                                ///< when the document was written
+inline constexpr char configData[] = "ZORBackupData/configData"; ///< all configurations
 } // namespace FieldPath
 
 /// Everything that an accepted backup says about its controller.

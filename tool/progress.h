@@ -11,6 +11,7 @@ public:
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
 
+    /// Tells that so many have been judged.
     void show(int done) const;
 
 private:

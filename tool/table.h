@@ -8,6 +8,7 @@
 /// Rows of short texts, for people.
 namespace Table {
 
+/// One of them.
 struct Row
 {
     QStringList cells;       ///< as many as there are titles; an empty one is shown as "-"

@@ -14,13 +14,13 @@ namespace ToolCommands {
 /// One of them.
 struct Command
 {
-    QString name;
-    QString syntax;      ///< of what follows the name
-    QString description; ///< for the help
-    QStringList options; ///< that go with it, besides those that go with all
-    int fewestPaths;
-    int mostPaths;
-    Outcome (*run)(const ToolArguments &);
+    QString name;                          ///< as it is typed
+    QString syntax;                        ///< of what follows the name
+    QString description;                   ///< for the help
+    QStringList options;                   ///< that go with it, besides those that go with all
+    int fewestPaths;                       ///< that may follow
+    int mostPaths;                         ///< likewise
+    Outcome (*run)(const ToolArguments &); ///< carries it out
 };
 
 /// All of them, in the order of the help.
