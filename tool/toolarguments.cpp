@@ -102,7 +102,8 @@ ToolArguments ToolCommandLine::readValues(const Command &command, const QStringL
 
 void ToolCommandLine::checkOptions(const Command &command)
 {
-    for (const QString &option : m_parser.optionNames()) {
+    const QStringList given = m_parser.optionNames();
+    for (const QString &option : given) {
         if (option != QLatin1String("json") && !command.options.contains(option)) {
             complain(QStringLiteral("--%1 does not go with %2.").arg(option, command.name));
         }
