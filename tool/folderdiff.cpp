@@ -38,10 +38,10 @@ Outcome FolderDiff::run()
 {
     const QMap<QString, Judgement> before = newestIn(m_folders.at(0));
     const QMap<QString, Judgement> after = newestIn(m_folders.at(1));
-    QStringList controllers = before.keys() + after.keys();
-    controllers.removeDuplicates();
-    controllers.sort();
-    for (const QString &controller : qAsConst(controllers)) {
+    QMap<QString, Judgement> either = before;
+    either.insert(after);
+    for (auto one = either.cbegin(); one != either.cend(); ++one) {
+        const QString &controller = one.key();
         if (before.contains(controller) && after.contains(controller)) {
             report(controller, before[controller], after[controller]);
         } else {
