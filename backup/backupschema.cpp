@@ -145,8 +145,9 @@ BackupSchema::Verdict BackupSchema::validate(const QString &path, DocumentProble
     return keptSchema().judge(path, problem ? problem : &unwanted);
 }
 
-BackupSchema::Verdict BackupSchema::validate(const QString &path, const QByteArray &schema)
+BackupSchema::Verdict BackupSchema::validate(const QString &path, const QByteArray &schema,
+                                             DocumentProblem *problem)
 {
     DocumentProblem unwanted;
-    return LoadedSchema(schema).judge(path, &unwanted);
+    return LoadedSchema(schema).judge(path, problem ? problem : &unwanted);
 }

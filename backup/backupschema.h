@@ -26,7 +26,7 @@ QByteArray embedded();
 /// @param problem  if given, receives the first reason why a document is no backup, which lies at
 ///                 an element's start tag or where the document is not well-formed
 Verdict validate(const QString &path, DocumentProblem *problem = nullptr);
-/// The same with another schema, which is not kept.
-Verdict validate(const QString &path, const QByteArray &schema);
+/// The same with another schema, which is not kept: may be called in any thread.
+Verdict validate(const QString &path, const QByteArray &schema, DocumentProblem *problem = nullptr);
 
 } // namespace BackupSchema

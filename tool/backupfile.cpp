@@ -4,7 +4,9 @@
 #include "backup/documentguard.h"
 #include "backup/documentproblem.h"
 #include "tool/documentoutline.h"
+#include "tool/likelykind.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QXmlStreamReader>
@@ -27,18 +29,37 @@ QString creationDateOf(const QByteArray &document)
     return {};
 }
 
+// A file that is written to gets another one.
+std::pair<qint64, QDateTime> stampOf(const QString &path)
+{
+    const QFileInfo file(path);
+    return {file.size(), file.lastModified()};
+}
+
+QString reasonAgainstFolder(const QFileInfo &folder)
+{
+    return folder.isReadable() && folder.isExecutable()
+        ? QStringLiteral("This is a folder in which there are no *.xml files.")
+        : QStringLiteral("This folder cannot be read.");
+}
+
 } // namespace
 
 BackupFile::BackupFile(QString path)
     : m_path(std::move(path))
     , m_record(nullptr, nullptr) // it never meets a controller
 {
+    const auto stamp = stampOf(m_path);
     m_refusal = open();
     if (!m_refusal) {
         m_refusal = validate();
     }
     if (!m_refusal) {
         m_refusal = read();
+    }
+    if (stampOf(m_path) != stamp) {
+        m_refusal =
+            Refusal{Stage::File, QStringLiteral("The file changed while it was read."), {}, 0, 0};
     }
 }
 
@@ -53,10 +74,14 @@ QStringList BackupFile::warnings() const
 
 std::optional<Refusal> BackupFile::open()
 {
-    QFile file(m_path);
-    if (QFileInfo::exists(m_path) && !QFileInfo(m_path).isFile()) {
+    const QFileInfo info(m_path);
+    if (info.isDir()) {
+        return Refusal{Stage::File, reasonAgainstFolder(info), {}, 0, 0};
+    }
+    if (info.exists() && !info.isFile()) {
         return Refusal{Stage::File, QStringLiteral("This is not a regular file."), {}, 0, 0};
     }
+    QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly)) {
         return Refusal{Stage::File, file.errorString() + QLatin1Char('.'), {}, 0, 0};
     }
@@ -71,13 +96,18 @@ std::optional<Refusal> BackupFile::open()
                        0};
     }
     m_document = *document;
+    constexpr int enough = 1024;
+    file.seek(0);
+    m_beginning = file.read(enough);
     return std::nullopt;
 }
 
 std::optional<Refusal> BackupFile::validate() const
 {
+    // Files are judged in several threads, none of which may use the schema of another.
+    static const QByteArray schema = BackupSchema::embedded();
     DocumentProblem problem;
-    switch (BackupSchema::validate(m_path, &problem)) {
+    switch (BackupSchema::validate(m_path, schema, &problem)) {
     case BackupSchema::Verdict::SchemaUnusable:
         return Refusal{Stage::File, QStringLiteral("This program's schema is broken."), {}, 0, 0};
     case BackupSchema::Verdict::NoBackup:
@@ -93,7 +123,9 @@ Refusal BackupFile::refusalBySchema(const DocumentProblem &problem) const
 {
     const QString missing = DocumentOutline::missingElement(m_document);
     if (missing.isEmpty()) {
-        return {Stage::Schema, problem.text,
+        const QString text = problem.text + QLatin1Char(' ')
+            + likelyKind(m_document, m_beginning, QFileInfo(m_path).fileName());
+        return {Stage::Schema, text.trimmed(),
                 DocumentOutline::elementAt(m_document, problem.line, problem.column), problem.line,
                 problem.column};
     }

@@ -12,7 +12,7 @@
 struct DocumentProblem;
 
 /// A backup document on the disk, judged and read as a restore does before it asks the controller
-/// anything.
+/// anything. Takes as much memory as the file is large, several times; may be used in any thread.
 class BackupFile
 {
 public:
@@ -41,7 +41,8 @@ private:
     Refusal refusalBySchema(const DocumentProblem &problem) const;
 
     QString m_path;
-    QByteArray m_document; ///< as the guard admits it
+    QByteArray m_document;  ///< as the guard admits it
+    QByteArray m_beginning; ///< as it is on the disk
     FullBackup m_record;
     QString m_creationDate;
     std::optional<Refusal> m_refusal;

@@ -1,27 +1,13 @@
 #include "tool/comparison.h"
 
-#include "tool/backupfile.h"
-#include "tool/fields.h"
+#include "tool/judgement.h"
+#include "tool/terminal.h"
 
-#include <QJsonArray>
+#include <QJsonObject>
 
 #include <algorithm>
 
 namespace {
-
-Outcome refuse(Outcome outcome, const BackupFile &first, const BackupFile &second)
-{
-    QJsonArray problems;
-    for (const BackupFile *file : {&first, &second}) {
-        if (file->refusal()) {
-            problems.append(refusalJson(*file));
-            outcome.complaint += refusalLine(*file);
-        }
-    }
-    outcome.json.insert(QStringLiteral("problems"), problems);
-    outcome.exitCode = ExitCode::trouble;
-    return outcome;
-}
 
 bool isAnyNameOf(const Field &field, const QStringList &names)
 {
@@ -29,10 +15,22 @@ bool isAnyNameOf(const Field &field, const QStringList &names)
                        [&field](const QString &name) { return isNamed(field.path, name); });
 }
 
+QString valueLine(char sign, const QJsonValue &value, Terminal::Colour colour)
+{
+    const QString line = QStringLiteral("  %1 %2").arg(QLatin1Char(sign)).arg(textOf(value));
+    return Terminal::painted(line, colour) + QLatin1Char('\n');
+}
+
 QString linesOn(const Field &first, const Field &second)
 {
-    return QStringLiteral("%1 (%2)\n  - ").arg(first.title, first.path) + textOf(first.value)
-        + QStringLiteral("\n  + ") + textOf(second.value) + QLatin1Char('\n');
+    QString lines = QStringLiteral("%1 (%2)\n").arg(first.title, first.path)
+        + valueLine('-', first.value, Terminal::Colour::Red)
+        + valueLine('+', second.value, Terminal::Colour::Green);
+    if (first.path == QLatin1String(FieldPath::configData)) {
+        lines += QStringLiteral("  (in the controller's own format: there is no telling which "
+                                "configurations differ)\n");
+    }
+    return lines;
 }
 
 QJsonObject toJson(const Field &first, const Field &second)
@@ -44,27 +42,16 @@ QJsonObject toJson(const Field &first, const Field &second)
 
 } // namespace
 
-Outcome compare(const QString &firstPath, const QString &secondPath, const QStringList &ignored)
+Comparison compare(const Judgement &first, const Judgement &second, const QStringList &ignored)
 {
-    const BackupFile first(firstPath);
-    const BackupFile second(secondPath);
-    Outcome outcome;
-    outcome.json = {{QStringLiteral("command"), QStringLiteral("diff")},
-                    {QStringLiteral("files"), QJsonArray{firstPath, secondPath}}};
-    if (first.refusal() || second.refusal()) {
-        return refuse(outcome, first, second);
-    }
-    const QVector<Field> before = fieldsOf(first);
-    const QVector<Field> after = fieldsOf(second);
-    QJsonArray differences;
-    for (int i = 0; i < before.size(); ++i) {
-        if (before.at(i).value != after.at(i).value && !isAnyNameOf(before.at(i), ignored)) {
-            outcome.output += linesOn(before.at(i), after.at(i));
-            differences.append(toJson(before.at(i), after.at(i)));
+    Comparison comparison;
+    for (int i = 0; i < first.fields.size(); ++i) {
+        const Field &before = first.fields.at(i);
+        const Field &after = second.fields.at(i);
+        if (before.value != after.value && !isAnyNameOf(before, ignored)) {
+            comparison.text += linesOn(before, after);
+            comparison.json.append(toJson(before, after));
         }
     }
-    outcome.json.insert(QStringLiteral("same"), differences.isEmpty());
-    outcome.json.insert(QStringLiteral("differences"), differences);
-    outcome.exitCode = differences.isEmpty() ? ExitCode::good : ExitCode::notGood;
-    return outcome;
+    return comparison;
 }

@@ -1,10 +1,18 @@
 #pragma once
 
-#include "tool/outcome.h"
-
+#include <QJsonArray>
+#include <QString>
 #include <QStringList>
 
-/// In which fields two backups differ, apart from those that are @p ignored.
-///
-/// Refuses the comparison if either of them would be refused by a restore.
-Outcome compare(const QString &firstPath, const QString &secondPath, const QStringList &ignored);
+struct Judgement;
+
+/// In which fields two accepted backups differ.
+struct Comparison
+{
+    QString text;    ///< for people: some lines for each difference; empty if there is none
+    QJsonArray json; ///< the same for programs
+    bool isSame() const { return json.isEmpty(); } ///< whether there is none
+};
+
+/// Compares two accepted backups in all fields but those that are @p ignored.
+Comparison compare(const Judgement &first, const Judgement &second, const QStringList &ignored);

@@ -9,6 +9,8 @@
 #include <QJsonObject>
 #include <QVariant>
 
+#include <algorithm>
+
 namespace {
 
 const QLatin1String sizeKey("size");
@@ -31,17 +33,14 @@ struct FieldKind
 using File = const BackupFile &;
 
 constexpr FieldKind kinds[] = {
-    {"ZORControllerInfo/name", "Host name", [](File f) -> QJsonValue { return f.record().name; }},
-    {"ZORControllerInfo/serial", "Serial number",
-     [](File f) -> QJsonValue { return f.record().serial; }},
-    {"ZORControllerInfo/ptVersion", "Tracking software",
+    {FieldPath::name, "Host name", [](File f) -> QJsonValue { return f.record().name; }},
+    {FieldPath::serial, "Serial number", [](File f) -> QJsonValue { return f.record().serial; }},
+    {FieldPath::ptVersion, "Tracking software",
      [](File f) -> QJsonValue { return versionToString(f.record().ptVersion); }},
-    {"ZORControllerInfo/ctVersion", "Firmware",
+    {FieldPath::ctVersion, "Firmware",
      [](File f) -> QJsonValue { return versionToString(f.record().ctVersion); }},
-    {"ZORControllerInfo/systemModel", "Model",
-     [](File f) -> QJsonValue { return f.record().systemModel; }},
-    {"ZORBackupInfo/creationDate", "Created",
-     [](File f) -> QJsonValue { return f.creationDate(); }},
+    {FieldPath::systemModel, "Model", [](File f) -> QJsonValue { return f.record().systemModel; }},
+    {FieldPath::creationDate, "Created", [](File f) -> QJsonValue { return f.creationDate(); }},
     {"ZORBackupData/net", "Network", [](File f) -> QJsonValue { return f.record().net; }},
     {"ZORBackupData/domain", "Domain", [](File f) -> QJsonValue { return f.record().domain; }},
     {"ZORBackupData/nameServer", "Name server",
@@ -52,7 +51,7 @@ constexpr FieldKind kinds[] = {
      [](File f) -> QJsonValue { return QJsonArray::fromStringList(f.record().slaves); }},
     {"ZORBackupData/activeConfig", "Active configuration",
      [](File f) -> QJsonValue { return f.record().activeConfig; }},
-    {"ZORBackupData/configData", "Configuration data",
+    {FieldPath::configData, "Configuration data",
      [](File f) -> QJsonValue { return summaryOf(f.record().configData); }},
 };
 
@@ -82,11 +81,24 @@ bool isNamed(const QString &path, const QString &name)
     return path == name || path.section(QLatin1Char('/'), -1) == name;
 }
 
+QJsonValue valueAt(const QVector<Field> &fields, const char *path)
+{
+    const auto found = std::find_if(fields.begin(), fields.end(), [path](const Field &field) {
+        return field.path == QLatin1String(path);
+    });
+    return found == fields.end() ? QJsonValue(QJsonValue::Undefined) : found->value;
+}
+
+int sizeOf(const QJsonValue &value)
+{
+    return value[sizeKey].toInt();
+}
+
 QString textOf(const QJsonValue &value)
 {
     if (value.isObject()) {
         return QStringLiteral("%1 bytes, SHA-256 %2")
-            .arg(value[sizeKey].toInt())
+            .arg(sizeOf(value))
             .arg(value[hashKey].toString());
     }
     if (!value.isArray()) {

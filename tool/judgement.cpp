@@ -1,82 +1,56 @@
 #include "tool/judgement.h"
 
 #include "tool/backupfile.h"
-#include "tool/fields.h"
+#include "tool/outcome.h"
+#include "tool/progress.h"
 
-#include <QJsonArray>
+#include <QEventLoop>
+#include <QFutureWatcher>
+#include <QtConcurrentMap>
 
-namespace {
-
-int exitCodeOf(const BackupFile &file)
+Judgement judge(const QString &path)
 {
+    const BackupFile file(path);
+    Judgement judgement{path, file.refusal(), file.warnings(), {}};
     if (!file.refusal()) {
+        judgement.fields = fieldsOf(file);
+    }
+    return judgement;
+}
+
+QVector<Judgement> judgeAll(const QStringList &paths)
+{
+    const Progress progress(paths.size());
+    QEventLoop loop;
+    QFutureWatcher<Judgement> watcher;
+    QObject::connect(&watcher, &QFutureWatcherBase::progressValueChanged, &loop,
+                     [&progress](int done) { progress.show(done); });
+    QObject::connect(&watcher, &QFutureWatcherBase::finished, &loop, &QEventLoop::quit);
+    watcher.setFuture(QtConcurrent::mapped(paths, judge));
+    loop.exec();
+    return watcher.future().results().toVector();
+}
+
+int exitCodeOf(const Judgement &judgement)
+{
+    if (!judgement.refusal) {
         return ExitCode::good;
     }
-    return file.refusal()->stage == Refusal::Stage::File ? ExitCode::trouble : ExitCode::notGood;
+    return judgement.refusal->stage == Refusal::Stage::File ? ExitCode::trouble : ExitCode::notGood;
 }
 
-Outcome judgementOf(const BackupFile &file, const QString &command)
+QString controllerOf(const Judgement &judgement)
 {
-    Outcome outcome;
-    outcome.exitCode = exitCodeOf(file);
-    outcome.json = {{QStringLiteral("command"), command},
-                    {QStringLiteral("file"), file.path()},
-                    {QStringLiteral("accepted"), !file.refusal()},
-                    {QStringLiteral("warnings"), QJsonArray::fromStringList(file.warnings())}};
-    if (file.refusal()) {
-        outcome.json.insert(QStringLiteral("problem"), refusalJson(file));
-        outcome.complaint = refusalLine(file);
-    }
-    const QStringList warnings = file.warnings();
-    for (const QString &warning : warnings) {
-        outcome.complaint += lineAbout(file, warning);
-    }
-    return outcome;
+    return valueAt(judgement.fields, FieldPath::name).toString();
 }
 
-// "section/element" becomes an object within an object.
-QJsonObject toJson(const QVector<Field> &fields)
+QDateTime timeOf(const Judgement &judgement)
 {
-    QJsonObject sections;
-    for (const Field &field : fields) {
-        const QString name = field.path.section(QLatin1Char('/'), 0, 0);
-        QJsonObject section = sections[name].toObject();
-        section.insert(field.path.section(QLatin1Char('/'), 1), field.value);
-        sections.insert(name, section);
-    }
-    return sections;
+    return QDateTime::fromString(valueAt(judgement.fields, FieldPath::creationDate).toString(),
+                                 Qt::ISODate);
 }
 
-QString tableOf(const QVector<Field> &fields)
+QString timeTextOf(const Judgement &judgement)
 {
-    constexpr int titleWidth = 22; // the longest title and two spaces
-    QString table;
-    for (const Field &field : fields) {
-        table += field.title.leftJustified(titleWidth) + textOf(field.value) + QLatin1Char('\n');
-    }
-    return table;
-}
-
-} // namespace
-
-Outcome Judgement::verify(const QString &path)
-{
-    const BackupFile file(path);
-    Outcome outcome = judgementOf(file, QStringLiteral("verify"));
-    if (!file.refusal()) {
-        outcome.output = lineAbout(file, QStringLiteral("A restore would accept this backup."));
-    }
-    return outcome;
-}
-
-Outcome Judgement::show(const QString &path)
-{
-    const BackupFile file(path);
-    Outcome outcome = judgementOf(file, QStringLiteral("show"));
-    if (!file.refusal()) {
-        const QVector<Field> fields = fieldsOf(file);
-        outcome.output = tableOf(fields);
-        outcome.json.insert(QStringLiteral("backup"), toJson(fields));
-    }
-    return outcome;
+    return timeOf(judgement).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }

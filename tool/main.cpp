@@ -1,13 +1,12 @@
 #include "projectversion.h"
-#include "tool/comparison.h"
-#include "tool/judgement.h"
 #include "tool/printable.h"
 #include "tool/toolarguments.h"
+#include "tool/toolcommands.h"
 
 #include <QCoreApplication>
-#include <QJsonDocument>
 #include <QLoggingCategory>
 
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -18,36 +17,25 @@ void nameApplication()
     QCoreApplication::setApplicationVersion(QStringLiteral(VELTRA4_VERSION));
 }
 
-Outcome run(const ToolArguments &arguments)
+void complain(const QString &problem)
 {
-    switch (arguments.command) {
-    case ToolArguments::Command::Verify:
-        return Judgement::verify(arguments.files.at(0));
-    case ToolArguments::Command::Show:
-        return Judgement::show(arguments.files.at(0));
-    case ToolArguments::Command::Diff:
-        break;
-    }
-    return compare(arguments.files.at(0), arguments.files.at(1), arguments.ignored);
-}
-
-int complain(const QByteArray &problem)
-{
-    std::fprintf(stderr, "veltra4-backup: %s\n", problem.constData());
-    return ExitCode::trouble;
+    std::fprintf(stderr, "veltra4-backup: %s\n", qPrintable(printable(problem.simplified())));
 }
 
 // A judgement that did not arrive, on a full disk for example, must not pass for a good one.
 int print(const Outcome &outcome, bool isJson)
 {
-    const QByteArray output =
-        isJson ? QJsonDocument(outcome.json).toJson() : outcome.output.toLocal8Bit();
+    const QByteArray output = isJson ? outcome.json.toJson() : outcome.output.toLocal8Bit();
     std::fputs(output.constData(), stdout);
     if (!isJson) {
         std::fputs(qPrintable(outcome.complaint), stderr);
     }
+    if (!outcome.problem.isEmpty()) {
+        complain(outcome.problem);
+    }
     if (std::fflush(stdout) != 0) {
-        return complain("the output cannot be written");
+        complain(QStringLiteral("The output cannot be written."));
+        return ExitCode::trouble;
     }
     return outcome.exitCode;
 }
@@ -56,14 +44,17 @@ int print(const Outcome &outcome, bool isJson)
 
 int main(int argc, char *argv[])
 {
+    std::signal(SIGPIPE, SIG_IGN); // to be told of a closed pipe
     nameApplication();
     const QCoreApplication application(argc, argv);
+    QCoreApplication::setLibraryPaths({}); // no plug-ins: with each schema Qt would load some
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false")); // the reader's own log
     QString problem;
     const std::optional<ToolArguments> arguments =
         parseToolArguments(QCoreApplication::arguments(), &problem);
     if (!arguments) {
-        return complain(printable(problem.simplified()).toLocal8Bit());
+        complain(problem);
+        return ExitCode::trouble;
     }
-    return print(run(*arguments), arguments->isJson);
+    return print(ToolCommands::find(arguments->command)->run(*arguments), arguments->isJson);
 }

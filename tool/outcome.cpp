@@ -1,7 +1,9 @@
 #include "tool/outcome.h"
 
-#include "tool/backupfile.h"
+#include "tool/judgement.h"
 #include "tool/printable.h"
+
+#include <QFileInfo>
 
 namespace {
 
@@ -22,16 +24,8 @@ QString nameOf(Refusal::Stage stage)
     return {};
 }
 
-} // namespace
-
-QString lineAbout(const BackupFile &file, const QString &text)
+QString refusalText(const Refusal &refusal)
 {
-    return QStringLiteral("%1: %2\n").arg(printable(file.path()), printable(text));
-}
-
-QString refusalLine(const BackupFile &file)
-{
-    const Refusal &refusal = *file.refusal();
     QString place;
     if (refusal.line > 0) {
         place = QStringLiteral("line %1, column %2: ").arg(refusal.line).arg(refusal.column);
@@ -39,16 +33,54 @@ QString refusalLine(const BackupFile &file)
     if (!refusal.field.isEmpty()) {
         place += refusal.field + QStringLiteral(": ");
     }
-    return lineAbout(file, place + refusal.text);
+    return place + refusal.text;
 }
 
-QJsonObject refusalJson(const BackupFile &file)
+} // namespace
+
+QString lineAbout(const QString &path, const QString &text)
 {
-    const Refusal &refusal = *file.refusal();
-    return {{QStringLiteral("file"), file.path()},
+    return QStringLiteral("%1: %2\n").arg(printable(path), printable(text));
+}
+
+QString complaintAbout(const Judgement &judgement)
+{
+    QString lines;
+    if (judgement.refusal) {
+        lines = lineAbout(judgement.path, refusalText(*judgement.refusal));
+    }
+    for (const QString &warning : judgement.warnings) {
+        lines += lineAbout(judgement.path, warning);
+    }
+    return lines;
+}
+
+QJsonObject toJson(const Judgement &judgement, const QString &command)
+{
+    QJsonObject object{
+        {QStringLiteral("command"), command},
+        {QStringLiteral("file"), judgement.path},
+        {QStringLiteral("accepted"), !judgement.refusal},
+        {QStringLiteral("warnings"), QJsonArray::fromStringList(judgement.warnings)}};
+    if (judgement.refusal) {
+        object.insert(QStringLiteral("problem"), refusalJson(judgement));
+    }
+    return object;
+}
+
+QJsonObject refusalJson(const Judgement &judgement)
+{
+    const Refusal &refusal = *judgement.refusal;
+    return {{QStringLiteral("file"), judgement.path},
             {QStringLiteral("stage"), nameOf(refusal.stage)},
             {QStringLiteral("field"), refusal.field},
             {QStringLiteral("line"), refusal.line},
             {QStringLiteral("column"), refusal.column},
             {QStringLiteral("text"), printable(refusal.text)}};
+}
+
+QJsonDocument toDocument(const QJsonArray &objects, const QStringList &paths)
+{
+    const bool isAboutOneFile = paths.size() == 1 && !QFileInfo(paths.at(0)).isDir();
+    return isAboutOneFile ? QJsonDocument(objects.at(0).toObject()) : QJsonDocument(objects);
 }

@@ -1,25 +1,19 @@
 #include "tool/toolarguments.h"
 
+#include "backup/version.h"
+#include "tool/age.h"
 #include "tool/fields.h"
+#include "tool/toolcommands.h"
 
+#include <QCommandLineOption>
 #include <QCommandLineParser>
-#include <QMap>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
 
-using Command = ToolArguments::Command;
-
-const QMap<QString, Command> &commands()
-{
-    static const QMap<QString, Command> byName{{QStringLiteral("verify"), Command::Verify},
-                                               {QStringLiteral("show"), Command::Show},
-                                               {QStringLiteral("diff"), Command::Diff}};
-    return byName;
-}
+using ToolCommands::Command;
 
 bool isField(const QString &name)
 {
@@ -28,120 +22,131 @@ bool isField(const QString &name)
                        [&name](const QString &path) { return isNamed(path, name); });
 }
 
-/// The options and what may be combined with what; the first problem is remembered.
+/// Reads the values and what may be combined with what; the first problem is remembered.
 class ToolCommandLine
 {
 public:
-    ToolCommandLine();
+    ToolCommandLine() { m_parser.addOptions(ToolCommands::options()); }
 
     std::optional<ToolArguments> read(const QStringList &arguments, QString *problem);
 
 private:
-    [[noreturn]] void help() const;
-    ToolArguments readValues();
+    void printWhatIsAsked(const Command *command);
+    ToolArguments readValues(const Command &command, const QStringList &paths);
+    void checkOptions(const Command &command);
+    void checkPaths(const Command &command, const ToolArguments &values);
+    std::optional<qint64> readAge();
+    std::optional<Version> readVersion(const QString &option);
+    bool isSet(const char *option) const { return m_parser.isSet(QString::fromLatin1(option)); }
     void complain(const QString &problem);
 
-    const QCommandLineOption m_help{{QStringLiteral("h"), QStringLiteral("help")},
-                                    QStringLiteral("Print this help.")};
-    const QCommandLineOption m_version{{QStringLiteral("v"), QStringLiteral("version")},
-                                       QStringLiteral("Print the program's version.")};
-    const QCommandLineOption m_json{QStringLiteral("json"),
-                                    QStringLiteral("Print one JSON object instead of text.")};
-    const QCommandLineOption m_ignore{
-        QStringLiteral("ignore"),
-        QStringLiteral("Let diff pass over this field, \"creationDate\" for example; may be given "
-                       "several times."),
-        QStringLiteral("field")};
     QCommandLineParser m_parser;
     QString m_problem;
 };
-
-ToolCommandLine::ToolCommandLine()
-{
-    m_parser.setApplicationDescription(
-        QStringLiteral("Tells what the backup documents of VELTRA4 controllers are worth, before "
-                       "they are needed."));
-    m_parser.addOptions({m_help, m_version, m_json, m_ignore});
-    m_parser.addPositionalArgument(
-        QStringLiteral("verify"),
-        QStringLiteral("Tell whether a restore would accept FILE and, if "
-                       "not, which field is why."),
-        QStringLiteral("verify FILE"));
-    m_parser.addPositionalArgument(
-        QStringLiteral("show"),
-        QStringLiteral("Print what FILE holds; of the configurations, size and SHA-256."),
-        QStringLiteral("| show FILE"));
-    m_parser.addPositionalArgument(QStringLiteral("diff"),
-                                   QStringLiteral("Print the fields in which the two differ."),
-                                   QStringLiteral("| diff FILE FILE"));
-}
-
-void ToolCommandLine::help() const
-{
-    std::fputs(qPrintable(m_parser.helpText()), stdout);
-    std::fputs("\nExit status:\n"
-               "  0  the backup is good; diff: the two are the same\n"
-               "  1  a restore would refuse it; diff: the two differ\n"
-               "  2  a file cannot be read, or the command line is wrong; diff: one of the two is "
-               "no\n"
-               "     good\n"
-               "\nA backup that is accepted here can still be refused by a controller: a restore "
-               "wants the\n"
-               "same model, and no version older than the backup's.\n",
-               stdout);
-    std::exit(EXIT_SUCCESS);
-}
 
 std::optional<ToolArguments> ToolCommandLine::read(const QStringList &arguments, QString *problem)
 {
     ToolArguments values;
     if (m_parser.parse(arguments)) {
-        if (m_parser.isSet(m_help)) {
-            help();
+        QStringList paths = m_parser.positionalArguments();
+        const QString name = paths.isEmpty() ? QString() : paths.takeFirst();
+        const Command *const command = ToolCommands::find(name);
+        printWhatIsAsked(command);
+        if (command) {
+            values = readValues(*command, paths);
+        } else {
+            complain(QStringLiteral(
+                "The first argument is verify, list, show, diff or extract; see --help."));
         }
-        if (m_parser.isSet(m_version)) {
-            m_parser.showVersion();
-        }
-        values = readValues();
     } else {
         complain(m_parser.errorText());
     }
-    if (!m_problem.isEmpty()) {
-        *problem = m_problem;
-        return std::nullopt;
-    }
-    return values;
+    *problem = m_problem;
+    return m_problem.isEmpty() ? std::make_optional(values) : std::nullopt;
 }
 
-ToolArguments ToolCommandLine::readValues()
+void ToolCommandLine::printWhatIsAsked(const Command *command)
+{
+    if (isSet("help")) {
+        ToolCommands::printHelp(command);
+        std::exit(EXIT_SUCCESS);
+    }
+    if (isSet("version")) {
+        m_parser.showVersion();
+    }
+}
+
+ToolArguments ToolCommandLine::readValues(const Command &command, const QStringList &paths)
 {
     ToolArguments values;
-    values.files = m_parser.positionalArguments();
-    const QString name = values.files.isEmpty() ? QString() : values.files.takeFirst();
-    if (!commands().contains(name)) {
-        complain(QStringLiteral("The first argument is verify, show or diff; see --help."));
-        return values;
-    }
-    values.command = commands().value(name);
-    values.ignored = m_parser.values(m_ignore);
-    values.isJson = m_parser.isSet(m_json);
-
-    const bool isDiff = values.command == Command::Diff;
-    if (values.files.size() != (isDiff ? 2 : 1)) {
-        complain(QStringLiteral("%1 wants %2.").arg(name, isDiff ? "two files" : "one file"));
-    }
-    if (values.files.contains(QString())) {
-        complain(QStringLiteral("A file has no name."));
-    }
-    if (!isDiff && !values.ignored.isEmpty()) {
-        complain(QStringLiteral("--ignore goes with diff only."));
-    }
+    values.command = command.name;
+    values.paths = paths;
+    values.ignored = m_parser.values(QStringLiteral("ignore"));
+    values.controllers = m_parser.values(QStringLiteral("controller"));
+    values.maxAge = readAge();
+    values.maxAgeText = m_parser.value(QStringLiteral("newer-than"));
+    values.traits = {m_parser.value(QStringLiteral("model")),
+                     readVersion(QStringLiteral("tracking")),
+                     readVersion(QStringLiteral("firmware"))};
+    values.isJson = isSet("json");
+    values.isForced = isSet("force");
+    checkOptions(command);
+    checkPaths(command, values);
     for (const QString &field : qAsConst(values.ignored)) {
         if (!isField(field)) {
             complain(QStringLiteral("There is no field \"%1\".").arg(field));
         }
     }
     return values;
+}
+
+void ToolCommandLine::checkOptions(const Command &command)
+{
+    const QStringList given = m_parser.optionNames();
+    for (const QString &option : given) {
+        if (option != QLatin1String("json") && !command.options.contains(option)) {
+            complain(QStringLiteral("--%1 does not go with %2.").arg(option, command.name));
+        }
+    }
+}
+
+void ToolCommandLine::checkPaths(const Command &command, const ToolArguments &values)
+{
+    const bool isByController = values.command == QLatin1String("diff") && isSet("controller");
+    if (isByController && values.controllers.size() != 2) {
+        complain(QStringLiteral("diff wants two controllers, or none."));
+    }
+    const int count = values.paths.size();
+    if (!isByController && (count < command.fewestPaths || count > command.mostPaths)) {
+        complain(QStringLiteral("%1 wants %2.").arg(command.name, command.syntax));
+    }
+    if (values.paths.contains(QString())) {
+        complain(QStringLiteral("A file has no name."));
+    }
+}
+
+std::optional<qint64> ToolCommandLine::readAge()
+{
+    const QString text = m_parser.value(QStringLiteral("newer-than"));
+    const std::optional<qint64> age = Age::parse(text);
+    if (isSet("newer-than") && !age) {
+        complain(QStringLiteral("\"%1\" is no age: 30m, 12h, 2d and 1w are some.").arg(text));
+    }
+    return age;
+}
+
+std::optional<Version> ToolCommandLine::readVersion(const QString &option)
+{
+    if (!m_parser.isSet(option)) {
+        return std::nullopt;
+    }
+    const QString text = m_parser.value(option);
+    bool isVersion = false;
+    const Version version = parseVersion(text, &isVersion);
+    if (!isVersion) {
+        complain(QStringLiteral("\"%1\" is no version: \"4.2.0\" is one.").arg(text));
+    }
+    return version;
 }
 
 void ToolCommandLine::complain(const QString &problem)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tool/fitness.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -8,13 +10,15 @@
 /// What the command line asks for.
 struct ToolArguments
 {
-    /// What is to be done with the files.
-    enum class Command { Verify, Show, Diff };
-
-    Command command = Command::Verify; ///< its first argument
-    QStringList files;                 ///< two for Diff, else one
-    QStringList ignored;               ///< fields that Diff leaves out
-    bool isJson = false;               ///< for programs instead of people
+    QString command;              ///< one of ToolCommands::all()
+    QStringList paths;            ///< as many as the command wants
+    QStringList ignored;          ///< fields that diff leaves out
+    QStringList controllers;      ///< by host name; all if empty
+    std::optional<qint64> maxAge; ///< in seconds
+    QString maxAgeText;           ///< the same as it was given
+    ControllerTraits traits;      ///< that a backup has to fit
+    bool isJson = false;          ///< for programs instead of people
+    bool isForced = false;        ///< whether a file may be replaced
 };
 
 /// Reads the command line, its first element being the program's name.

@@ -18,6 +18,8 @@ void edit(Tour &tour);
 void lock(Tour &tour);
 /// Configuration files and backups, and how they come back.
 void files(Tour &tour);
+/// One configuration out of a backup.
+void extract(Tour &tour);
 /// The dialogs with nothing, with very much, and with very long texts in them.
 void extremes(Tour &tour);
 

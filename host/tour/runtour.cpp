@@ -54,6 +54,7 @@ void visitChapters(Tour &tour)
     Chapters::edit(tour);
     Chapters::lock(tour);
     Chapters::files(tour);
+    Chapters::extract(tour);
     Chapters::extremes(tour);
 }
 
