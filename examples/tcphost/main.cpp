@@ -64,12 +64,14 @@ int main(int argc, char *argv[])
     module->setProperty("ModuleParent", QVariant::fromValue<QWidget *>(&window));
     module->setProperty("ObserverMode", false);
 
-    window.show(); // before a box may say that there is no contact
+    window.show();
+    // In the next event loop, for the backup of the day comes from there as well. If there is no
+    // contact that is the loop of a box, within menuEntries().
+    QTimer::singleShot(0, [&channel] { channel.deliver("Veltra2", "v4.2.0"); });
     const QList<ModuleMenuEntry *> entries = module->menuEntries();
     for (const ModuleMenuEntry *entry : entries) {
         window.menuBar()->addMenu(entry->menuTitle)->addAction(entry->action);
     }
-    channel.deliver("Veltra2", "v4.2.0"); // before the event loop, which starts the daily backup
     refresh.start();
 
     const int result = QApplication::exec();
