@@ -18,8 +18,7 @@ configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/Veltra4ModulesConfig.cm
     PATH_VARS VELTRA4_INSTALL_MODULEDIR
     NO_CHECK_REQUIRED_COMPONENTS_MACRO)
 # From where the file is, so that it tells the truth below any prefix.
-file(RELATIVE_PATH VELTRA4_PREFIX_FROM_PKGCONFIG
-    "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/.")
+string(REGEX REPLACE "[^/]+" ".." VELTRA4_PREFIX_FROM_PKGCONFIG "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 configure_file("${CMAKE_CURRENT_LIST_DIR}/veltra4-modules.pc.in"
     "${PROJECT_BINARY_DIR}/generated/veltra4-modules.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/generated/veltra4-modules.pc"

@@ -65,7 +65,7 @@ int main(int argc, char *argv[])
         qInfo() << entry->menuTitle << "has" << entry->action->text();
     }
     window.show();
-    const int result = application.arguments().contains("--trial") ? 0 : application.exec();
+    const int result = QApplication::arguments().contains("--trial") ? 0 : QApplication::exec();
     module->release(); // before what it was given goes away
     return result;
 }

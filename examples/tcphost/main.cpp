@@ -48,7 +48,7 @@ int main(int argc, char *argv[])
         events->appendPlainText(line);
         refresh.start();
     });
-    QObject::connect(&refresh, &QTimer::timeout, [&window, &channel] {
+    QObject::connect(&refresh, &QTimer::timeout, &window, [&window, &channel] {
         window.statusBar()->showMessage("Active: " + activeDescription(channel));
     });
 
@@ -67,7 +67,7 @@ int main(int argc, char *argv[])
     window.show();
     // In the next event loop, for the backup of the day comes from there as well. If there is no
     // contact that is the loop of a box, within menuEntries().
-    QTimer::singleShot(0, [&channel] { channel.deliver("Veltra2", "v4.2.0"); });
+    QTimer::singleShot(0, &window, [&channel] { channel.deliver("Veltra2", "v4.2.0"); });
     const QList<ModuleMenuEntry *> entries = module->menuEntries();
     for (const ModuleMenuEntry *entry : entries) {
         window.menuBar()->addMenu(entry->menuTitle)->addAction(entry->action);

@@ -25,7 +25,7 @@ void greet(FakeController &controller, const Request &request)
 TcpChannel channelTo(
     const FakeController &controller, const TcpChannel::Pane &pane = [](const QString &) {})
 {
-    return TcpChannel(controller.address().host, controller.address().port, pane);
+    return {controller.address().host, controller.address().port, pane};
 }
 
 // What the channel answers to @p command, "(failed)" if it fails and leaves the reply alone.
