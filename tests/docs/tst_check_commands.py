@@ -24,10 +24,10 @@ bool Controller::slot(int slot, ReplyBuffer *reply) const
 }
 """
 DOCUMENT = """
-| command | operation |
-|---|---|
-| `config owner "%s" ` | `sendCommand` | none |
-| `config config t%02d` | `queryString` | the identifier |
+| command | operation | time-out | answer |
+|---|---|---|---|
+| `config owner "%s" ` | `sendCommand` | New: 20000, 1. Edit: — | none |
+| `config config t%02d` | `queryString` | — | the identifier |
 
 ```conversation
 > config config t01
@@ -38,6 +38,14 @@ DOCUMENT = """
 ! no such …
 ```
 """
+TRANSCRIPT = """
+== A step
+setTimeout 0 20000 1
+sendCommand config owner "x"  -> failed: no
+postMessage standard VELTRA4 1 failed
+queryString config config t01 -> standard
+sendCommand config owner "y" {blank}
+""".format(blank="")
 
 
 class Client:
@@ -51,6 +59,9 @@ class Client:
 class TestCheckCommands(unittest.TestCase):
     def differences(self, document):
         return list(check.differences(check.commands_of(SOURCE), check.commands_in(document)))
+
+    def wrong_timeouts(self, transcript):
+        return list(check.wrong_timeouts(check.timeouts_in(DOCUMENT), transcript))
 
     def wrong_examples(self, document):
         return list(check.wrong_examples(check.exchanges_in(document), Client()))
@@ -74,6 +85,24 @@ class TestCheckCommands(unittest.TestCase):
         self.assertEqual(self.differences(DOCUMENT.replace("queryString", "queryInt")),
                          ['there is no row for queryString "config config t%02d"',
                           'nobody sends queryInt "config config t%02d"'])
+
+    def test_right_timeouts(self):
+        self.assertEqual(self.wrong_timeouts(TRANSCRIPT), [])
+
+    def test_another_timeout(self):
+        self.assertEqual(self.wrong_timeouts(TRANSCRIPT.replace("20000", "2000")),
+                         ['sendCommand "config owner "%s" " is never sent after 20000, 1',
+                          'sendCommand "config owner "%s" " is sent after 2000, 1'])
+
+    def test_a_timeout_before_what_needs_none(self):
+        transcript = TRANSCRIPT.replace("queryString", "setTimeout 0 5000 0\nqueryString")
+        self.assertEqual(self.wrong_timeouts(transcript),
+                         ['queryString "config config t%02d" is never sent after —',
+                          'queryString "config config t%02d" is sent after 5000, 0'])
+
+    def test_a_line_that_no_row_tells_of(self):
+        self.assertEqual(self.wrong_timeouts(TRANSCRIPT + "sendCommand config reset"),
+                         ['there is no row for sendCommand "config reset"'])
 
     def test_another_answer(self):
         self.assertEqual(self.wrong_examples(DOCUMENT.replace("< standard", "< std")),
