@@ -7,12 +7,31 @@
 #include "projectversion.h"
 
 #include <QAction>
+#include <QLoggingCategory>
+
+#include <type_traits>
 
 namespace {
+
+Q_LOGGING_CATEGORY(wiring, "veltra4.configurations")
 
 // Where the host puts the menu and the action; the front end's modules share one numbering.
 constexpr int actionPosition = 30;
 constexpr int menuPosition = 100;
+
+// What cannot be converted counts as not given: null, or false.
+template <typename Type>
+Type valueIn(const QVariant &value, const QString &name)
+{
+    const auto taken = qvariant_cast<Type>(value);
+    const bool fits = value.canConvert<Type>();
+    if (!fits || (std::is_pointer_v<Type> && !taken)) {
+        const char *type = value.isValid() ? value.typeName() : "no value";
+        qCWarning(wiring, "property \"%s\" wants %s and got %s", qPrintable(name),
+                  QMetaType::typeName(qMetaTypeId<Type>()), fits ? "null" : type);
+    }
+    return taken;
+}
 
 BackendVersions *orNotGiven(BackendVersions *versions)
 {
@@ -64,18 +83,36 @@ QList<ModuleMenuEntry *> ConfigurationsModule::menuEntries()
 void ConfigurationsModule::setProperty(QString name, QVariant value)
 {
     if (name == QLatin1String("CommandManager")) {
-        m_commandChannel = qvariant_cast<IOManager *>(value);
+        m_commandChannel = valueIn<IOManager *>(value, name);
     } else if (name == QLatin1String("ModuleParent")) {
-        m_moduleParent = qvariant_cast<QWidget *>(value);
+        m_moduleParent = valueIn<QWidget *>(value, name);
     } else if (name == QLatin1String("BackendVersions")) {
-        m_backendVersions = qvariant_cast<BackendVersions *>(value);
+        m_backendVersions = valueIn<BackendVersions *>(value, name);
     } else if (name == QLatin1String("ObserverMode")) {
-        m_isObserver = qvariant_cast<bool>(value);
+        m_isObserver = valueIn<bool>(value, name);
+    } else {
+        return;
+    }
+    m_given.insert(name);
+    if (m_nursery || !m_menuEntries.isEmpty()) {
+        qCWarning(wiring, "property \"%s\" was set after menuEntries() had read it",
+                  qPrintable(name));
+    }
+}
+
+/// Without them it runs all the same, but hosts wonder why there is no contact.
+void ConfigurationsModule::warnOfMissingProperties() const
+{
+    for (const char *name : {"CommandManager", "BackendVersions", "ModuleParent"}) {
+        if (!m_given.contains(QLatin1String(name))) {
+            qCWarning(wiring, "property \"%s\" was not set before menuEntries()", name);
+        }
     }
 }
 
 void ConfigurationsModule::createEntry()
 {
+    warnOfMissingProperties();
     ChangeConfigurationDlg *const dialog = createDialog();
     if (!dialog) {
         return;

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QWidget>
 
 class ChangeConfigurationDlg;
@@ -14,7 +15,8 @@ struct BackendVersions;
 /// opens it.
 ///
 /// A property that was never set or has the wrong type is harmless: commands then fail, versions
-/// count as not given.
+/// count as not given. A warning in the category "veltra4.configurations" tells of it, and of one
+/// that is set after it was read.
 class ConfigurationsModule : public QObject, public ModuleInterface
 {
     Q_OBJECT
@@ -36,6 +38,7 @@ public:
     void setProperty(QString name, QVariant value) override;
 
 private:
+    void warnOfMissingProperties() const;
     void createEntry();
     ChangeConfigurationDlg *createDialog();
     QAction *createAction();
@@ -47,4 +50,5 @@ private:
     IOManager *m_commandChannel = nullptr;
     BackendVersions *m_backendVersions = nullptr;
     bool m_isObserver = false;
+    QSet<QString> m_given; ///< names of the properties that were set
 };

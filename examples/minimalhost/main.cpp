@@ -1,27 +1,36 @@
-// The smallest host: a window with the plug-in's menu, in front of a controller that holds nothing.
+// The smallest host: a window with the plug-in's menu, in front of a mere echo.
 
 #include "hostapi/backendversions.h"
 #include "hostapi/iomanager.h"
 #include "hostapi/moduleinterface.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QDebug>
-#include <QMainWindow>
-#include <QMenuBar>
-#include <QPluginLoader>
+#include <QtWidgets>
 
-// A real channel formats the command, sends it, and waits for the answer.
-class EmptyController final : public IOManager
+#include <cstdarg>
+
+// A real channel sends the command and waits for the answer; here the command is the answer.
+class EchoingController final : public IOManager
 {
 public:
     int setTimeout(int, int, int) override { return 0; }
-    int sendCommandReply(char *reply, const char *, ...) override { return answer(reply, '\0'); }
-    int queryString(char *reply, const char *, ...) override { return answer(reply, '\0'); }
-    int queryInt(int *value, const char *, ...) override { return answer(value, 0); }
-    int queryDouble(double *value, const char *, ...) override { return answer(value, 1.0); }
-    int queryBool(bool *value, const char *, ...) override { return answer(value, false); }
-    int sendCommand(const char *, ...) override { return 0; }
+    int sendCommandReply(char *, const char *, ...) override { return 1; }
+    int queryString(char *reply, const char *format, ...) override
+    {
+        char answer[200]; // as many as there are in the reply, one of them for the NUL
+        va_list arguments;
+        va_start(arguments, format);
+        const int length = std::vsnprintf(answer, sizeof answer, format, arguments);
+        va_end(arguments);
+        if (length < 0 || length >= int(sizeof answer)) {
+            return 1; // anything but 0 is a failure, and leaves the reply as it was
+        }
+        qstrcpy(reply, answer);
+        return 0;
+    }
+    int queryInt(int *value, const char *, ...) override { return *value = 1, 0; }
+    int queryDouble(double *, const char *, ...) override { return 1; }
+    int queryBool(bool *, const char *, ...) override { return 1; }
+    int sendCommand(const char *, ...) override { return 1; }
     int postMessage(const char *category, const char *source, int, const char *text) override
     {
         qInfo() << category << source << text;
@@ -29,21 +38,13 @@ public:
     }
     int addMessageReceiver(const char *, MessageReceiver *) override { return 0; }
     int removeMessageReceiver(const char *, MessageReceiver *) override { return 0; }
-
-private:
-    template <typename Value>
-    static int answer(Value *target, Value value)
-    {
-        *target = value;
-        return 0; // success
-    }
 };
 
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);
-    EmptyController controller;
-    BackendVersions versions{{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, "Model"};
+    EchoingController controller;
+    BackendVersions versions{{4, 2, 0}, {1, 26, 0}, {4, 1, 0}, "Model"};
     QMainWindow window;
 
     QPluginLoader loader(MODULE_PATH);
@@ -64,8 +65,7 @@ int main(int argc, char *argv[])
         qInfo() << entry->menuTitle << "has" << entry->action->text();
     }
     window.show();
-    const bool isTrial = QApplication::arguments().contains("--trial"); // nobody is there to quit
-    const int result = isTrial ? 0 : QApplication::exec();
+    const int result = QApplication::arguments().contains("--trial") ? 0 : QApplication::exec();
     module->release(); // before what it was given goes away
     return result;
 }

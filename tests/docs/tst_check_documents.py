@@ -32,9 +32,9 @@ class TestCheckDocuments(unittest.TestCase):
         file.write_text(text, encoding="utf-8")
         return file
 
-    def problems_of(self, text):
-        self.write("README.md", text)
-        result = subprocess.run([sys.executable, CHECK, self.root, self.root / "program"],
+    def problems_of(self, text, root="."):
+        self.write(f"{root}/README.md", text)
+        result = subprocess.run([sys.executable, CHECK, self.root / root, self.root / "program"],
                                 capture_output=True, text=True, timeout=60)
         self.assertEqual(result.stderr, "")
         return result.returncode, result.stdout.strip()
@@ -76,6 +76,22 @@ class TestCheckDocuments(unittest.TestCase):
     def test_picture_that_nobody_shows(self):
         self.write("docs/pictures/old.png", "")
         self.assertEqual(self.problems_of(""), (1, "docs/pictures/old.png: no document shows it"))
+
+    def test_installed_documents_may_name_what_is_installed(self):
+        self.write("installed/guide.md", "![x](pictures/x.png)")
+        self.write("installed/pictures/x.png", "")
+        self.write("installed/examples/host/main.cpp", "")
+        self.assertEqual(self.problems_of("[x](guide.md) `examples/host/main.cpp`", "installed"),
+                         (0, "All that the documents name exists."))
+
+    def test_installed_documents_may_not_name_what_is_elsewhere(self):
+        code, output = self.problems_of("[x](../docs/y.md) `docs/guide.md` `./dev test`",
+                                        "installed")
+        self.assertEqual((code, output.splitlines()),
+                         (1, ["README.md: the link ../docs/y.md leads nowhere",
+                              "README.md: there is no ./dev test",
+                              "README.md: there is no docs/guide.md",
+                              "README.md: there is no ./dev"]))
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 #include "hostapi/backendversions.h"
 #include "hostapi/moduleinterface.h"
+#include "simulator/messagechannel.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
@@ -60,6 +61,43 @@ struct Controller
     QWidget window;
 };
 
+// A host's channel often is an object, too; fromValue() takes it for that alone.
+class ChannelThatIsAnObject final : public QObject, public MessageChannel
+{
+    Q_OBJECT
+
+    int setTimeout(int, int, int) override { return 0; }
+    int transact(Operation, const QByteArray &, QByteArray *) override { return 1; }
+};
+
+// What the plug-in warns of, as long as this lives.
+class WiringWarnings
+{
+public:
+    WiringWarnings() { s_previous = qInstallMessageHandler(take); }
+    ~WiringWarnings()
+    {
+        qInstallMessageHandler(s_previous);
+        s_texts.clear();
+    }
+    Q_DISABLE_COPY_MOVE(WiringWarnings)
+
+    QStringList texts() const { return s_texts; }
+
+private:
+    static void take(QtMsgType type, const QMessageLogContext &context, const QString &text)
+    {
+        if (qstrcmp(context.category, "veltra4.configurations") == 0 && type == QtWarningMsg) {
+            s_texts << text;
+        } else {
+            s_previous(type, context, text);
+        }
+    }
+
+    inline static QtMessageHandler s_previous = nullptr;
+    inline static QStringList s_texts;
+};
+
 ExpectedBox noContactBox()
 {
     return {QMessageBox::Critical, QStringLiteral("Command Error"),
@@ -100,6 +138,12 @@ private slots:
     void aParentGivenAsObjectIsTaken();
     void withoutPropertiesEveryCommandFails();
     void propertiesOfTheWrongTypeAreAsGoodAsNone();
+    void rightWiringIsNoMatterForAWarning();
+    void wrongWiringIsWarnedOf_data();
+    void wrongWiringIsWarnedOf();
+    void missingPropertiesAreWarnedOf();
+    void anObserverMissesNothing();
+    void aPropertyThatComesTooLateIsWarnedOf();
 
     // The host pulls the rug
     void theParentMayDieBeforeRelease();
@@ -398,6 +442,92 @@ void TestConfigurationsModule::propertiesOfTheWrongTypeAreAsGoodAsNone()
     driver.expectBox(noContactBox());
     QVERIFY(!plugin.module->menuEntries().first()->widget->parentWidget());
     QCOMPARE(controller.channel.trace(), QStringList());
+}
+
+void TestConfigurationsModule::rightWiringIsNoMatterForAWarning()
+{
+    Controller controller;
+    const WiringWarnings warnings;
+    const Plugin plugin;
+    plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
+    plugin.module->setProperty(QStringLiteral("unknown"), QVariant());
+    plugin.module->menuEntries();
+    plugin.module->release();
+    plugin.module->setProperty(QStringLiteral("ObserverMode"), 1); // is read by the next call
+    plugin.module->menuEntries();
+    QCOMPARE(warnings.texts(), QStringList());
+}
+
+void TestConfigurationsModule::wrongWiringIsWarnedOf_data()
+{
+    static ChannelThatIsAnObject channel;
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("warning");
+
+    QTest::newRow("a channel as what it is besides")
+        << "CommandManager" << QVariant::fromValue(&channel)
+        << "property \"CommandManager\" wants IOManager* and got ChannelThatIsAnObject*";
+    QTest::newRow("no channel") << "CommandManager" << QVariant::fromValue<IOManager *>(nullptr)
+                                << "property \"CommandManager\" wants IOManager* and got null";
+    QTest::newRow("versions as a text")
+        << "BackendVersions" << QVariant(QStringLiteral("4.2.0"))
+        << "property \"BackendVersions\" wants BackendVersions* and got QString";
+    QTest::newRow("a parent that is no widget")
+        << "ModuleParent" << QVariant::fromValue<QObject *>(&channel)
+        << "property \"ModuleParent\" wants QWidget* and got QObject*";
+    QTest::newRow("no value") << "ObserverMode" << QVariant()
+                              << "property \"ObserverMode\" wants bool and got no value";
+}
+
+void TestConfigurationsModule::wrongWiringIsWarnedOf()
+{
+    QFETCH(QString, name);
+    QFETCH(QVariant, value);
+    QFETCH(QString, warning);
+    Controller controller;
+    const WiringWarnings warnings;
+    const Plugin plugin;
+    plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
+    plugin.module->setProperty(name, value);
+    QCOMPARE(warnings.texts(), QStringList(warning));
+}
+
+void TestConfigurationsModule::missingPropertiesAreWarnedOf()
+{
+    const WiringWarnings warnings;
+    const Plugin plugin;
+    ModalDriver driver;
+    driver.expectBox(noContactBox());
+    plugin.module->menuEntries();
+    plugin.module->menuEntries();
+    QCOMPARE(warnings.texts(),
+             QStringList({"property \"CommandManager\" was not set before menuEntries()",
+                          "property \"BackendVersions\" was not set before menuEntries()",
+                          "property \"ModuleParent\" was not set before menuEntries()"}));
+}
+
+void TestConfigurationsModule::anObserverMissesNothing()
+{
+    const WiringWarnings warnings;
+    const Plugin plugin;
+    plugin.module->setProperty(QStringLiteral("ObserverMode"), true);
+    plugin.module->menuEntries();
+    QCOMPARE(warnings.texts(), QStringList());
+}
+
+void TestConfigurationsModule::aPropertyThatComesTooLateIsWarnedOf()
+{
+    Controller first;
+    Controller second;
+    const WiringWarnings warnings;
+    const Plugin plugin;
+    plugin.connectTo(&first.channel, &first.versions, &first.window);
+    plugin.module->menuEntries();
+    plugin.module->setProperty(QStringLiteral("BackendVersions"),
+                               QVariant::fromValue(&second.versions));
+    QCOMPARE(warnings.texts(),
+             QStringList("property \"BackendVersions\" was set after menuEntries() had read it"));
 }
 
 void TestConfigurationsModule::theParentMayDieBeforeRelease()

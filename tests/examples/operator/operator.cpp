@@ -1,0 +1,241 @@
+// Uses the plug-in in whatever host it is loaded into, by mouse and keyboard: lists, creates,
+// saves, loads, backs up and restores, in front of the simulator's sample. Its files go to the home
+// folder.
+//
+//     QT_PLUGIN_PATH=FOLDER QT_QPA_GENERIC_PLUGINS=operator HOST
+//
+// It tells what it has done; after the last step it closes the host's window, after the first one
+// that went wrong it aborts the host.
+
+#include "tests/endtoend/table.h"
+#include "tests/support/modaldriver.h"
+#include "tests/support/userinput.h"
+
+#include <QAction>
+#include <QPushButton>
+#include <QApplication>
+#include <QDir>
+#include <QGenericPlugin>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTimer>
+
+namespace {
+
+const QString activeRow = QStringLiteral("* Robot cell 2, tool centre point | R. Okafor | no");
+const QString lockedText = QStringLiteral("Acceptance test, length bar 1.5 m");
+const QString createdText = QStringLiteral("Made by the operator");
+const QString createdRow = createdText + QStringLiteral(" | nobody | no");
+
+void require(bool isTrue, const QString &otherwise)
+{
+    if (!isTrue) {
+        qFatal("operator: %s", qPrintable(otherwise));
+    }
+}
+
+QString homePath(const QString &name)
+{
+    return QDir::home().filePath(name);
+}
+
+bool hasBackupOfTheDay()
+{
+    const QDir folder(homePath(QStringLiteral(".ZOR/VELTRA4/v4.2.0/backup")));
+    return !folder.entryList({QStringLiteral("backup_*_tracker-lab2.xml")}).isEmpty();
+}
+
+QMainWindow *hostWindow()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *window = qobject_cast<QMainWindow *>(widget)) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+class Operator final : public QObject
+{
+public:
+    Operator() { QTimer::singleShot(0, this, &Operator::begin); }
+
+private:
+    /// Once the backup of the day has been made, which would come in between.
+    void begin()
+    {
+        m_window = hostWindow();
+        if (m_window == nullptr || !hasBackupOfTheDay()) {
+            constexpr int pauseMs = 50;
+            QTimer::singleShot(pauseMs, this, &Operator::begin);
+            return;
+        }
+        work();
+        m_window->close();
+    }
+
+    void work()
+    {
+        useList("listed", [this](QDialog *list) { lookAt(list); });
+        useList("unlocked", [this](QDialog *list) { unlock(list); });
+        useList("created", [this](QDialog *list) { create(list); });
+        useList("saved", [this](QDialog *list) { save(list); });
+        useList("loaded", [this](QDialog *list) { load(list); });
+        useList("backed up", [this](QDialog *list) { backUp(list); });
+        useList("deleted", [this](QDialog *list) { deleteCreated(list); });
+        useList("restored", [this](QDialog *list) { restore(list); });
+    }
+
+    template <typename Step>
+    void useList(const char *done, Step step)
+    {
+        m_driver.expectDialog(QStringLiteral("ConfigurationDialog"), [&](QDialog *list) {
+            step(list);
+            UserInput::click(list, "pushButton_exit");
+        });
+        menuAction()->trigger();
+        const QStringList problems = m_driver.takeProblems();
+        require(problems.isEmpty(), problems.join(QStringLiteral("; ")));
+        qInfo("operator: %s", done);
+    }
+
+    QAction *menuAction() const
+    {
+        for (const QAction *menu : m_window->menuBar()->actions()) {
+            for (QAction *action : menu->menu()->actions()) {
+                if (action->text() == QLatin1String("&Configurations")) {
+                    return action;
+                }
+            }
+        }
+        qFatal("operator: the host has no such menu");
+    }
+
+    void expectBox(const QString &title, const QString &text)
+    {
+        m_driver.expectBox({QMessageBox::Information, title, text});
+    }
+
+    void expectQuestion(const QString &title, QMessageBox::StandardButton answer)
+    {
+        m_driver.expectDialog(QString(), [title, answer](QDialog *dialog) {
+            require(dialog->windowTitle() == title, dialog->windowTitle());
+            qobject_cast<QMessageBox *>(dialog)->button(answer)->click();
+        });
+    }
+
+    static void lookAt(QDialog *list)
+    {
+        const QStringList lines = Table::lines(list);
+        require(lines.size() == 12 && lines.contains(activeRow), lines.join('\n'));
+    }
+
+    // While anything is locked, nothing can be restored.
+    void unlock(QDialog *list)
+    {
+        Table::click(list, lockedText);
+        UserInput::click(list, "pushButton_apply");
+        m_driver.expectDialog(QStringLiteral("UnlockConfigurationDialog"), [](QDialog *dialog) {
+            UserInput::type(dialog, "lineEdit_password", QStringLiteral("lock"));
+            UserInput::click(dialog, "pushButton_ok");
+        });
+        UserInput::click(list, "pushButton_lock");
+        const QString unlocked = QStringLiteral("* %1 | metrology lab | no").arg(lockedText);
+        require(Table::lines(list).contains(unlocked), Table::lines(list).join('\n'));
+    }
+
+    void create(QDialog *list)
+    {
+        m_driver.expectDialog(QStringLiteral("NewConfigurationDialog"), [](QDialog *dialog) {
+            UserInput::type(dialog, "lineEdit_desc", createdText);
+            UserInput::type(dialog, "lineEdit_owner", QStringLiteral("nobody"));
+            UserInput::click(dialog, "pushButton_create");
+        });
+        UserInput::click(list, "pushButton_new");
+        require(Table::lines(list).contains("* " + createdRow), Table::lines(list).join('\n'));
+    }
+
+    void save(QDialog *list)
+    {
+        const QString file = homePath(QStringLiteral("saved.dat"));
+        m_driver.expectDialog(QStringLiteral("ConfigSaveDlgClass"), [&](QDialog *dialog) {
+            UserInput::click(dialog, "checkBox_allSettings");
+            UserInput::click(dialog, "pushButton_clearSelection");
+            Table::click(dialog, createdText);
+            m_driver.expectFileDialog(QStringLiteral("Save configuration(s)"), file);
+            expectBox(QStringLiteral("Save Configurations"),
+                      QStringLiteral("Configuration data successfully written to the file\n")
+                          + file);
+            UserInput::click(dialog, "pushButton_save");
+            UserInput::click(dialog, "pushButton_exit");
+        });
+        UserInput::click(list, "pushButton_save");
+    }
+
+    // What was saved has another identifier and comes beside the one that it was made of.
+    void load(QDialog *list)
+    {
+        const int before = Table::lines(list).size();
+        m_driver.expectFileDialog(QStringLiteral("Load Configurations"),
+                                  homePath(QStringLiteral("saved.dat")));
+        m_driver.expectDialog(QStringLiteral("ConfigLoadDlgClass"), [&](QDialog *dialog) {
+            require(Table::lines(dialog).size() == 1, Table::lines(dialog).join('\n'));
+            expectBox(QStringLiteral("Load Configurations"),
+                      QStringLiteral("Loading configuration successfully."));
+            UserInput::click(dialog, "pushButton_load");
+        });
+        UserInput::click(list, "pushButton_load");
+        require(Table::lines(list).size() == before + 1, Table::lines(list).join('\n'));
+    }
+
+    void backUp(QDialog *list)
+    {
+        m_driver.expectDialog(QStringLiteral("ConfigSaveDlgClass"), [&](QDialog *dialog) {
+            m_driver.expectFileDialog(QStringLiteral("Backup all settings"),
+                                      homePath(QStringLiteral("backup.xml")));
+            expectBox(QStringLiteral("Success"), QStringLiteral("Backup created!"));
+            UserInput::click(dialog, "pushButton_save");
+            UserInput::click(dialog, "pushButton_exit");
+        });
+        UserInput::click(list, "pushButton_save");
+    }
+
+    void deleteCreated(QDialog *list)
+    {
+        Table::click(list, createdText);
+        expectQuestion(QStringLiteral("Warning"), QMessageBox::Ok);
+        UserInput::click(list, "pushButton_delete");
+        require(Table::lines(list).filter(createdRow).isEmpty(), Table::lines(list).join('\n'));
+    }
+
+    void restore(QDialog *list)
+    {
+        m_driver.expectFileDialog(QStringLiteral("Load Configurations"),
+                                  homePath(QStringLiteral("backup.xml")));
+        expectQuestion(QStringLiteral("Confirmation"), QMessageBox::Yes);
+        expectQuestion(QStringLiteral("Confirmation"), QMessageBox::No); // host name and address
+        expectBox(QStringLiteral("Success"), QStringLiteral("Backup restored!"));
+        UserInput::click(list, "pushButton_load");
+        require(Table::lines(list).contains("* " + createdRow), Table::lines(list).join('\n'));
+    }
+
+    QMainWindow *m_window = nullptr;
+    ModalDriver m_driver;
+};
+
+} // namespace
+
+class OperatorPlugin final : public QGenericPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "operator.json")
+
+public:
+    QObject *create(const QString & /*name*/, const QString & /*specification*/) override
+    {
+        return new Operator;
+    }
+};
+
+#include "operator.moc"
