@@ -2,7 +2,6 @@
 
 #include "backup/documentguard.h"
 #include "backup/documentproblem.h"
-#include "backup/markupmeter.h"
 #include "backup/refusingnetwork.h"
 #include "resources/resources.h"
 
@@ -16,7 +15,6 @@
 #include <QXmlSchemaValidator>
 #include <QXmlStreamReader>
 
-#include <algorithm>
 #include <optional>
 
 namespace {
@@ -60,41 +58,10 @@ private:
     QSourceLocation m_location;
 };
 
-const QLatin1String instanceNamespace("http://www.w3.org/2001/XMLSchema-instance");
-
-std::optional<QByteArray> documentAt(const QString &path, MarkupMeter *meter)
+std::optional<QByteArray> documentAt(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? DocumentGuard::read(&file, meter) : std::nullopt;
-}
-
-// Nothing in a backup is in a namespace, but an element may have hints for a validator.
-bool hasForeignNames(const QXmlStreamReader &xml)
-{
-    const QXmlStreamAttributes attributes = xml.attributes();
-    return !xml.namespaceUri().isEmpty()
-        || std::any_of(attributes.begin(), attributes.end(),
-                       [](const QXmlStreamAttribute &attribute) {
-                           return attribute.namespaceUri() != instanceNamespace;
-                       });
-}
-
-// Whether no element has a name, or an attribute, that belongs to another kind of document; tells
-// otherwise where. False as well if the document is not well-formed.
-bool hasOwnNamesOnly(const QByteArray &document, DocumentProblem *problem)
-{
-    QXmlStreamReader xml(document);
-    while (!xml.atEnd()) {
-        xml.readNext();
-        if (xml.isStartElement() && hasForeignNames(xml)) {
-            xml.raiseError(QStringLiteral("Element %1 has names that no backup has.")
-                               .arg(xml.qualifiedName().toString()));
-        }
-    }
-    if (xml.hasError()) {
-        *problem = {xml.errorString(), xml.lineNumber(), xml.columnNumber()};
-    }
-    return !xml.hasError();
+    return file.open(QIODevice::ReadOnly) ? DocumentGuard::read(&file) : std::nullopt;
 }
 
 class LoadedSchema
@@ -107,38 +74,26 @@ public:
         m_isUsable = m_schema.load(schema, QUrl()) && m_schema.isValid();
     }
 
-    BackupSchema::Verdict judge(const QString &path, DocumentProblem *problem);
-
-    /// How many characters that may be names it has been given so far.
-    qint64 markupSeen() const { return m_markupSeen; }
+    BackupSchema::Verdict judge(const QString &path, DocumentProblem *problem) const;
 
 private:
-    bool isValid(const QByteArray &document, const QUrl &address, DocumentProblem *problem);
+    bool isValid(const QByteArray &document, const QUrl &address, DocumentProblem *problem) const;
 
     ReasonKeeper m_reasons;
     RefusingNetwork m_network;
     QXmlSchema m_schema;
     bool m_isUsable = false;
-    qint64 m_markupSeen = 0;
 };
 
-BackupSchema::Verdict LoadedSchema::judge(const QString &path, DocumentProblem *problem)
+BackupSchema::Verdict LoadedSchema::judge(const QString &path, DocumentProblem *problem) const
 {
     using BackupSchema::Verdict;
     if (!m_isUsable) {
         return Verdict::SchemaUnusable;
     }
-    MarkupMeter meter;
-    const std::optional<QByteArray> document = documentAt(path, &meter);
+    const std::optional<QByteArray> document = documentAt(path);
     if (!document) {
         *problem = {QStringLiteral("Cannot be read, or costs too much to be read."), 0, 0};
-        return Verdict::NoBackup;
-    }
-    m_markupSeen += meter.markup();
-    // The validator hashes the namespace of each element and attribute anew. Where that would take
-    // its time, it is not to see any but those of a backup, which are short.
-    constexpr qint64 bearable = 64LL * 1024 * 1024; // characters, less than a second
-    if (meter.costOfNames() > bearable && !hasOwnNamesOnly(*document, problem)) {
         return Verdict::NoBackup;
     }
     const QUrl address = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
@@ -146,7 +101,7 @@ BackupSchema::Verdict LoadedSchema::judge(const QString &path, DocumentProblem *
 }
 
 bool LoadedSchema::isValid(const QByteArray &document, const QUrl &address,
-                           DocumentProblem *problem)
+                           DocumentProblem *problem) const
 {
     ReasonKeeper reasons;
     RefusingNetwork network; // takes the replies with it
@@ -162,12 +117,13 @@ bool LoadedSchema::isValid(const QByteArray &document, const QUrl &address,
 
 // Qt loses some 9 KB with each schema, so one is kept, to the end of the process: at its very end
 // there is no application any more for what it holds. But a schema never forgets a name that it was
-// given; after too many another takes its place.
-LoadedSchema &keptSchema()
+// given; after some documents another takes its place.
+const LoadedSchema &keptSchema()
 {
-    constexpr int mostMarkup = 1024 * 1024; // some thousand backups
+    constexpr int mostDocuments = 1000;
     static LoadedSchema *kept = nullptr;
-    if (!kept || kept->markupSeen() > mostMarkup) {
+    static int documents = 0;
+    if (documents++ % mostDocuments == 0) {
         delete kept;
         kept = new LoadedSchema(BackupSchema::embedded());
     }

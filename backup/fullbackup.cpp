@@ -2,7 +2,6 @@
 
 #include "backup/version.h"
 #include "hostapi/backendversions.h"
-#include "hostapi/iomanager.h"
 
 #include <stdexcept>
 
@@ -12,7 +11,12 @@ constexpr int firstMajorThatCanBeAsked = 4;
 } // namespace
 
 FullBackup::FullBackup(IOManager *channel, BackendVersions *versions)
-    : m_channel(channel)
+    : FullBackup(Controller(channel), versions)
+{
+}
+
+FullBackup::FullBackup(const Controller &controller, BackendVersions *versions)
+    : m_controller(controller)
     , m_versions(versions)
 {
 }
@@ -24,12 +28,12 @@ bool FullBackup::isControllerEmbedded()
     if (m_versions->ptVersion.major < firstMajorThatCanBeAsked) {
         return true;
     }
-    bool isEmbedded = false;
-    m_channel->setTimeout(0, embeddedTimeoutMs, 1);
-    if (m_channel->queryBool(&isEmbedded, "system controller_embedded") != 0) {
+    m_controller.setTimeout(embeddedTimeoutMs, 1);
+    const std::optional<bool> isEmbedded = m_controller.isEmbedded();
+    if (!isEmbedded) {
         throw std::runtime_error("connection error");
     }
-    return isEmbedded;
+    return *isEmbedded;
 }
 
 bool FullBackup::isCompatibleWithController(bool *embedded)
@@ -48,10 +52,10 @@ bool FullBackup::isCompatibleWithController(bool *embedded)
 
 bool FullBackup::cancelDownload()
 {
-    return m_channel->sendCommand("system download cancel") == 0;
+    return m_controller.cancelDownload();
 }
 
 bool FullBackup::cancelUpload()
 {
-    return m_channel->sendCommand("system upload cancel") == 0;
+    return m_controller.cancelUpload();
 }

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "channel/controller.h"
 #include "hostapi/version.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
-class IOManager;
 class QIODevice;
 class QXmlStreamReader;
 class QXmlStreamWriter;
@@ -28,6 +28,8 @@ class FullBackup
 public:
     /// @p channel and @p versions are not owned and must outlive the backup.
     FullBackup(IOManager *channel, BackendVersions *versions);
+    /// The same for whoever may be destroyed within a command.
+    FullBackup(const Controller &controller, BackendVersions *versions);
     virtual ~FullBackup();
     FullBackup(const FullBackup &) = delete;
     FullBackup &operator=(const FullBackup &) = delete;
@@ -50,10 +52,10 @@ public:
 
     /// Writes the document to @p path, replacing what is there.
     ///
-    /// Under that name there is the whole new document afterwards or, after a failed write, no file
-    /// at all. A process that is killed meanwhile leaves what was there before, and a file beside
-    /// it whose name has six more letters. (Where the folder is closed but the file is writable, it
-    /// is written in place, and being killed leaves it incomplete.)
+    /// It is replaced in one step: a process that is killed meanwhile leaves what was there before,
+    /// and a file beside it whose name has six more letters. Where that cannot be done, for want of
+    /// room or in a closed folder, the document is written in place. Only when that fails as well
+    /// nothing is left under that name.
     /// @return false if the file cannot be opened, if a text has a character that XML cannot carry,
     /// in both cases leaving everything as it was; or if writing failed
     bool writeToFile(const QString &path) const;
@@ -119,7 +121,7 @@ public:
     /// @}
 
 private:
-    IOManager *m_channel;
+    Controller m_controller;
     BackendVersions *m_versions;
 
 public:
@@ -142,7 +144,8 @@ public:
 
 private:
     bool isRepresentableInXml() const;
-    bool writeToDevice(const QString &path) const;
+    bool replaceFile(const QString &path) const;
+    bool writeInPlace(const QString &path) const;
     bool writeDocument(QIODevice *device) const;
     bool write_ZORControllerInfo_toFile(QXmlStreamWriter &xml) const;
     static bool write_ZORBackupInfo_toFile(QXmlStreamWriter &xml);
@@ -155,10 +158,18 @@ private:
     bool read_ZORBackupData_fromFile(QXmlStreamReader &xml);
     bool read_ZORXQUSlaves_fromFile(QXmlStreamReader &xml);
 
+    using Query = bool (Controller::*)(ReplyBuffer *) const;
+
     bool readIdentity();
     bool readNetworkSettings();
     bool prepareDownload();
     void prepareSlot(int slot);
-    bool downloadChunks();
-    bool ask(const char *query, QString *text);
+    bool ask(Query query, QString *text);
+
+    bool setNetwork(bool withAddress);
+    bool readConfigurations(QStringList *list);
+    bool importItems(const QStringList &items, const QStringList &existing);
+    bool removeForeignSlaves(const QStringList &connected);
+    bool addSlave(const QString &slave);
+    bool isSlaveBack(const QString &slave);
 };

@@ -1,13 +1,9 @@
 #include "backup/fullbackup.h"
 
-#include "channel/answeredcount.h"
-#include "channel/downloadanswer.h"
+#include "channel/chunkdownload.h"
 #include "channel/replybuffer.h"
 #include "channel/transferencoding.h"
 #include "hostapi/backendversions.h"
-#include "hostapi/iomanager.h"
-
-#include <optional>
 
 namespace {
 
@@ -24,13 +20,13 @@ constexpr int maxChunks = maxConfigDataSize / TransferEncoding::chunkSize;
 int FullBackup::collectFromController()
 {
     const bool isCollected = readIdentity() && readConnectedSlaves(&slaves) && readNetworkSettings()
-        && ask("config active_config", &activeConfig) && downloadConfigData() == 0;
+        && ask(&Controller::activeConfiguration, &activeConfig) && downloadConfigData() == 0;
     return isCollected ? 1 : 0;
 }
 
 bool FullBackup::readIdentity()
 {
-    if (!ask("system hostname", &name) || !ask("system controller_serial", &serial)) {
+    if (!ask(&Controller::hostname, &name) || !ask(&Controller::serial, &serial)) {
         return false;
     }
     ptVersion = m_versions->ptVersion;
@@ -42,32 +38,31 @@ bool FullBackup::readIdentity()
 bool FullBackup::readConnectedSlaves(QStringList *list)
 {
     list->clear();
-    int number = 0;
-    if (m_channel->queryInt(&number, "cascade number_of_connected_slaves") != 0
-        || !isBelievable(number)) {
+    const std::optional<int> count = m_controller.numberOfConnectedSlaves();
+    if (!count) {
         return false;
     }
-    for (int i = 1; i <= number; ++i) {
-        ReplyBuffer reply;
-        if (m_channel->queryString(reply.data(), "cascade connected_slave d%02d", i) != 0) {
+    for (int number = 1; number <= *count; ++number) {
+        ReplyBuffer slave;
+        if (!m_controller.connectedSlave(number, &slave)) {
             return false;
         }
-        list->append(reply.utf8Text());
+        list->append(slave.utf8Text());
     }
     return true;
 }
 
 bool FullBackup::readNetworkSettings()
 {
-    if (!ask("system net", &net)) {
+    if (!ask(&Controller::net, &net)) {
         return false;
     }
     if (!isControllerEmbedded()) {
         domain = nameServer = ntpServer = QStringLiteral("none");
         return true;
     }
-    return ask("system domainname", &domain) && ask("system nameserver", &nameServer)
-        && ask("system ntp_server", &ntpServer);
+    return ask(&Controller::domainName, &domain) && ask(&Controller::nameServer, &nameServer)
+        && ask(&Controller::ntpServer, &ntpServer);
 }
 
 int FullBackup::downloadConfigData()
@@ -76,7 +71,11 @@ int FullBackup::downloadConfigData()
     if (!prepareDownload()) {
         return downloadNotStarted;
     }
-    if (!downloadChunks()) {
+    const auto append = [this](const Chunk &chunk) {
+        configData += chunk.bytes;
+        return chunk.total <= maxChunks;
+    };
+    if (downloadChunks(m_controller, append) != DownloadEnd::Complete) {
         configData.clear();
         return downloadBrokeOff;
     }
@@ -85,17 +84,19 @@ int FullBackup::downloadConfigData()
 
 bool FullBackup::prepareDownload()
 {
-    int number = 0;
-    if (!cancelDownload() || m_channel->queryInt(&number, "config number_of_configs") != 0
-        || number == 0 || !isBelievable(number)) {
+    if (!m_controller.cancelDownload()) {
         return false;
     }
-    m_channel->setTimeout(0, prepareTimeoutMs, 1);
-    if (m_channel->sendCommand("system download prepare 'config' '__base'") != 0) {
-        cancelDownload();
+    const std::optional<int> count = m_controller.numberOfConfigurations();
+    if (!count || *count == 0) {
         return false;
     }
-    for (int slot = 1; slot <= number; ++slot) {
+    m_controller.setTimeout(prepareTimeoutMs, 1);
+    if (!m_controller.prepareDownloadOfBase()) {
+        m_controller.cancelDownload();
+        return false;
+    }
+    for (int slot = 1; slot <= *count; ++slot) {
         prepareSlot(slot);
     }
     return true;
@@ -106,42 +107,16 @@ bool FullBackup::prepareDownload()
 void FullBackup::prepareSlot(int slot)
 {
     ReplyBuffer identifier;
-    if (m_channel->queryString(identifier.data(), "config config t%02d", slot) != 0) {
-        return;
-    }
-    m_channel->setTimeout(0, prepareTimeoutMs, 1);
-    m_channel->sendCommand("system download prepare 'config' '%s'",
-                           identifier.utf8Text().toLatin1().constData());
-}
-
-bool FullBackup::downloadChunks()
-{
-    int expected = 0; // the first number that is not 0; those after it are not looked at
-    for (int chunk = 1;; ++chunk) {
-        ReplyBuffer reply;
-        if (m_channel->queryString(reply.data(), "system download %d", chunk) != 0) {
-            return false;
-        }
-        const std::optional<DownloadAnswer> answer = parseDownloadAnswer(reply.bytes());
-        if (!answer || TransferEncoding::decode(answer->text, &configData) < 0) {
-            return false;
-        }
-        if (expected == 0) {
-            expected = answer->total;
-        }
-        if (chunk >= expected) {
-            return true;
-        }
-        if (expected > maxChunks) {
-            return false;
-        }
+    if (m_controller.identifierInSlot(slot, &identifier)) {
+        m_controller.setTimeout(prepareTimeoutMs, 1);
+        m_controller.prepareDownload(identifier.utf8Text());
     }
 }
 
-bool FullBackup::ask(const char *query, QString *text)
+bool FullBackup::ask(Query query, QString *text)
 {
     ReplyBuffer reply;
-    if (m_channel->queryString(reply.data(), query) != 0) {
+    if (!(m_controller.*query)(&reply)) {
         return false;
     }
     *text = reply.utf8Text();

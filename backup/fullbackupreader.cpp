@@ -82,32 +82,27 @@ bool readText(QXmlStreamReader &xml, QString *text)
 bool readFixedText(QXmlStreamReader &xml, const char *expected)
 {
     QString text;
-    if (!readText(xml, &text)) {
-        return false;
-    }
-    return text == QLatin1String(expected)
-        || refuse(xml, QStringLiteral("The field does not hold \"%1\".").arg(expected));
+    return readText(xml, &text)
+        && (text == QLatin1String(expected)
+            || refuse(xml, QStringLiteral("The field does not hold \"%1\".").arg(expected)));
 }
 
 bool readVersion(QXmlStreamReader &xml, Version *version)
 {
     QString text;
-    if (!readText(xml, &text)) {
-        return false;
-    }
     bool isVersion = false;
-    *version = parseVersion(text, &isVersion);
+    if (readText(xml, &text)) {
+        *version = parseVersion(text, &isVersion);
+    }
     return isVersion || refuse(xml, QStringLiteral("The field holds no version."));
 }
 
 bool readFormatVersion(QXmlStreamReader &xml)
 {
     QString text;
-    if (!readText(xml, &text)) {
-        return false;
-    }
-    return parseVersion(text) == Version{1, 0, 0}
-    || refuse(xml, QStringLiteral("The field does not hold the version 1.0.0."));
+    return readText(xml, &text)
+        && (parseVersion(text) == Version{1, 0, 0}
+            || refuse(xml, QStringLiteral("The field does not hold the version 1.0.0.")));
 }
 
 bool readConfigData(QXmlStreamReader &xml, QByteArray *configData)
@@ -117,14 +112,6 @@ bool readConfigData(QXmlStreamReader &xml, QByteArray *configData)
     }
     *configData = QByteArray::fromBase64Encoding(xml.text().toLatin1()).decoded;
     return true;
-}
-
-bool reported(bool isRead, const char *reader)
-{
-    if (!isRead) {
-        qDebug().nospace() << reader << "() failed";
-    }
-    return isRead;
 }
 
 } // namespace
@@ -157,22 +144,20 @@ bool FullBackup::readFromFile(const QString &path, DocumentProblem *problem)
 
 bool FullBackup::read_ZOR_fromFile(QXmlStreamReader &xml)
 {
-    return readElement(
-        xml, "ZOR",
-        {{"ZORFileInfo",
-          [&] { return reported(read_ZORFileInfo_fromFile(xml), "read_ZORFileInfo_fromFile"); }},
-         {"ZORControllerInfo",
-          [&] {
-              return reported(read_ZORControllerInfo_fromFile(xml),
-                              "read_ZORControllerInfo_fromFile");
-          }},
-         {"ZORBackupInfo",
-          [&] {
-              return reported(read_ZORBackupInfo_fromFile(xml), "read_ZORBackupInfo_fromFile");
-          }},
-         {"ZORBackupData", [&] {
-              return reported(read_ZORBackupData_fromFile(xml), "read_ZORBackupData_fromFile");
-          }}});
+    const auto section = [this, &xml](const char *element, auto read) {
+        return Child{element, [=, &xml] {
+                         const bool isRead = (this->*read)(xml);
+                         if (!isRead) {
+                             qDebug().nospace() << "read_" << element << "_fromFile() failed";
+                         }
+                         return isRead;
+                     }};
+    };
+    return readElement(xml, "ZOR",
+                       {section("ZORFileInfo", &FullBackup::read_ZORFileInfo_fromFile),
+                        section("ZORControllerInfo", &FullBackup::read_ZORControllerInfo_fromFile),
+                        section("ZORBackupInfo", &FullBackup::read_ZORBackupInfo_fromFile),
+                        section("ZORBackupData", &FullBackup::read_ZORBackupData_fromFile)});
 }
 
 bool FullBackup::read_ZORFileInfo_fromFile(QXmlStreamReader &xml)

@@ -71,48 +71,36 @@ bool writeBase64Section(QXmlStreamWriter &xml, const QByteArray &bytes)
 
 bool FullBackup::writeToFile(const QString &path) const
 {
-    if (path.isEmpty() || !isRepresentableInXml()) {
-        return false;
-    }
+    return isRepresentableInXml() && (replaceFile(path) || writeInPlace(path));
+}
+
+bool FullBackup::replaceFile(const QString &path) const
+{
     const QFileInfo target(path);
     if (target.exists() && !target.isFile()) {
-        return writeToDevice(path);
+        return false; // replacing a device would take it away from the whole system
     }
     QSaveFile file(path);
-    file.setDirectWriteFallback(true);
+    // commit() does not tell of a failure to flush.
+    return file.open(QIODevice::WriteOnly) && writeDocument(&file) && file.flush() && file.commit();
+}
+
+bool FullBackup::writeInPlace(const QString &path) const
+{
+    QFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
-    // commit() does not tell of a failure to flush, nor of any when the file is written in place.
     const bool isWritten = writeDocument(&file) && file.flush();
-    if (!isWritten) {
-        file.cancelWriting();
-    }
-    if (file.commit() && isWritten) {
+    file.close();
+    if (isWritten && file.error() == QFileDevice::NoError) {
         return true;
     }
-    // An older file goes too: whatever has this name after a failure would pass for the backup that
-    // was asked for. What cannot be removed is at least no half backup.
-    if (!QFile::remove(path)) {
-        QFile::resize(path, 0);
-    }
-    return false;
-}
-
-// Replacing a device by a file would take it away from the whole system.
-bool FullBackup::writeToDevice(const QString &path) const
-{
-    QFile device(path);
-    if (!device.open(QIODevice::WriteOnly)) {
-        return false;
-    }
-    const bool isWritten = writeDocument(&device) && device.flush();
-    device.close();
-    if (isWritten && device.error() == QFileDevice::NoError) {
-        return true;
-    }
-    if (QFileInfo(path).isSymLink()) {
-        QFile::remove(path);
+    // Whatever has this name now would pass for the backup that was asked for. What cannot be
+    // removed is at least no half backup.
+    const QFileInfo target(path);
+    if ((target.isFile() || target.isSymLink()) && !file.remove()) {
+        file.resize(0);
     }
     return false;
 }

@@ -6,6 +6,7 @@
 #include "bench/freechannel.h"
 #include "bench/sampledata.h"
 #include "bench/socketchannel.h"
+#include "channel/controller.h"
 #include "channel/transferencoding.h"
 #include "transfer/configurationdownload.h"
 #include "transfer/configurationupload.h"
@@ -34,9 +35,9 @@ int chunksOf(const benchmark::State &state)
 
 /// A channel of which everything is asked for.
 template <typename Channel>
-struct Controller : Channel
+struct Backend : Channel
 {
-    explicit Controller(const benchmark::State &state)
+    explicit Backend(const benchmark::State &state)
     {
         this->setConfigurations(configurations);
         this->setDownload(sizeOf(state));
@@ -57,7 +58,7 @@ private:
 template <typename Channel>
 void collect(benchmark::State &state)
 {
-    Controller<Channel> channel(state);
+    Backend<Channel> channel(state);
     BackendVersions versions = SampleData::versions();
     for (auto _ : state) {
         FullBackup backup(&channel, &versions);
@@ -71,7 +72,7 @@ void collect(benchmark::State &state)
 template <typename Channel>
 void collectBarely(benchmark::State &state)
 {
-    Controller<Channel> channel(state);
+    Backend<Channel> channel(state);
     for (auto _ : state) {
         BareLoops::collect(&channel, chunksOf(state));
     }
@@ -94,9 +95,9 @@ void saveRepeatedly(benchmark::State &state, Save save)
 template <typename Channel>
 void save(benchmark::State &state)
 {
-    Controller<Channel> channel(state);
+    Backend<Channel> channel(state);
     saveRepeatedly(state, [&](const QString &path) {
-        return ConfigurationDownload(&channel).run(path) == ConfigurationDownload::success;
+        return downloadConfigurationFile(Controller(&channel), path) == 0;
     });
 }
 
@@ -104,7 +105,7 @@ void save(benchmark::State &state)
 template <typename Channel>
 void saveBarely(benchmark::State &state)
 {
-    Controller<Channel> channel(state);
+    Backend<Channel> channel(state);
     const QByteArray bytes = SampleData::bytes(sizeOf(state));
     saveRepeatedly(state, [&](const QString &path) {
         BareLoops::download(&channel, chunksOf(state));
@@ -117,7 +118,7 @@ void saveBarely(benchmark::State &state)
 template <typename Channel>
 void saveByChunks(benchmark::State &state)
 {
-    Controller<Channel> channel(state);
+    Backend<Channel> channel(state);
     const QByteArray bytes = SampleData::bytes(TransferEncoding::chunkSize);
     saveRepeatedly(state, [&](const QString &path) {
         BareLoops::download(&channel, chunksOf(state));
@@ -137,7 +138,7 @@ void saveByChunks(benchmark::State &state)
 template <typename Channel>
 void uploadFile(benchmark::State &state)
 {
-    Controller<Channel> channel(state);
+    Backend<Channel> channel(state);
     const TargetFile source;
     QFile file(source.path());
     if (!file.open(QIODevice::WriteOnly) || file.write(SampleData::bytes(sizeOf(state))) < 0) {
@@ -147,7 +148,7 @@ void uploadFile(benchmark::State &state)
     file.close();
     for (auto _ : state) {
         channel.sendCommand("system upload cancel");
-        if (ConfigurationUpload(&channel).run(source.path()) != ConfigurationUpload::success) {
+        if (uploadConfigurationFile(Controller(&channel), source.path()) != 0) {
             state.SkipWithError("the upload failed");
         }
     }
@@ -156,7 +157,7 @@ void uploadFile(benchmark::State &state)
 template <typename Channel>
 void uploadBackup(benchmark::State &state)
 {
-    Controller<Channel> channel(state);
+    Backend<Channel> channel(state);
     BackendVersions versions = SampleData::versions();
     FullBackup backup(&channel, &versions);
     backup.configData = SampleData::bytes(sizeOf(state));
@@ -168,7 +169,7 @@ void uploadBackup(benchmark::State &state)
 template <typename Channel>
 void uploadBarely(benchmark::State &state)
 {
-    Controller<Channel> channel(state);
+    Backend<Channel> channel(state);
     for (auto _ : state) {
         BareLoops::upload(&channel, chunksOf(state));
     }

@@ -21,10 +21,10 @@ SKIPPED = 77
 
 
 OPERATIONS = {
-    "refresh, per row": "ChangeConfigurationDlg::refreshList()",
+    "refresh, per row": "refreshList(ChangeConfigurationDlg*)",
     "collect, per chunk": "FullBackup::downloadConfigData()",
-    "save, per chunk": "ConfigurationDownload::run(QString const&)",
-    "upload of a file, per chunk": "ConfigurationUpload::run(QString const&)",
+    "save, per chunk": "downloadConfigurationFile(Controller const&, QString const&)",
+    "upload of a file, per chunk": "uploadConfigurationFile(Controller const&, QString const&)",
     "upload of a backup, per chunk": "FullBackup::uploadConfigData()",
 }
 

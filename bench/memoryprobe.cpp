@@ -5,6 +5,7 @@
 #include "backup/fullbackup.h"
 #include "bench/freechannel.h"
 #include "bench/sampledata.h"
+#include "channel/controller.h"
 #include "transfer/configurationdownload.h"
 
 #include <QCoreApplication>
@@ -48,7 +49,7 @@ bool save(int size, const QString &path)
 {
     FreeChannel channel;
     channel.setDownload(size);
-    return ConfigurationDownload(&channel).run(path) == ConfigurationDownload::success;
+    return downloadConfigurationFile(Controller(&channel), path) == 0;
 }
 
 bool run(const QString &what, int size, const QString &path)

@@ -1,8 +1,8 @@
 #include "channel/importitem.h"
 
 #include "channel/answeredcount.h"
+#include "channel/controller.h"
 #include "channel/replybuffer.h"
-#include "hostapi/iomanager.h"
 
 #include <QStringList>
 
@@ -17,8 +17,7 @@ std::optional<int> parseCount(const QString &answer)
     if (words.value(1) != QLatin1String("config")) {
         return std::nullopt;
     }
-    const int count = words.first().toInt();
-    return isBelievable(count) ? std::optional<int>(count) : std::nullopt;
+    return believedCount(words.first().toInt());
 }
 
 QString withoutSingleQuotes(QString text)
@@ -35,10 +34,10 @@ ImportItem parseImportItem(const QString &line)
             withoutSingleQuotes(pieces.value(2))};
 }
 
-ImportOffer queryImportItems(IOManager *channel, ImportItemList *items)
+ImportOffer queryImportItems(const Controller &controller, QVector<QByteArray> *lines)
 {
     ReplyBuffer reply;
-    if (channel->queryString(reply.data(), "system import available") != 0) {
+    if (!controller.importOffer(&reply)) {
         return ImportOffer::NoAnswer;
     }
     const std::optional<int> count = parseCount(reply.text());
@@ -46,12 +45,10 @@ ImportOffer queryImportItems(IOManager *channel, ImportItemList *items)
         return ImportOffer::NotConfigurations;
     }
 
-    items->clear();
-    int unanswered = 0;
-    for (int i = 1; i <= *count && unanswered < maxUnanswered; ++i) {
-        const int result = channel->queryString(reply.data(), "system import item i%02d", i);
-        unanswered = result == 0 ? 0 : unanswered + 1;
-        items->append(parseImportItem(reply.text()));
+    lines->clear();
+    for (int number = 1; number <= *count; ++number) {
+        controller.importItem(number, &reply);
+        lines->append(reply.bytes());
     }
     return ImportOffer::Read;
 }

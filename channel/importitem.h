@@ -1,9 +1,10 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
-class IOManager;
+class Controller;
 
 /// One configuration that the controller found in what was uploaded to it.
 struct ImportItem
@@ -12,8 +13,6 @@ struct ImportItem
     QString owner;       ///< may be empty
     QString description; ///< may be empty
 };
-
-using ImportItemList = QVector<ImportItem>;
 
 /// Reads how the controller describes one item: its identifier, then owner and description, each in
 /// single quotes and with a blank before it.
@@ -31,17 +30,11 @@ enum class ImportOffer {
     NotConfigurations ///< what was uploaded does not hold configurations
 };
 
-/// Asks the controller what the data uploaded before holds, and lists it in the controller's order,
-/// the base configuration included.
+/// Asks the controller what the data uploaded before holds, item by item.
 ///
-/// The controller announces the number of items and describes them one by one. An item that it does
-/// not describe when asked stands in the list with the answer before; only after
-/// ::maxUnanswered such items in a row the rest is given up. An announcement of more than
-/// ::maxAnsweredCount is not believed.
+/// An item that it does not describe when asked stands in the list with the answer before. An
+/// announcement of more than ::maxAnsweredCount is not believed.
 ///
-/// @param channel  not owned
-/// @param items    replaced when the result is Read, left alone otherwise
-ImportOffer queryImportItems(IOManager *channel, ImportItemList *items);
-
-/// Nobody is there any more after so many queries without an answer.
-inline constexpr int maxUnanswered = 100;
+/// @param lines  replaced by the descriptions, in the controller's order and the base configuration
+///               included, when the result is Read; left alone otherwise
+ImportOffer queryImportItems(const Controller &controller, QVector<QByteArray> *lines);

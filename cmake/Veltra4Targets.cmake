@@ -50,9 +50,10 @@ add_library(projectversion INTERFACE)
 target_include_directories(projectversion INTERFACE "${PROJECT_BINARY_DIR}/generated")
 
 # veltra4_add_library(<name> SOURCES <file>... [LINK <target>...])
-# One folder's static library. Forms that its sources include are compiled automatically.
+# One folder's static library. Forms that its headers include are compiled automatically.
 function(veltra4_add_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC veltra4_options ${arg_LINK})
+    target_include_directories(${name} INTERFACE "${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/include")
 endfunction()

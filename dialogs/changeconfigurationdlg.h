@@ -1,20 +1,16 @@
 #pragma once
 
-#include "channel/configentry.h"
-#include "channel/guardedchannel.h"
+#include "ui_changeconfigurationdlg.h"
+
+#include "channel/controller.h"
+#include "dialogs/configurationlist.h"
 
 #include <QDialog>
 #include <QIcon>
 
-#include <memory>
-
 class ConfigLoadDlg;
 class ConfigSaveDlg;
 struct BackendVersions;
-namespace Ui {
-class ConfigurationDialog;
-}
-
 /// Lists the controller's configurations and offers everything that can be done with them.
 ///
 /// Built once, shown again and again. It holds no state of the controller between refreshes:
@@ -28,17 +24,12 @@ class ChangeConfigurationDlg : public QDialog
     Q_OBJECT
 
 public:
-    /// Creates the save and load dialogs along with itself, but leaves the table empty:
-    /// refreshList() follows.
-    /// @p channel and @p versions are not owned and must outlive the dialog.
+    /// Creates the save and load dialogs along with itself and reads everything for the first time.
+    /// @p channel and @p versions are not owned and must outlive the dialog; @p channel may be
+    /// null.
+    /// @throws OwnerDestroyed when the host destroys @p parent meanwhile
     ChangeConfigurationDlg(IOManager *channel, BackendVersions *versions, QWidget *parent);
     ~ChangeConfigurationDlg() override;
-
-    /// Reads everything from the controller and fills the table, sorted by description.
-    /// @return 0, or -1 when the controller does not answer; the user has been told, and the table
-    /// keeps what it showed before
-    /// @throws OwnerDestroyed when the host destroys the dialog within a command
-    int refreshList();
 
 public slots:
     /// Reads the list anew and shows the dialog modally.
@@ -59,13 +50,13 @@ private slots: // connected by name in setupUi(), never by hand
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    struct RowReplies;
-
     void setUpTable();
-    void showFreeSpace();
-    bool readCount(int *count);
-    void readActiveId();
-    ConfigEntry readSlot(int slot, RowReplies *replies);
+    void refreshBeforeAdoption(QWidget *parent);
+    /// Reads everything from the controller and fills the table, sorted by description.
+    /// @return 0, or -1 when the controller does not answer; the user has been told, and the table
+    /// keeps what it showed before
+    int refreshList();
+    void showFreeSpace(double free);
     void showRow(int row, const ConfigEntry &entry);
     void clearSelection();
     void disableRowButtons();
@@ -75,25 +66,21 @@ private:
     void selectActiveRow();
     void showActiveDescription();
     void focusTable();
-    bool activate(int row);
+    bool activate(const QString &identifier);
     void deleteConfiguration(const QString &identifier);
     void activateLockedOrEdit(int row);
     bool runEditDialog(const QString &identifier);
 
     int currentRow() const;
     QString textAt(int row, int column) const;
-    bool succeeded(int result, const char *errorText);
 
-    const std::unique_ptr<Ui::ConfigurationDialog> m_ui;
-    GuardedChannel m_channel;
-    BackendVersions *m_versions;
-    bool m_hasLocks = false;
-    bool m_hasTransfers = false;
+    Ui::ConfigurationDialog m_ui;
+    IOManager *m_channel; ///< for the dialogs that are opened
+    Controller m_controller;
+    ConfigurationList m_list;
     bool m_isDoubleClicked = false; ///< the signal is being handled
     QIcon m_lockIcon;
     QIcon m_unlockIcon;
-    QString m_activeId; ///< as read by the last refresh
-    ConfigEntryList m_configurations;
     ConfigSaveDlg *m_saveDialog;
     ConfigLoadDlg *m_loadDialog;
 };

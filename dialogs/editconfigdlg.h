@@ -1,14 +1,10 @@
 #pragma once
 
-#include "channel/guardedchannel.h"
+#include "ui_editconfigdlg.h"
+
+#include "channel/controller.h"
 
 #include <QDialog>
-
-#include <memory>
-
-namespace Ui {
-class EditConfigDialog;
-}
 
 /// Changes the owner and the description of one of the controller's configurations.
 ///
@@ -22,7 +18,6 @@ class EditConfigDlg : public QDialog
 public:
     /// @p channel is not owned and must outlive the dialog.
     EditConfigDlg(IOManager *channel, QWidget *parent);
-    ~EditConfigDlg() override;
 
 public slots:
     /// Shows what the controller stores for @p config_id; a field it does not answer stays empty.
@@ -33,9 +28,10 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
+    void showConfiguration();
     void store(const QString &owner, const QString &description);
 
-    const std::unique_ptr<Ui::EditConfigDialog> m_ui;
-    GuardedChannel m_channel;
+    Ui::EditConfigDialog m_ui;
+    Controller m_controller;
     QString m_configId;
 };

@@ -1,14 +1,10 @@
 #pragma once
 
-#include "channel/guardedchannel.h"
+#include "ui_lockconfigdlg.h"
+
+#include "channel/controller.h"
 
 #include <QDialog>
-
-#include <memory>
-
-namespace Ui {
-class LockConfigurationDialog;
-}
 
 /// Protects the controller's active configuration with a password, typed twice.
 ///
@@ -21,7 +17,6 @@ class LockConfigDlg : public QDialog
 public:
     /// @p channel is not owned and must outlive the dialog.
     LockConfigDlg(IOManager *channel, QWidget *parent);
-    ~LockConfigDlg() override;
 
 public slots:
     /// Shows the description of @p config_id, which is the active configuration.
@@ -32,9 +27,10 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
+    void showDescription();
     void lock(const QString &password);
 
-    const std::unique_ptr<Ui::LockConfigurationDialog> m_ui;
-    GuardedChannel m_channel;
+    Ui::LockConfigurationDialog m_ui;
+    Controller m_controller;
     QString m_configId; ///< what is shown; the password itself goes to the active configuration
 };

@@ -1,14 +1,10 @@
 #include "dialogs/newconfigurationdlg.h"
 
-#include "ui_newconfigurationdlg.h"
-
-#include "channel/accessibletexts.h"
-#include "channel/hostmessages.h"
 #include "channel/identifiers.h"
-#include "channel/messagebox.h"
 #include "channel/replybuffer.h"
-#include "channel/survives.h"
-#include "channel/validators.h"
+#include "widgets/accessibletexts.h"
+#include "widgets/messagebox.h"
+#include "widgets/validators.h"
 
 #include <QRegExpValidator>
 
@@ -18,17 +14,14 @@ constexpr int creationTimeoutMs = 20000;
 
 NewConfigurationDlg::NewConfigurationDlg(IOManager *channel, QWidget *parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui::NewConfigurationDialog>())
-    , m_channel(channel, this)
+    , m_controller(channel, this)
 {
-    m_ui->setupUi(this);
+    m_ui.setupUi(this);
     AccessibleTexts::describeControls(this);
     const QRegExpValidator *validator = Validators::forText(this);
-    m_ui->lineEdit_desc->setValidator(validator);
-    m_ui->lineEdit_owner->setValidator(validator);
+    m_ui.lineEdit_desc->setValidator(validator);
+    m_ui.lineEdit_owner->setValidator(validator);
 }
-
-NewConfigurationDlg::~NewConfigurationDlg() = default;
 
 int NewConfigurationDlg::update_and_exec()
 {
@@ -37,12 +30,12 @@ int NewConfigurationDlg::update_and_exec()
 
 void NewConfigurationDlg::on_pushButton_create_clicked()
 {
-    if (m_ui->lineEdit_desc->text().isEmpty()) {
+    if (m_ui.lineEdit_desc->text().isEmpty()) {
         MessageBox::warning(this, this, tr("Warning"),
                             tr("Please enter a configuration description."));
         return;
     }
-    survives(this, [this] { createAndAnnounce(); });
+    m_controller.ownerSurvives([this] { createAndAnnounce(); });
 }
 
 void NewConfigurationDlg::createAndAnnounce()
@@ -53,33 +46,27 @@ void NewConfigurationDlg::createAndAnnounce()
     setCursor(Qt::ArrowCursor);
     accept();
     // Not before the dialog has closed: listeners may take their time.
-    HostMessages::announceActiveConfigurationChanged(&m_channel);
+    m_controller.announceActiveConfigurationChanged();
 }
 
 void NewConfigurationDlg::createConfiguration()
 {
     // Asked for even when nothing is cloned; the controller always sees the same sequence.
     ReplyBuffer active;
-    m_channel.queryString(active.data(), "config active_config");
-    const QByteArray stamp = Identifiers::newStamp().toLatin1();
-    m_channel.setTimeout(0, creationTimeoutMs, 1);
-    ReplyBuffer unused;
-    if (m_ui->radioButton_clone->isChecked()) {
-        m_channel.sendCommandReply(unused.data(), "veltra2 config clone_config config%s %s",
-                                   stamp.constData(), active.text().toLatin1().constData());
+    m_controller.activeConfiguration(&active);
+    const QString stamp = Identifiers::newStamp();
+    m_controller.setTimeout(creationTimeoutMs, 1);
+    if (m_ui.radioButton_clone->isChecked()) {
+        m_controller.createClone(stamp, active.text());
     } else {
-        m_channel.sendCommandReply(unused.data(), "veltra2 config new_config config%s",
-                                   stamp.constData());
+        m_controller.createConfiguration(stamp);
     }
 }
 
 void NewConfigurationDlg::describeConfiguration()
 {
     // These name no configuration: the one just created is the active one.
-    m_channel.sendCommand("config new_password none");
-    // The blank after the closing quote is part of these two commands.
-    m_channel.sendCommand("config owner \"%s\" ",
-                          m_ui->lineEdit_owner->text().toLatin1().constData());
-    m_channel.sendCommand("config desc \"%s\" ",
-                          m_ui->lineEdit_desc->text().toLatin1().constData());
+    m_controller.removePassword();
+    m_controller.setOwnerOfNew(m_ui.lineEdit_owner->text());
+    m_controller.setDescriptionOfNew(m_ui.lineEdit_desc->text());
 }

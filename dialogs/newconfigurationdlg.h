@@ -1,14 +1,10 @@
 #pragma once
 
-#include "channel/guardedchannel.h"
+#include "ui_newconfigurationdlg.h"
+
+#include "channel/controller.h"
 
 #include <QDialog>
-
-#include <memory>
-
-namespace Ui {
-class NewConfigurationDialog;
-}
 
 /// Creates a configuration on the controller, as a clone of the active one or with default values.
 ///
@@ -22,7 +18,6 @@ class NewConfigurationDlg : public QDialog
 public:
     /// @p channel is not owned and must outlive the dialog.
     NewConfigurationDlg(IOManager *channel, QWidget *parent);
-    ~NewConfigurationDlg() override;
 
 public slots:
     /// @return QDialog::Accepted once the configuration was to be created, QDialog::Rejected when
@@ -37,6 +32,6 @@ private:
     void createConfiguration();
     void describeConfiguration();
 
-    const std::unique_ptr<Ui::NewConfigurationDialog> m_ui;
-    GuardedChannel m_channel;
+    Ui::NewConfigurationDialog m_ui;
+    Controller m_controller;
 };

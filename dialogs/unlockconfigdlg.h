@@ -1,14 +1,10 @@
 #pragma once
 
-#include "channel/guardedchannel.h"
+#include "ui_unlockconfigdlg.h"
+
+#include "channel/controller.h"
 
 #include <QDialog>
-
-#include <memory>
-
-namespace Ui {
-class UnlockConfigurationDialog;
-}
 
 /// Removes the password of the controller's active configuration, given that password or the
 /// controller's super password.
@@ -22,7 +18,6 @@ class UnlockConfigDlg : public QDialog
 public:
     /// @p channel is not owned and must outlive the dialog.
     UnlockConfigDlg(IOManager *channel, QWidget *parent);
-    ~UnlockConfigDlg() override;
 
 public slots:
     /// Shows the description of @p config_id, which is the active configuration.
@@ -33,12 +28,13 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_ok_clicked();
 
 private:
+    void showDescription();
     void unlock(bool isSuper);
     void presentPassword(bool isSuper);
     void removePassword(bool isSuper);
     void refusePassword(bool isSuper);
 
-    const std::unique_ptr<Ui::UnlockConfigurationDialog> m_ui;
-    GuardedChannel m_channel;
+    Ui::UnlockConfigurationDialog m_ui;
+    Controller m_controller;
     QString m_configId; ///< what is shown; the password itself goes to the active configuration
 };

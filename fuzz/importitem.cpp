@@ -4,6 +4,7 @@
 #include "channel/importitem.h"
 
 #include "channel/answeredcount.h"
+#include "channel/controller.h"
 #include "fuzz/answeringchannel.h"
 #include "fuzz/target.h"
 
@@ -36,18 +37,17 @@ void fuzz(const QByteArray &input)
     checkItem(parseImportItem(QString::fromLatin1(input)));
 
     AnsweringChannel channel(input);
-    const ImportItem former{QStringLiteral("former"), {}, {}};
-    ImportItemList items{former};
-    const ImportOffer offer = queryImportItems(&channel, &items);
+    const QVector<QByteArray> former{"former"};
+    QVector<QByteArray> lines = former;
+    const ImportOffer offer = queryImportItems(Controller(&channel), &lines);
     if (offer != ImportOffer::Read) {
-        Fuzz::demand(items.size() == 1 && items.first() == former, "a refusal changes nothing");
+        Fuzz::demand(lines == former, "a refusal changes nothing");
         Fuzz::demand(channel.commandCount() == 1, "nothing is asked after a refusal");
         return;
     }
-    Fuzz::demand(items.size() <= maxAnsweredCount, "an absurd number of items is not believed");
-    Fuzz::demand(items.size() <= input.count('\n') + maxUnanswered,
-                 "questions end when nobody answers");
-    for (const ImportItem &item : qAsConst(items)) {
-        checkItem(item);
+    Fuzz::demand(lines.size() <= maxAnsweredCount, "an absurd number of items is not believed");
+    Fuzz::demand(lines.size() == channel.commandCount() - 1, "every item is asked for");
+    for (const QByteArray &line : qAsConst(lines)) {
+        checkItem(parseImportItem(QString::fromLatin1(line)));
     }
 }

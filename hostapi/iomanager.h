@@ -4,11 +4,6 @@
 
 class MessageReceiver;
 
-/// Marks an operation as printf-like, so that the compiler checks every command against its
-/// arguments. Positions count from 1 with the object itself being the first.
-#define VELTRA4_PRINTF_LIKE(formatPosition)                                                        \
-    __attribute__((format(printf, formatPosition, (formatPosition) + 1)))
-
 /// The host's command channel to the tracking controller, together with the host's message system.
 ///
 /// Handed to the plug-in under the property name "CommandManager"; the host owns it and keeps it
@@ -21,7 +16,8 @@ class MessageReceiver;
 /// and value untouched when the command fails.
 ///
 /// The order of the operations is the binary contract between host and plug-in: never reorder,
-/// never insert.
+/// never insert. That they are printf-like lets the compiler check every command against its
+/// arguments.
 class IOManager
 {
 public:
@@ -33,19 +29,21 @@ public:
 
     /// Sends a command that begins with "veltra2 " and copies the controller's raw answer line into
     /// @p reply; a structural command that succeeded answers "veltra2 ok".
-    virtual int sendCommandReply(char *reply, const char *format, ...) VELTRA4_PRINTF_LIKE(3) = 0;
+    [[gnu::format(printf, 3, 4)]] virtual int sendCommandReply(char *reply, const char *format,
+                                                               ...) = 0;
 
     /// Sends a query and copies its textual value into @p reply.
-    virtual int queryString(char *reply, const char *format, ...) VELTRA4_PRINTF_LIKE(3) = 0;
+    [[gnu::format(printf, 3, 4)]] virtual int queryString(char *reply, const char *format, ...) = 0;
     /// Sends a query and stores its integer value.
-    virtual int queryInt(int *value, const char *format, ...) VELTRA4_PRINTF_LIKE(3) = 0;
+    [[gnu::format(printf, 3, 4)]] virtual int queryInt(int *value, const char *format, ...) = 0;
     /// Sends a query and stores its floating value.
-    virtual int queryDouble(double *value, const char *format, ...) VELTRA4_PRINTF_LIKE(3) = 0;
+    [[gnu::format(printf, 3, 4)]] virtual int queryDouble(double *value, const char *format,
+                                                          ...) = 0;
     /// Sends a query and stores its truth value.
-    virtual int queryBool(bool *value, const char *format, ...) VELTRA4_PRINTF_LIKE(3) = 0;
+    [[gnu::format(printf, 3, 4)]] virtual int queryBool(bool *value, const char *format, ...) = 0;
 
     /// Sends a command that yields no value.
-    virtual int sendCommand(const char *format, ...) VELTRA4_PRINTF_LIKE(2) = 0;
+    [[gnu::format(printf, 2, 3)]] virtual int sendCommand(const char *format, ...) = 0;
 
     /// Hands a message or an event to the host's message system.
     virtual int postMessage(const char *category, const char *source, int level,

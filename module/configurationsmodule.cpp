@@ -1,7 +1,6 @@
 #include "module/configurationsmodule.h"
 
-#include "channel/nullchannel.h"
-#include "channel/survives.h"
+#include "channel/controller.h"
 #include "dialogs/changeconfigurationdlg.h"
 #include "hostapi/backendversions.h"
 #include "hostapi/iomanager.h"
@@ -14,6 +13,12 @@ namespace {
 // Where the host puts the menu and the action; the front end's modules share one numbering.
 constexpr int actionPosition = 30;
 constexpr int menuPosition = 100;
+
+BackendVersions *orNotGiven(BackendVersions *versions)
+{
+    static BackendVersions notGiven;
+    return versions ? versions : &notGiven;
+}
 
 } // namespace
 
@@ -29,7 +34,8 @@ void ConfigurationsModule::hook()
 
 void ConfigurationsModule::release()
 {
-    delete m_dialog;
+    delete m_nursery;
+    delete m_menuEntry.widget;
     m_menuEntries.clear();
 }
 
@@ -49,15 +55,9 @@ QString ConfigurationsModule::moduleVersion()
 QList<ModuleMenuEntry *> ConfigurationsModule::menuEntries()
 {
     // While the dialog is being created, a box may be open and the host may ask again.
-    if (!m_menuEntries.isEmpty() || m_isObserver || m_dialog || !createDialog()) {
-        return m_menuEntries;
+    if (m_menuEntries.isEmpty() && !m_isObserver && !m_nursery) {
+        createEntry();
     }
-    m_menuEntry.menuTitle = tr("&VELTRA4");
-    m_menuEntry.menuPosition = menuPosition;
-    m_menuEntry.actionPosition = actionPosition;
-    m_menuEntry.reserved = 0;
-    m_menuEntry.action = createAction();
-    m_menuEntries.append(&m_menuEntry);
     return m_menuEntries;
 }
 
@@ -74,22 +74,44 @@ void ConfigurationsModule::setProperty(QString name, QVariant value)
     }
 }
 
-/// False when the host has destroyed the dialog again, as it may within a command or
-/// while a box says that the controller is silent.
-bool ConfigurationsModule::createDialog()
+void ConfigurationsModule::createEntry()
 {
-    m_dialog = new ChangeConfigurationDlg(NullChannel::orNull(m_commandChannel),
-                                          orNotGiven(m_backendVersions), m_moduleParent);
-    m_menuEntry.widget = m_dialog;
-    connect(m_dialog, &QObject::destroyed, this, [this] { m_menuEntry.widget = nullptr; });
-    return survives(m_dialog, [this] { m_dialog->refreshList(); });
+    ChangeConfigurationDlg *const dialog = createDialog();
+    if (!dialog) {
+        return;
+    }
+    m_menuEntry.widget = dialog;
+    connect(dialog, &QObject::destroyed, this, [this] { m_menuEntry.widget = nullptr; });
+    m_menuEntry.menuTitle = tr("&VELTRA4");
+    m_menuEntry.menuPosition = menuPosition;
+    m_menuEntry.actionPosition = actionPosition;
+    m_menuEntry.reserved = 0;
+    m_menuEntry.action = createAction(dialog);
+    m_menuEntries.append(&m_menuEntry);
 }
 
-QAction *ConfigurationsModule::createAction()
+/// Null when the host releases the module or destroys its window meanwhile, as it may within a
+/// command or while a box says that the controller is silent. Either takes the nursery away, which
+/// is the dialog's parent until the dialog is complete.
+ChangeConfigurationDlg *ConfigurationsModule::createDialog()
+{
+    m_nursery = new QWidget(m_moduleParent);
+    try {
+        auto *dialog =
+            new ChangeConfigurationDlg(m_commandChannel, orNotGiven(m_backendVersions), m_nursery);
+        dialog->setParent(m_moduleParent, dialog->windowFlags());
+        delete m_nursery;
+        return dialog;
+    } catch (const OwnerDestroyed &) {
+        return nullptr;
+    }
+}
+
+QAction *ConfigurationsModule::createAction(ChangeConfigurationDlg *dialog)
 {
     auto *action = new QAction(tr("&Configurations"), this);
     action->setStatusTip(tr("Change active configuration or add new configurations"));
     action->setWhatsThis(tr("Change active configuration or add new configurations"));
-    connect(action, &QAction::triggered, m_dialog, &ChangeConfigurationDlg::update_and_exec);
+    connect(action, &QAction::triggered, dialog, &ChangeConfigurationDlg::update_and_exec);
     return action;
 }

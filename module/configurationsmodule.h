@@ -36,13 +36,14 @@ public:
     void setProperty(QString name, QVariant value) override;
 
 private:
-    bool createDialog();
-    QAction *createAction();
+    void createEntry();
+    ChangeConfigurationDlg *createDialog();
+    QAction *createAction(ChangeConfigurationDlg *dialog);
 
     QPointer<QWidget> m_moduleParent;
     QList<ModuleMenuEntry *> m_menuEntries; ///< empty, or just the one below
-    ModuleMenuEntry m_menuEntry;
-    QPointer<ChangeConfigurationDlg> m_dialog; ///< gone when the host destroys the module parent
+    ModuleMenuEntry m_menuEntry; ///< its widget goes when the host destroys the module parent
+    QPointer<QWidget> m_nursery; ///< exists while the dialog is being created
     IOManager *m_commandChannel = nullptr;
     BackendVersions *m_backendVersions = nullptr;
     bool m_isObserver = false;

@@ -9,7 +9,8 @@
 struct Exchange
 {
     LineChannel::Operation operation = LineChannel::Operation::SendCommand;
-    QByteArray command;
+    QByteArray format;       ///< as the caller gave it, with its place holders
+    QByteArray command;      ///< what became of it
     QByteArray answer;       ///< as the controller gave it, also where it could not be converted
     int result = 0;          ///< what the caller was given; 0 is success
     QString failureReason;   ///< for people; empty on success

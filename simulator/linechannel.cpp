@@ -1,7 +1,7 @@
 #include "simulator/linechannel.h"
 
-#include "channel/commandline.h"
 #include "simulator/channelobserver.h"
+#include "simulator/commandline.h"
 
 #include <QElapsedTimer>
 
@@ -83,51 +83,53 @@ const char *LineChannel::nameOf(Operation operation)
 int LineChannel::sendCommandReply(char *reply, const char *format, ...)
 {
     FORMAT_LINE(format);
-    return exchange(Operation::SendCommandReply, line,
+    return exchange(Operation::SendCommandReply, format, line,
                     [reply](const QByteArray &answer) { return takeText(answer, reply); });
 }
 
 int LineChannel::queryString(char *reply, const char *format, ...)
 {
     FORMAT_LINE(format);
-    return exchange(Operation::QueryString, line,
+    return exchange(Operation::QueryString, format, line,
                     [reply](const QByteArray &answer) { return takeText(answer, reply); });
 }
 
 int LineChannel::queryInt(int *value, const char *format, ...)
 {
     FORMAT_LINE(format);
-    return exchange(Operation::QueryInt, line,
+    return exchange(Operation::QueryInt, format, line,
                     [value](const QByteArray &answer) { return takeInt(answer, value); });
 }
 
 int LineChannel::queryDouble(double *value, const char *format, ...)
 {
     FORMAT_LINE(format);
-    return exchange(Operation::QueryDouble, line,
+    return exchange(Operation::QueryDouble, format, line,
                     [value](const QByteArray &answer) { return takeDouble(answer, value); });
 }
 
 int LineChannel::queryBool(bool *value, const char *format, ...)
 {
     FORMAT_LINE(format);
-    return exchange(Operation::QueryBool, line,
+    return exchange(Operation::QueryBool, format, line,
                     [value](const QByteArray &answer) { return takeBool(answer, value); });
 }
 
 int LineChannel::sendCommand(const char *format, ...)
 {
     FORMAT_LINE(format);
-    return exchange(Operation::SendCommand, line, [](const QByteArray &) { return true; });
+    return exchange(Operation::SendCommand, format, line, [](const QByteArray &) { return true; });
 }
 
 template <typename Take>
-int LineChannel::exchange(Operation operation, const QByteArray &command, Take take)
+int LineChannel::exchange(Operation operation, const char *format, const QByteArray &command,
+                          Take take)
 {
     QElapsedTimer timer;
     timer.start();
     Exchange exchange;
     exchange.operation = operation;
+    exchange.format = format;
     exchange.command = command;
     exchange.result = transact(operation, command, &exchange.answer);
     if (exchange.result != success) {

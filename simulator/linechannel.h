@@ -56,7 +56,7 @@ protected:
 
 private:
     template <typename Take>
-    int exchange(Operation operation, const QByteArray &command, Take take);
+    int exchange(Operation operation, const char *format, const QByteArray &command, Take take);
 
     ChannelObserver *m_observer = nullptr;
 };

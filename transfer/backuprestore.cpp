@@ -1,19 +1,19 @@
 #include "transfer/backuprestore.h"
 
-#include "channel/messagebox.h"
 #include "hostapi/backendversions.h"
+#include "widgets/messagebox.h"
 
 #include <QWidget>
 
 #include <algorithm>
 #include <utility>
 
-BackupRestore::BackupRestore(IOManager *channel, BackendVersions *versions, QWidget *dialog,
-                             QString path)
+BackupRestore::BackupRestore(const Controller &controller, BackendVersions *versions,
+                             QWidget *dialog, QString path)
     : m_versions(versions)
     , m_dialog(dialog)
     , m_path(std::move(path))
-    , m_backup(channel, versions)
+    , m_backup(controller, versions)
 {
 }
 

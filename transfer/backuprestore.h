@@ -2,7 +2,7 @@
 
 #include "backup/fullbackup.h"
 #include "channel/configentry.h"
-#include "channel/waitcursor.h"
+#include "widgets/waitcursor.h"
 
 #include <QCoreApplication>
 #include <QString>
@@ -10,7 +10,7 @@
 
 #include <optional>
 
-class IOManager;
+class Controller;
 class QWidget;
 struct BackendVersions;
 
@@ -32,12 +32,12 @@ public:
     static constexpr int unfit = 3;      ///< a backup of another model or of newer versions
     static constexpr int failed = 4;     ///< the restore broke off
 
-    /// @param channel   not owned
     /// @param versions  not owned
     /// @param dialog    the parent of the first boxes, as its parent widget is of the others; both
     ///                  may be destroyed while a box is open
     /// @param path      a file that was found to be a backup document
-    BackupRestore(IOManager *channel, BackendVersions *versions, QWidget *dialog, QString path);
+    BackupRestore(const Controller &controller, BackendVersions *versions, QWidget *dialog,
+                  QString path);
 
     /// Restores, unless one of @p configurations, those on the controller, is locked. May throw
     /// FullBackup's connection error; the cursor is as it was before in any case.

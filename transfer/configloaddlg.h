@@ -1,20 +1,16 @@
 #pragma once
 
+#include "ui_configloaddlg.h"
+
 #include "channel/configentry.h"
-#include "channel/guardedchannel.h"
+#include "channel/controller.h"
 #include "channel/importitem.h"
 
 #include <QDialog>
 #include <QString>
 #include <QStringList>
 
-#include <memory>
-
 struct BackendVersions;
-
-namespace Ui {
-class ConfigLoadDlgClass;
-} // namespace Ui
 
 /// Brings configurations from a file back onto the controller.
 ///
@@ -30,7 +26,6 @@ public:
     /// @p channel and @p versions are not owned and must outlive the dialog. @p parent is the
     /// parent of the file chooser and of most boxes as well.
     ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWidget *parent);
-    ~ConfigLoadDlg() override;
 
     /// Replaces the controller's configurations that a load is compared with; called before each
     /// use.
@@ -54,8 +49,8 @@ private slots: // connected by name in setupUi()
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    int validateBackupFile(const QString &path);
     int restoreFromBackupFile(const QString &path);
+    int refuseToValidate();
     int loadConfigurationFile(const QString &path);
     bool upload(const QString &path);
     bool readImportItems();
@@ -63,10 +58,10 @@ private:
     void fillRow(int row, const ImportItem &item, bool isLocked);
     QStringList selectedIdentifiers() const;
 
-    const std::unique_ptr<Ui::ConfigLoadDlgClass> m_ui;
-    GuardedChannel m_channel;
+    Ui::ConfigLoadDlgClass m_ui;
+    Controller m_controller;
     BackendVersions *m_versions;
     QString m_lastDirectory; ///< where the last file was chosen
     ConfigEntryList m_configurations;
-    ImportItemList m_importItems;
+    QVector<ImportItem> m_importItems;
 };

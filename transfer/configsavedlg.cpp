@@ -1,16 +1,12 @@
 #include "transfer/configsavedlg.h"
 
-#include "ui_configsavedlg.h"
-
-#include "channel/accessibletexts.h"
 #include "channel/configurationsmessagereceiver.h"
-#include "channel/filedialog.h"
-#include "channel/readabletable.h"
-#include "channel/survives.h"
 #include "transfer/automaticbackup.h"
 #include "transfer/configurationsave.h"
 #include "transfer/manualbackup.h"
-#include "transfer/selectedcells.h"
+#include "widgets/accessibletexts.h"
+#include "widgets/filedialog.h"
+#include "widgets/readabletable.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -35,19 +31,19 @@ QString withExtension(const QString &fileName)
 
 ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWidget *parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui::ConfigSaveDlgClass>())
-    , m_channel(channel, this)
+    , m_controller(channel, this)
     , m_versions(versions)
     , m_lastDirectory(QDir::homePath())
     , m_messageReceiver(new ConfigurationsMessagereceiver(this))
 {
-    m_ui->setupUi(this);
+    m_ui.setupUi(this);
     AccessibleTexts::describeControls(this);
-    ReadableTable::prepare(m_ui->tableWidget_selectConfigs, rowHeight);
-    m_ui->tableWidget_selectConfigs->horizontalHeader()->setSectionsClickable(false);
+    ReadableTable::prepare(m_ui.tableWidget_selectConfigs, rowHeight);
+    m_ui.tableWidget_selectConfigs->verticalHeader()->setMinimumSectionSize(rowHeight);
+    m_ui.tableWidget_selectConfigs->horizontalHeader()->setSectionsClickable(false);
     connect(this, &QDialog::rejected, this, &ConfigSaveDlg::on_pushButton_exit_clicked);
 
-    m_channel.addMessageReceiver("ConfigurationsModule", m_messageReceiver);
+    m_controller.addMessageReceiver(m_messageReceiver);
     connect(m_messageReceiver, &ConfigurationsMessagereceiver::sendModuleParentVersion, this,
             &ConfigSaveDlg::onSendModulParentVersion);
     QTimer::singleShot(automaticBackupDelayMs, this, &ConfigSaveDlg::doAutomaticBackup);
@@ -55,8 +51,7 @@ ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWid
 
 ConfigSaveDlg::~ConfigSaveDlg()
 {
-    // Not the name it was added under: hosts expect exactly this pair.
-    m_channel.removeMessageReceiver("ServiceModule", m_messageReceiver);
+    m_controller.removeMessageReceiver(m_messageReceiver);
 }
 
 void ConfigSaveDlg::setConfigurationList(const ConfigEntryList &configurations)
@@ -66,18 +61,18 @@ void ConfigSaveDlg::setConfigurationList(const ConfigEntryList &configurations)
 
 void ConfigSaveDlg::runSaveDialog()
 {
-    auto *table = m_ui->tableWidget_selectConfigs;
-    const bool isBackup = m_ui->checkBox_allSettings->isChecked();
+    auto *table = m_ui.tableWidget_selectConfigs;
+    const bool isBackup = m_ui.checkBox_allSettings->isChecked();
     if (isBackup) {
         table->selectAll();
     }
-    m_ui->widget_selectConfigs->setEnabled(!isBackup);
+    m_ui.widget_selectConfigs->setEnabled(!isBackup);
     fillTable();
     showAvailability(!m_configurations.isEmpty());
     table->setFocus();
     table->selectAll();
     table->setFocus();
-    m_ui->checkBox_allSettings->setChecked(true);
+    m_ui.checkBox_allSettings->setChecked(true);
     exec();
 }
 
@@ -93,9 +88,8 @@ void ConfigSaveDlg::doAutomaticBackup()
     if (!m_isBackupAllowed) {
         return;
     }
-    survives(this, [this] {
-        AutomaticBackup backup(&m_channel, m_versions, m_hostVersion);
-        if (backup.run() == AutomaticBackup::Result::AlreadyMade) {
+    m_controller.ownerSurvives([this] {
+        if (makeBackupOfTheDay(m_controller, m_versions, m_hostVersion)) {
             m_todaysBackupExists = true;
         }
     });
@@ -104,7 +98,7 @@ void ConfigSaveDlg::doAutomaticBackup()
 void ConfigSaveDlg::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);
-    auto *table = m_ui->tableWidget_selectConfigs;
+    auto *table = m_ui.tableWidget_selectConfigs;
     const int width = static_cast<int>(columnShare * event->size().width());
     for (int column = 0; column < table->columnCount(); ++column) {
         table->setColumnWidth(column, width);
@@ -113,19 +107,19 @@ void ConfigSaveDlg::resizeEvent(QResizeEvent *event)
 
 void ConfigSaveDlg::on_pushButton_selectAll_clicked()
 {
-    m_ui->tableWidget_selectConfigs->selectAll();
-    m_ui->tableWidget_selectConfigs->setFocus();
+    m_ui.tableWidget_selectConfigs->selectAll();
+    m_ui.tableWidget_selectConfigs->setFocus();
 }
 
 void ConfigSaveDlg::on_pushButton_clearSelection_clicked()
 {
-    m_ui->tableWidget_selectConfigs->clearSelection();
+    m_ui.tableWidget_selectConfigs->clearSelection();
 }
 
 void ConfigSaveDlg::on_pushButton_save_clicked()
 {
-    if (m_ui->checkBox_allSettings->isChecked()) {
-        survives(this, [this] { backUpEverything(); });
+    if (m_ui.checkBox_allSettings->isChecked()) {
+        m_controller.ownerSurvives([this] { backUpByHand(m_controller, m_versions, this); });
         return;
     }
     const QStringList identifiers = selectedIdentifiers();
@@ -133,8 +127,8 @@ void ConfigSaveDlg::on_pushButton_save_clicked()
         return;
     }
     update();
-    if (survives(this, [&] { saveConfigurations(identifiers); })) {
-        m_ui->tableWidget_selectConfigs->setFocus();
+    if (m_controller.ownerSurvives([&] { saveConfigurations(identifiers); })) {
+        m_ui.tableWidget_selectConfigs->setFocus();
     }
 }
 
@@ -146,28 +140,28 @@ void ConfigSaveDlg::on_pushButton_exit_clicked()
 
 void ConfigSaveDlg::on_tableWidget_selectConfigs_itemSelectionChanged()
 {
-    const auto *table = m_ui->tableWidget_selectConfigs;
+    const auto *table = m_ui.tableWidget_selectConfigs;
     if (table->columnCount() == 0) {
         return;
     }
-    const int selectedRows = selectedCellCount(table) / table->columnCount();
-    m_ui->pushButton_clearSelection->setEnabled(selectedRows >= 1);
-    m_ui->pushButton_save->setEnabled(selectedRows >= 1);
-    m_ui->pushButton_selectAll->setEnabled(selectedRows < table->rowCount());
+    const int selectedRows = table->selectedItems().size() / table->columnCount();
+    m_ui.pushButton_clearSelection->setEnabled(selectedRows >= 1);
+    m_ui.pushButton_save->setEnabled(selectedRows >= 1);
+    m_ui.pushButton_selectAll->setEnabled(selectedRows < table->rowCount());
 }
 
 void ConfigSaveDlg::on_checkBox_allSettings_stateChanged(int state)
 {
     const bool isBackup = state == Qt::Checked;
     if (isBackup) {
-        m_ui->tableWidget_selectConfigs->selectAll();
+        m_ui.tableWidget_selectConfigs->selectAll();
     }
-    m_ui->widget_selectConfigs->setEnabled(!isBackup);
+    m_ui.widget_selectConfigs->setEnabled(!isBackup);
 }
 
 void ConfigSaveDlg::fillTable()
 {
-    auto *table = m_ui->tableWidget_selectConfigs;
+    auto *table = m_ui.tableWidget_selectConfigs;
     table->clearContents();
     table->setRowCount(m_configurations.size());
     for (int row = 0; row < m_configurations.size(); ++row) {
@@ -180,19 +174,19 @@ void ConfigSaveDlg::fillTable()
 
 void ConfigSaveDlg::showAvailability(bool isAvailable)
 {
-    m_ui->label_error->setText(
+    m_ui.label_error->setText(
         isAvailable ? QString() : tr("<b><font color=red>No configuration available!</font></b>"));
-    m_ui->label_error->setVisible(!isAvailable);
-    m_ui->label_selectConfigs->setEnabled(isAvailable);
-    m_ui->tableWidget_selectConfigs->setEnabled(isAvailable);
-    m_ui->pushButton_selectAll->setEnabled(isAvailable);
-    m_ui->pushButton_clearSelection->setEnabled(isAvailable);
-    m_ui->pushButton_save->setEnabled(isAvailable);
+    m_ui.label_error->setVisible(!isAvailable);
+    m_ui.label_selectConfigs->setEnabled(isAvailable);
+    m_ui.tableWidget_selectConfigs->setEnabled(isAvailable);
+    m_ui.pushButton_selectAll->setEnabled(isAvailable);
+    m_ui.pushButton_clearSelection->setEnabled(isAvailable);
+    m_ui.pushButton_save->setEnabled(isAvailable);
 }
 
 QStringList ConfigSaveDlg::selectedIdentifiers() const
 {
-    const auto *table = m_ui->tableWidget_selectConfigs;
+    const auto *table = m_ui.tableWidget_selectConfigs;
     // The list may have been replaced while the dialog shows the one before.
     const int rows = qMin(table->rowCount(), m_configurations.size());
     QStringList identifiers;
@@ -215,10 +209,5 @@ void ConfigSaveDlg::saveConfigurations(const QStringList &identifiers)
     }
     const QString fileName = withExtension(choice.trimmed());
     m_lastDirectory = QFileInfo(fileName).absolutePath();
-    ConfigurationSave(&m_channel, this).run(identifiers, fileName);
-}
-
-void ConfigSaveDlg::backUpEverything()
-{
-    ManualBackup(&m_channel, m_versions, this).run();
+    ConfigurationSave(m_controller, this).run(identifiers, fileName);
 }

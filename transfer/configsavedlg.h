@@ -1,20 +1,16 @@
 #pragma once
 
+#include "ui_configsavedlg.h"
+
 #include "channel/configentry.h"
-#include "channel/guardedchannel.h"
+#include "channel/controller.h"
 
 #include <QDialog>
 #include <QString>
 #include <QStringList>
 
-#include <memory>
-
 class ConfigurationsMessagereceiver;
 struct BackendVersions;
-
-namespace Ui {
-class ConfigSaveDlgClass;
-} // namespace Ui
 
 /// Saves configurations of the controller into a file, or backs up the whole controller.
 ///
@@ -58,10 +54,9 @@ private:
     void showAvailability(bool isAvailable);
     QStringList selectedIdentifiers() const;
     void saveConfigurations(const QStringList &identifiers);
-    void backUpEverything();
 
-    const std::unique_ptr<Ui::ConfigSaveDlgClass> m_ui;
-    GuardedChannel m_channel;
+    Ui::ConfigSaveDlgClass m_ui;
+    Controller m_controller;
     BackendVersions *m_versions;
     QString m_lastDirectory; ///< where the last configuration file was chosen
     ConfigEntryList m_configurations;

@@ -1,18 +1,15 @@
 #include "transfer/configurationdownload.h"
 
-#include "channel/downloadanswer.h"
-#include "channel/hostmessages.h"
-#include "channel/replybuffer.h"
-#include "channel/transferencoding.h"
-#include "hostapi/iomanager.h"
-
-#include <QByteArray>
+#include "channel/chunkdownload.h"
+#include "channel/controller.h"
 
 #include <cstdio>
 #include <memory>
-#include <optional>
 
 namespace {
+
+constexpr int failure = -1;
+constexpr int fileExists = -2;
 
 struct CloseFile
 {
@@ -20,10 +17,9 @@ struct CloseFile
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-// Files of this kind are named in Latin-1 on the disk, whatever the system's own encoding.
 File openFile(const QString &fileName, const char *mode)
 {
-    return File(std::fopen(fileName.toLatin1().constData(), mode));
+    return File(std::fopen(nameOnDisk(fileName).constData(), mode));
 }
 
 bool writeAll(File file, const QByteArray &bytes)
@@ -37,65 +33,33 @@ bool writeAll(File file, const QByteArray &bytes)
     return isWritten && isClosed;
 }
 
+bool writeChunk(const Controller &controller, const Chunk &chunk, const QString &fileName)
+{
+    File file = openFile(fileName, chunk.number == 1 ? "wb" : "ab");
+    if (!file) {
+        controller.report(QStringLiteral("unable to open file '%1'").arg(fileName));
+        return false;
+    }
+    return controller.reportUnless(writeAll(std::move(file), chunk.bytes), "unable to write data");
+}
+
 } // namespace
 
-ConfigurationDownload::ConfigurationDownload(IOManager *channel)
-    : m_channel(channel)
-{
-}
-
-int ConfigurationDownload::run(const QString &fileName)
+int downloadConfigurationFile(const Controller &controller, const QString &fileName)
 {
     if (openFile(fileName, "rb")) {
-        HostMessages::reportError(m_channel, QStringLiteral("file already exists"));
+        controller.report(QStringLiteral("file already exists"));
         return fileExists;
     }
-    int number = 0;
-    do {
-        ++number;
-        QByteArray bytes;
-        if (!fetchChunk(number, &bytes) || !writeChunk(number, bytes, fileName)) {
-            return failure;
-        }
-    } while (number < m_total);
-    return success;
-}
-
-bool ConfigurationDownload::fetchChunk(int number, QByteArray *bytes)
-{
-    ReplyBuffer reply;
-    if (m_channel->queryString(reply.data(), "system download %d", number) != 0) {
-        return false;
+    QByteArray refused;
+    const DownloadEnd end = downloadChunks(
+        controller, [&](const Chunk &chunk) { return writeChunk(controller, chunk, fileName); },
+        &refused);
+    const QString quoted = QString::fromLatin1(refused);
+    if (end == DownloadEnd::NotAChunk) {
+        controller.report(QStringLiteral("invalid return: %1").arg(quoted));
+    } else if (end == DownloadEnd::Undecodable) {
+        controller.report(QStringLiteral("unable to parse '%1'").arg(quoted));
     }
-    const std::optional<DownloadAnswer> answer = parseDownloadAnswer(reply.bytes());
-    if (!answer) {
-        HostMessages::reportError(m_channel,
-                                  QStringLiteral("invalid return: %1").arg(reply.text()));
-        return false;
-    }
-    if (m_total == 0) {
-        m_total = answer->total;
-    }
-    if (TransferEncoding::decode(answer->text, bytes) < 0) {
-        HostMessages::reportError(
-            m_channel,
-            QStringLiteral("unable to parse '%1'").arg(QString::fromLatin1(answer->text)));
-        return false;
-    }
-    return true;
-}
-
-bool ConfigurationDownload::writeChunk(int number, const QByteArray &bytes, const QString &fileName)
-{
-    File file = openFile(fileName, number == 1 ? "wb" : "ab");
-    if (!file) {
-        HostMessages::reportError(m_channel,
-                                  QStringLiteral("unable to open file '%1'").arg(fileName));
-        return false;
-    }
-    if (!writeAll(std::move(file), bytes)) {
-        HostMessages::reportError(m_channel, QStringLiteral("unable to write data"));
-        return false;
-    }
-    return true;
+    return end == DownloadEnd::Complete ? 0 : failure;
 }

@@ -1,77 +1,56 @@
 #include "transfer/configurationimport.h"
 
-#include "channel/hostmessages.h"
-#include "channel/messagebox.h"
-#include "channel/replybuffer.h"
-#include "channel/waitcursor.h"
-#include "hostapi/iomanager.h"
-
-#include <algorithm>
-#include <utility>
+#include "channel/controller.h"
+#include "transfer/configloaddlg.h"
+#include "widgets/messagebox.h"
+#include "widgets/waitcursor.h"
 
 namespace {
+
 constexpr int importTimeoutMs = 20000;
-} // namespace
 
-ConfigurationImport::ConfigurationImport(IOManager *channel, LockStates existing, QWidget *dialog)
-    : m_channel(channel)
-    , m_existing(std::move(existing))
-    , m_dialog(dialog)
-{
-}
-
-void ConfigurationImport::run(const QStringList &identifiers)
-{
-    WaitCursor cursor;
-    const QStringList wanted = withRoomMadeFor(identifiers);
-    if (wanted.isEmpty()) {
-        cursor.restore();
-        show(tr("No configuration is loaded."));
-        return;
-    }
-    const bool isComplete = import(wanted);
-    HostMessages::announceActiveConfigurationChanged(m_channel);
-    cursor.restore();
-    show(isComplete ? tr("Loading configuration successfully.")
-                    : tr("Loading configuration unsuccessfully."));
-}
-
-QStringList ConfigurationImport::withRoomMadeFor(const QStringList &identifiers)
+// Leaves out what must not be replaced.
+QStringList withRoomMadeFor(const QStringList &identifiers, const LockStates &existing,
+                            const Controller &controller)
 {
     QStringList wanted;
     for (const QString &identifier : identifiers) {
-        const auto existing = m_existing.constFind(identifier);
-        const bool exists = existing != m_existing.constEnd();
-        if (exists && *existing) {
-            continue;
+        if (existing.value(identifier)) {
+            continue; // it is locked
         }
-        if (exists) {
-            deleteConfiguration(identifier);
+        if (existing.contains(identifier)) {
+            controller.deleteConfiguration(identifier); // that it failed shows in the import
         }
         wanted << identifier;
     }
     return wanted;
 }
 
-void ConfigurationImport::deleteConfiguration(const QString &identifier)
+bool areImported(const QStringList &identifiers, const Controller &controller)
 {
-    // Whether it worked shows in the import that follows.
-    ReplyBuffer reply;
-    m_channel->sendCommandReply(reply.data(), "veltra2 config delete_config %s",
-                                identifier.toLatin1().constData());
+    for (const QString &identifier : identifiers) {
+        controller.setTimeout(importTimeoutMs, 0);
+        if (!controller.importConfiguration(identifier)) {
+            return false;
+        }
+    }
+    return true;
 }
 
-bool ConfigurationImport::import(const QStringList &identifiers)
-{
-    return std::all_of(identifiers.cbegin(), identifiers.cend(), [this](const QString &identifier) {
-        m_channel->setTimeout(0, importTimeoutMs, 0);
-        return m_channel->sendCommand("system import 'config' '%s'",
-                                      identifier.toLatin1().constData())
-            == 0;
-    });
-}
+} // namespace
 
-void ConfigurationImport::show(const QString &outcome)
+void importConfigurations(const Controller &controller, const QStringList &identifiers,
+                          const LockStates &existing, QWidget *dialog)
 {
-    MessageBox::information(m_dialog, m_dialog, tr("Load Configurations"), outcome);
+    WaitCursor cursor;
+    QString outcome = ConfigLoadDlg::tr("No configuration is loaded.");
+    const QStringList wanted = withRoomMadeFor(identifiers, existing, controller);
+    if (!wanted.isEmpty()) {
+        outcome = areImported(wanted, controller)
+            ? ConfigLoadDlg::tr("Loading configuration successfully.")
+            : ConfigLoadDlg::tr("Loading configuration unsuccessfully.");
+        controller.announceActiveConfigurationChanged();
+    }
+    cursor.restore();
+    MessageBox::information(dialog, dialog, ConfigLoadDlg::tr("Load Configurations"), outcome);
 }

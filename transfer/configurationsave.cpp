@@ -1,23 +1,35 @@
 #include "transfer/configurationsave.h"
 
-#include "channel/hostmessages.h"
 #include "channel/identifiers.h"
-#include "channel/messagebox.h"
 #include "channel/replybuffer.h"
-#include "channel/waitcursor.h"
-#include "hostapi/iomanager.h"
 #include "transfer/configurationdownload.h"
 #include "transfer/datestamp.h"
+#include "widgets/messagebox.h"
+#include "widgets/waitcursor.h"
 
-#include <QFile>
 #include <QThread>
 
+#include <cstdio>
+
+#include <unistd.h>
+
 namespace {
+
 constexpr int slowCommandTimeoutMs = 20000;
+
+void keepPreviousFile(const QByteArray &name)
+{
+    if (::access(name.constData(), F_OK) == 0) {
+        const QByteArray backupName = name + ".bak";
+        ::unlink(backupName.constData());
+        std::rename(name.constData(), backupName.constData());
+    }
+}
+
 } // namespace
 
-ConfigurationSave::ConfigurationSave(IOManager *channel, QWidget *dialog)
-    : m_channel(channel)
+ConfigurationSave::ConfigurationSave(const Controller &controller, QWidget *dialog)
+    : m_controller(controller)
     , m_dialog(dialog)
 {
 }
@@ -25,7 +37,7 @@ ConfigurationSave::ConfigurationSave(IOManager *channel, QWidget *dialog)
 void ConfigurationSave::run(const QStringList &identifiers, const QString &fileName)
 {
     WaitCursor cursor;
-    keepPreviousFile(fileName);
+    keepPreviousFile(nameOnDisk(fileName));
     const QString activeBefore = activeConfiguration();
     if (!discardEarlierDownload()) {
         // No box tells the user that nothing was saved: the cursor stays as the sign of it.
@@ -45,36 +57,20 @@ void ConfigurationSave::run(const QStringList &identifiers, const QString &fileN
     show(outcome);
 }
 
-void ConfigurationSave::keepPreviousFile(const QString &fileName)
-{
-    if (!QFile::exists(fileName)) {
-        return;
-    }
-    const QString backupName = fileName + QLatin1String(".bak");
-    QFile::remove(backupName);
-    QFile::rename(fileName, backupName);
-}
-
 QString ConfigurationSave::activeConfiguration()
 {
-    ReplyBuffer reply;
-    if (m_channel->queryString(reply.data(), "config active_config") != 0) {
-        HostMessages::reportError(
-            m_channel, QStringLiteral("Error save configuration: Cannot get active config"));
-        return {};
-    }
-    return reply.text();
+    ReplyBuffer active;
+    const bool isAnswered =
+        m_controller.reportUnless(m_controller.activeConfiguration(&active),
+                                  "Error save configuration: Cannot get active config");
+    return isAnswered ? active.text() : QString();
 }
 
 bool ConfigurationSave::discardEarlierDownload()
 {
-    if (m_channel->sendCommand("system download cancel") != 0) {
-        HostMessages::reportError(m_channel,
-                                  QStringLiteral("Error save configuration: Cannot send command "
-                                                 "(1) download. Download canceled"));
-        return false;
-    }
-    return true;
+    return m_controller.reportUnless(m_controller.cancelDownload(),
+                                     "Error save configuration: Cannot send command "
+                                     "(1) download. Download canceled");
 }
 
 bool ConfigurationSave::prepareCopies(const QStringList &identifiers)
@@ -84,7 +80,7 @@ bool ConfigurationSave::prepareCopies(const QStringList &identifiers)
         const QString copy = Identifiers::newIdentifier();
         // Before it exists: a clone that is made although its answer is lost gets deleted as well.
         m_copies << copy;
-        if (!cloneConfiguration(identifiers.at(i), i, copy) || !dateDescription()) {
+        if (!clone(identifiers.at(i), i, copy) || !dateDescription()) {
             continue;
         }
         if (!prepareDownload(copy)) {
@@ -94,16 +90,11 @@ bool ConfigurationSave::prepareCopies(const QStringList &identifiers)
     return true;
 }
 
-bool ConfigurationSave::cloneConfiguration(const QString &identifier, int position,
-                                           const QString &copy)
+bool ConfigurationSave::clone(const QString &identifier, int position, const QString &copy)
 {
-    ReplyBuffer reply;
-    m_channel->setTimeout(0, slowCommandTimeoutMs, 1);
-    if (m_channel->sendCommandReply(reply.data(), "veltra2 config clone_config %s %s",
-                                    copy.toLatin1().constData(), identifier.toLatin1().constData())
-        != 0) {
-        HostMessages::reportError(
-            m_channel,
+    m_controller.setTimeout(slowCommandTimeoutMs, 1);
+    if (m_controller.cloneConfiguration(copy, identifier) == Controller::Answer::None) {
+        m_controller.report(
             QStringLiteral("Error save configuration: Cannot clone configuration number %1")
                 .arg(position));
         return false;
@@ -115,45 +106,33 @@ bool ConfigurationSave::cloneConfiguration(const QString &identifier, int positi
 bool ConfigurationSave::dateDescription()
 {
     ReplyBuffer reply;
-    if (m_channel->queryString(reply.data(), "config desc") != 0) {
-        HostMessages::reportError(
-            m_channel,
-            QStringLiteral("Error save configuration: Cannot get configuration description"));
+    if (!m_controller.reportUnless(m_controller.description(&reply),
+                                   "Error save configuration: Cannot get configuration "
+                                   "description")) {
         return false;
     }
     const QString description = DateStamp::removedFrom(reply.text());
-    if (m_channel->sendCommand("config desc \"%s %s\"", description.toLatin1().constData(),
-                               DateStamp::today().toLatin1().constData())
-        != 0) {
-        HostMessages::reportError(
-            m_channel,
-            QStringLiteral("Error save configuration: Cannot set configuration description"));
-        return false;
-    }
-    return true;
+    return m_controller.reportUnless(
+        m_controller.setDatedDescription(description, DateStamp::today()),
+        "Error save configuration: Cannot set configuration description");
 }
 
 bool ConfigurationSave::prepareDownload(const QString &copy)
 {
-    m_channel->setTimeout(0, slowCommandTimeoutMs, 1);
-    if (m_channel->sendCommand("system download prepare 'config' '%s'", copy.toLatin1().constData())
-        != 0) {
-        HostMessages::reportError(m_channel,
-                                  QStringLiteral("Error save configuration: Cannot prepare "
-                                                 "configuration for download. Export aborted."));
-        return false;
-    }
-    return true;
+    m_controller.setTimeout(slowCommandTimeoutMs, 1);
+    return m_controller.reportUnless(m_controller.prepareDownload(copy),
+                                     "Error save configuration: Cannot prepare configuration for "
+                                     "download. Export aborted.");
 }
 
 ConfigurationSave::Outcome ConfigurationSave::download(const QString &fileName)
 {
-    ReplyBuffer reply;
-    if (m_channel->queryString(reply.data(), "system download available") != 0
-        || reply.text() != QLatin1String("yes")) {
+    ReplyBuffer isAvailable;
+    if (!m_controller.isDownloadAvailable(&isAvailable)
+        || isAvailable.text() != QLatin1String("yes")) {
         return {false, tr("Configuration data can not be recognized.")};
     }
-    if (ConfigurationDownload(m_channel).run(fileName) != ConfigurationDownload::success) {
+    if (downloadConfigurationFile(m_controller, fileName) != 0) {
         return {false, tr("Configuration data written to the file %1 failed!\n").arg(fileName)};
     }
     return {true, tr("Configuration data successfully written to the file\n%1").arg(fileName)};
@@ -162,12 +141,8 @@ ConfigurationSave::Outcome ConfigurationSave::download(const QString &fileName)
 void ConfigurationSave::deleteCopies()
 {
     for (const QString &copy : qAsConst(m_copies)) {
-        ReplyBuffer reply;
-        if (m_channel->sendCommandReply(reply.data(), "veltra2 config delete_config %s",
-                                        copy.toLatin1().constData())
-            != 0) {
-            HostMessages::reportError(
-                m_channel,
+        if (m_controller.deleteConfiguration(copy) == Controller::Answer::None) {
+            m_controller.report(
                 QStringLiteral("Error save configuration: Cannot delete configuration %1.")
                     .arg(copy));
         }
@@ -176,10 +151,9 @@ void ConfigurationSave::deleteCopies()
 
 void ConfigurationSave::activate(const QString &identifier)
 {
-    m_channel->setTimeout(0, slowCommandTimeoutMs, 0);
-    if (m_channel->sendCommand("config active_config %s", identifier.toLatin1().constData()) != 0) {
-        HostMessages::reportError(
-            m_channel,
+    m_controller.setTimeout(slowCommandTimeoutMs, 0);
+    if (!m_controller.activate(identifier)) {
+        m_controller.report(
             QStringLiteral("Error save configuration: Cannot set active configuration '%1'")
                 .arg(identifier));
     }
@@ -187,10 +161,6 @@ void ConfigurationSave::activate(const QString &identifier)
 
 void ConfigurationSave::show(const Outcome &outcome)
 {
-    const QString title = tr("Save Configurations");
-    if (outcome.isSuccess) {
-        MessageBox::information(m_dialog, m_dialog, title, outcome.text);
-    } else {
-        MessageBox::critical(m_dialog, m_dialog, title, outcome.text);
-    }
+    MessageBox::outcome(m_dialog, m_dialog, outcome.isSuccess, tr("Save Configurations"),
+                        outcome.text);
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "channel/controller.h"
+
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
-class IOManager;
 class QWidget;
 
 /// Saves configurations of the controller into one file.
@@ -23,9 +24,9 @@ class ConfigurationSave
     Q_DECLARE_TR_FUNCTIONS(ConfigSaveDlg)
 
 public:
-    /// @p channel is not owned. @p dialog is the parent of the boxes and may be destroyed while one
-    /// of them is open, which is always the last step.
-    ConfigurationSave(IOManager *channel, QWidget *dialog);
+    /// @p dialog is the parent of the boxes and may be destroyed while one of them is open, which
+    /// is always the last step.
+    ConfigurationSave(const Controller &controller, QWidget *dialog);
 
     /// Saves the configurations named by @p identifiers, in that order, into @p fileName. A file
     /// that is there already is kept under its name with ".bak" appended.
@@ -38,11 +39,10 @@ private:
         QString text;
     };
 
-    void keepPreviousFile(const QString &fileName);
     QString activeConfiguration();
     bool discardEarlierDownload();
     bool prepareCopies(const QStringList &identifiers);
-    bool cloneConfiguration(const QString &identifier, int position, const QString &copy);
+    bool clone(const QString &identifier, int position, const QString &copy);
     bool dateDescription();
     bool prepareDownload(const QString &copy);
     Outcome download(const QString &fileName);
@@ -50,7 +50,7 @@ private:
     void activate(const QString &identifier);
     void show(const Outcome &outcome);
 
-    IOManager *m_channel;
+    Controller m_controller;
     QWidget *m_dialog;
     QStringList m_copies; ///< temporary configurations on the controller, in order of creation
 };

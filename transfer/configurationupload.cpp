@@ -1,8 +1,7 @@
 #include "transfer/configurationupload.h"
 
-#include "channel/hostmessages.h"
+#include "channel/controller.h"
 #include "channel/transferencoding.h"
-#include "hostapi/iomanager.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -12,6 +11,9 @@
 #include <limits>
 
 namespace {
+
+constexpr int failure = -1;
+constexpr int unreadable = -2;
 
 qint64 chunkCount(const QFile &file)
 {
@@ -27,44 +29,28 @@ bool openForReading(QFile *file)
 
 } // namespace
 
-ConfigurationUpload::ConfigurationUpload(IOManager *channel)
-    : m_channel(channel)
-{
-}
-
-int ConfigurationUpload::run(const QString &path)
+int uploadConfigurationFile(const Controller &controller, const QString &path)
 {
     QFile file(path);
     if (!openForReading(&file)) {
-        HostMessages::reportError(m_channel, QStringLiteral("file cannot be opened for reading"));
+        controller.report(QStringLiteral("file cannot be opened for reading"));
         return unreadable;
     }
     const int count = static_cast<int>(chunkCount(file));
-    if (count < 1) {
-        return failure;
-    }
+    std::array<char, TransferEncoding::chunkSize> bytes;
+    QByteArray text;
     for (int number = 1; number <= count; ++number) {
-        if (!sendChunk(&file, count, number)) {
+        const auto size = static_cast<int>(std::max(file.read(bytes.data(), bytes.size()), 0LL));
+        if (size == 0) {
+            controller.report(QStringLiteral("unable to read data: %1").arg(size));
             return failure;
         }
+        TransferEncoding::encode(bytes.data(), size, &text);
+        if (text.isEmpty()) {
+            controller.report(QStringLiteral("unable to convert data: %1").arg(text.size()));
+            return failure;
+        }
+        controller.uploadChunk(count, number, text);
     }
-    return success;
-}
-
-bool ConfigurationUpload::sendChunk(QFile *file, int count, int number)
-{
-    std::array<char, TransferEncoding::chunkSize> bytes;
-    const auto size = static_cast<int>(std::max(file->read(bytes.data(), bytes.size()), 0LL));
-    if (size == 0) {
-        HostMessages::reportError(m_channel, QStringLiteral("unable to read data: %1").arg(size));
-        return false;
-    }
-    TransferEncoding::encode(bytes.data(), size, &m_text);
-    if (m_text.isEmpty()) {
-        HostMessages::reportError(m_channel,
-                                  QStringLiteral("unable to convert data: %1").arg(m_text.size()));
-        return false;
-    }
-    m_channel->sendCommand("system upload %d %d %s", count, number, m_text.constData());
-    return true;
+    return count > 0 ? 0 : failure;
 }

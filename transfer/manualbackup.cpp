@@ -1,93 +1,84 @@
 #include "transfer/manualbackup.h"
 
 #include "backup/fullbackup.h"
-#include "channel/filedialog.h"
-#include "channel/messagebox.h"
 #include "channel/quotes.h"
 #include "channel/replybuffer.h"
-#include "channel/waitcursor.h"
-#include "hostapi/iomanager.h"
 #include "transfer/collecting.h"
+#include "transfer/configsavedlg.h"
+#include "widgets/filedialog.h"
+#include "widgets/messagebox.h"
+#include "widgets/waitcursor.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QLocale>
 
 namespace {
+
 constexpr int serialDigits = 8;
-} // namespace
 
-ManualBackup::ManualBackup(IOManager *channel, BackendVersions *versions, QWidget *dialog)
-    : m_channel(channel)
-    , m_versions(versions)
-    , m_dialog(dialog)
+struct Outcome
 {
-}
+    bool isSuccess;
+    const char *title; // these texts are not translated
+    QString text;
+};
 
-void ManualBackup::run()
-{
-    const QString fileName = askForFileName(proposedFileName());
-    if (!fileName.isEmpty()) {
-        show(backUpInto(fileName));
-    }
-}
-
-// In the user's home directory: the controller, then the time.
-QString ManualBackup::proposedFileName()
-{
-    const QString now =
-        QLocale::c().toString(QDateTime::currentDateTime(), QStringLiteral("yyyy-MM-dd_HHmmss"));
-    return QDir::homePath() + QDir::separator() + controllerName() + QLatin1String("_backup_") + now
-        + QLatin1String(".xml");
-}
-
-QString ManualBackup::controllerName()
+// Its model and serial number.
+QString nameOf(const Controller &controller)
 {
     ReplyBuffer serialReply;
-    m_channel->queryString(serialReply.data(), "system controller_serial");
+    controller.serial(&serialReply);
     const QString serial = serialReply.utf8Text();
 
     ReplyBuffer model;
-    const bool hasModel = m_channel->queryString(model.data(), "system model") == 0;
-    if (hasModel && model.utf8Text() == QLatin1String("2")) {
+    if (controller.model(&model) && model.utf8Text() == QLatin1String("2")) {
         return QLatin1String("XQU_M_S") + serial.rightJustified(serialDigits, QLatin1Char('0'));
     }
 
     ReplyBuffer description;
-    if (m_channel->queryString(description.data(), "system model_description") != 0) {
+    if (!controller.modelDescription(&description)) {
         return QLatin1String("XQU_") + serial;
     }
     return withoutDoubleQuotes(description.utf8Text()).replace(QLatin1Char(' '), QLatin1Char('_'))
         + QLatin1Char('_') + serial;
 }
 
-QString ManualBackup::askForFileName(const QString &proposal)
+// In the user's home directory: the controller, then the time.
+QString proposedFileName(const Controller &controller)
 {
-    return FileDialog::saveFileName(m_dialog, m_dialog, tr("Backup all settings"), proposal,
-                                    tr("XML files (*.xml *.*)"));
+    const QString name = nameOf(controller); // which may take its time
+    const QString now =
+        QLocale::c().toString(QDateTime::currentDateTime(), QStringLiteral("yyyy-MM-dd_HHmmss"));
+    return QDir::homePath() + QDir::separator() + name + QLatin1String("_backup_") + now
+        + QLatin1String(".xml");
 }
 
-ManualBackup::Outcome ManualBackup::backUpInto(const QString &fileName)
+Outcome backUpInto(const QString &fileName, const Controller &controller, BackendVersions *versions)
 {
     const WaitCursor cursor;
-    FullBackup backup(m_channel, m_versions);
+    FullBackup backup(controller, versions);
     if (!isCollected(&backup)) {
         backup.cancelDownload();
-        return {false, QStringLiteral("Invalid backup"),
+        return {false, "Invalid backup",
                 QStringLiteral("Error while receiving backup information!")};
     }
     if (!backup.writeToFile(fileName)) {
-        return {false, QStringLiteral("Invalid backup file"),
+        return {false, "Invalid backup file",
                 QStringLiteral("Error while saving backup to\nfile '%1'!").arg(fileName)};
     }
-    return {true, QStringLiteral("Success"), QStringLiteral("Backup created!")};
+    return {true, "Success", QStringLiteral("Backup created!")};
 }
 
-void ManualBackup::show(const Outcome &outcome)
+} // namespace
+
+void backUpByHand(const Controller &controller, BackendVersions *versions, QWidget *dialog)
 {
-    if (outcome.isSuccess) {
-        MessageBox::information(m_dialog, m_dialog, outcome.title, outcome.text);
-    } else {
-        MessageBox::critical(m_dialog, m_dialog, outcome.title, outcome.text);
+    const QString fileName = FileDialog::saveFileName(
+        dialog, dialog, ConfigSaveDlg::tr("Backup all settings"), proposedFileName(controller),
+        ConfigSaveDlg::tr("XML files (*.xml *.*)"));
+    if (!fileName.isEmpty()) {
+        const auto [isSuccess, title, text] = backUpInto(fileName, controller, versions);
+        MessageBox::outcome(dialog, dialog, isSuccess, QLatin1String(title), text);
     }
 }

@@ -1,6 +1,6 @@
 #include "backup/backupschema.h"
 #include "backup/documentproblem.h"
-#include "backup/markupmeter.h"
+#include "backup/documentguard.h"
 #include "resources/resources.h"
 #include "tests/backup/samplebackup.h"
 #include "tests/support/testmain.h"
@@ -86,6 +86,8 @@ private slots:
     void endsOnWhatIsMeantToExhaustIt_data();
     void endsOnWhatIsMeantToExhaustIt();
     void acceptsAThousandAttributes();
+    void acceptsUtf16WithAPairAcrossAnyPiece();
+    void acceptsALongDeclaration();
     void acceptsLongTagsAmongMany();
     void judgesTheSameWhateverItHasSeen();
     void keepsNothingOfWhatItHasSeen();
@@ -432,13 +434,32 @@ void TestBackupSchema::endsOnWhatIsMeantToExhaustIt()
 
 void TestBackupSchema::acceptsAThousandAttributes()
 {
-    const QByteArray most = attributes(MarkupMeter::maxAttributesOfTag);
+    const QByteArray most = attributes(DocumentGuard::maxAttributes);
     const QByteArray document =
         documentWith("<ZOR>", "<ZOR" + most + '>').replace("<slave>", "<slave" + most + '>');
     QCOMPARE(BackupSchema::validate(file(document)), Verdict::Backup);
 }
 
-// Together they are suspicious, but their names are a backup's own.
+void TestBackupSchema::acceptsUtf16WithAPairAcrossAnyPiece()
+{
+    const QByteArray clef = "\xf0\x9d\x84\x9e";
+    const QString text =
+        QString::fromUtf8(documentWith("<name>tracker-7", "<name>" + clef.repeated(40000))
+                              .replace("UTF-8", "UTF-16"));
+    for (const QString &shift : {QString(), QStringLiteral(" ")}) {
+        QByteArray document = QTextCodec::codecForName("UTF-16")->fromUnicode(
+            QString(text).replace(QLatin1String("<ZOR>"), QLatin1String("<ZOR>") + shift));
+        QCOMPARE(BackupSchema::validate(file(document)), Verdict::Backup);
+    }
+}
+
+void TestBackupSchema::acceptsALongDeclaration()
+{
+    QByteArray document = SampleBackup::document();
+    document.replace("?>", QByteArray(100 * 1024, ' ') + "?>");
+    QCOMPARE(BackupSchema::validate(file(document)), Verdict::Backup);
+}
+
 void TestBackupSchema::acceptsLongTagsAmongMany()
 {
     const QByteArray tag = "<ZOR" + QByteArray(100 * 1000, ' ') + '>';

@@ -71,19 +71,30 @@ struct Fixture
         channel.answerConfigurations({"standard", "alpha", "beta", "locked"}, "alpha");
         channel.answer("config config_has_password locked", "yes");
         channel.answer("config free_space", "0.5");
-        dialog = std::make_unique<ChangeConfigurationDlg>(&channel, &versions, nullptr);
-        dialog->refreshList();
+        create();
         channel.takeTrace();
+    }
+
+    void create()
+    {
+        dialog.reset();
+        dialog = std::make_unique<ChangeConfigurationDlg>(&channel, &versions, nullptr);
+    }
+
+    // Reads everything anew.
+    void refresh()
+    {
+        ModalDriver driver;
+        driver.expectDialog(QStringLiteral("ConfigurationDialog"),
+                            [](QDialog *window) { window->reject(); });
+        QCOMPARE(dialog->update_and_exec(), int(QDialog::Rejected));
+        driver.verify();
     }
 
     // As update_and_exec() leaves it, without the modal loop.
     void show()
     {
-        ModalDriver driver;
-        driver.expectDialog(QStringLiteral("ConfigurationDialog"),
-                            [](QDialog *window) { window->reject(); });
-        dialog->update_and_exec();
-        driver.verify();
+        refresh();
         dialog->show();
         QApplication::setActiveWindow(dialog.get());
         channel.takeTrace();
@@ -130,7 +141,7 @@ private slots:
     void theTableSelectsWholeRowsAndIsNeverEdited();
 
     // Construction and version gates
-    void constructionRegistersTheReceiverAndSendsNoCommand();
+    void constructionRegistersTheReceiverAndRefreshes();
     void destructionUnregistersTheReceiver();
     void theVersionDecidesOnLocksAndTransfers_data();
     void theVersionDecidesOnLocksAndTransfers();
@@ -261,6 +272,7 @@ void TestChangeConfigurationDlg::theFormIsAsOperatorsKnowIt()
         {"pushButton_exit", "E&xit", "Close dialog"},
     };
     ScriptedChannel channel;
+    channel.answerConfigurations({}, "");
     BackendVersions versions{{}, {1, 27, 0}, {}, {}};
     const ChangeConfigurationDlg fresh(&channel, &versions, nullptr);
     for (const QStringList &expected : buttons) {
@@ -301,19 +313,24 @@ void TestChangeConfigurationDlg::theTableSelectsWholeRowsAndIsNeverEdited()
     QVERIFY(!table->alternatingRowColors());
     QVERIFY(!table->isSortingEnabled());
     QCOMPARE(table->verticalHeader()->defaultSectionSize(), 28);
+    QCOMPARE(table->verticalHeader()->minimumSectionSize(),
+             QTableWidget().verticalHeader()->minimumSectionSize());
     QVERIFY(table->verticalHeader()->isHidden());
     QVERIFY(!table->horizontalHeader()->sectionsClickable());
     QVERIFY(table->horizontalHeader()->stretchLastSection());
     QVERIFY(table->isColumnHidden(2));
 }
 
-void TestChangeConfigurationDlg::constructionRegistersTheReceiverAndSendsNoCommand()
+void TestChangeConfigurationDlg::constructionRegistersTheReceiverAndRefreshes()
 {
     ScriptedChannel channel;
+    channel.answerConfigurations({"standard", "alpha"}, "alpha");
     BackendVersions versions;
     const ChangeConfigurationDlg dialog(&channel, &versions, nullptr);
     QCOMPARE(channel.trace(),
-             QStringList{QStringLiteral("addMessageReceiver ConfigurationsModule")});
+             QStringList{QStringLiteral("addMessageReceiver ConfigurationsModule")}
+                 + refreshTrace({"standard", "alpha"}, false));
+    QCOMPARE(dialog.findChild<QTableWidget *>()->rowCount(), 2);
 }
 
 void TestChangeConfigurationDlg::destructionUnregistersTheReceiver()
@@ -364,7 +381,7 @@ void TestChangeConfigurationDlg::theVersionDecidesOnLocksAndTransfers()
 void TestChangeConfigurationDlg::refreshAsksForEverythingInOrder()
 {
     Fixture fixture;
-    QCOMPARE(fixture.dialog->refreshList(), 0);
+    fixture.refresh();
     QCOMPARE(fixture.channel.trace(), refreshTrace(allIds));
 }
 
@@ -391,7 +408,7 @@ void TestChangeConfigurationDlg::refreshAsksForFreeSpaceFromVersion127()
     QFETCH(const bool, asks);
     Fixture fixture({major, minor, micro});
     fixture.channel.answer("config free_space", "0.0");
-    fixture.dialog->refreshList();
+    fixture.refresh();
     QCOMPARE(fixture.channel.trace(), refreshTrace(allIds, asks));
     QCOMPARE(fixture.find<QLabel>("label_error")->isHidden(), !asks);
     QCOMPARE(fixture.button("pushButton_new")->isEnabled(), !asks);
@@ -421,7 +438,7 @@ void TestChangeConfigurationDlg::fewFreeSpaceIsWarnedAbout()
     QFETCH(const bool, canCreate);
     Fixture fixture;
     fixture.channel.answer("config free_space", free);
-    fixture.dialog->refreshList();
+    fixture.refresh();
     const auto *label = fixture.find<QLabel>("label_error");
     QCOMPARE(label->isHidden(), filled.isEmpty());
     if (!filled.isEmpty()) {
@@ -438,7 +455,7 @@ void TestChangeConfigurationDlg::failedFreeSpaceQueryIsReportedAndIgnored()
 {
     Fixture fixture;
     fixture.channel.fail("config free_space");
-    QCOMPARE(fixture.dialog->refreshList(), 0);
+    fixture.refresh();
     QStringList expected = refreshTrace(allIds);
     expected.insert(1,
                     ScriptedChannel::reported(
@@ -455,7 +472,7 @@ void TestChangeConfigurationDlg::rowsAreSortedByDescription()
     fixture.channel.answer("config desc_of_config standard", "apple");
     fixture.channel.answer("config desc_of_config beta", "Apple");
     fixture.channel.answer("config desc_of_config locked", "mango");
-    fixture.dialog->refreshList();
+    fixture.refresh();
     QCOMPARE(fixture.column(0), QStringList({"Apple", "Zebra", "apple", "mango"}));
     QCOMPARE(fixture.column(2), QStringList({"beta", "alpha", "standard", "locked"}));
     QCOMPARE(fixture.column(3), QStringList({"no", "no", "no", "yes"}));
@@ -502,7 +519,7 @@ void TestChangeConfigurationDlg::onlyExactlyYesMeansLocked()
     QFETCH(const bool, isLocked);
     Fixture fixture;
     fixture.channel.answer("config config_has_password beta", answer);
-    fixture.dialog->refreshList();
+    fixture.refresh();
     const QTableWidgetItem *item = fixture.table()->item(fixture.rowOf(QStringLiteral("beta")), 3);
     QCOMPARE(item->text(), isLocked ? QStringLiteral("yes") : QStringLiteral("no"));
     const QIcon expected(isLocked ? QStringLiteral(":/lock.png") : QStringLiteral(":/unlock.png"));
@@ -513,7 +530,7 @@ void TestChangeConfigurationDlg::onlyExactlyYesMeansLocked()
 void TestChangeConfigurationDlg::withoutLocksNothingIsLocked()
 {
     Fixture fixture({1, 8, 0});
-    fixture.dialog->refreshList();
+    fixture.refresh();
     // The lock state is asked for all the same.
     QCOMPARE(fixture.channel.trace(), refreshTrace(allIds, false));
     fixture.show();
@@ -552,7 +569,7 @@ void TestChangeConfigurationDlg::everyFailedQueryIsReportedAndTheRowShowsTheOneB
     QFETCH(const QStringList, lastRow);
     Fixture fixture;
     fixture.channel.fail(command);
-    QCOMPARE(fixture.dialog->refreshList(), 0);
+    fixture.refresh();
 
     const bool isIdLost = command == "config config t04";
     QStringList expected = refreshTrace(allIds.mid(0, 3))
@@ -575,7 +592,7 @@ void TestChangeConfigurationDlg::aFailedActiveQueryIsReportedAsAFailedChange()
 {
     Fixture fixture;
     fixture.channel.fail("config active_config");
-    fixture.dialog->refreshList();
+    fixture.refresh();
     QStringList expected = refreshTrace(allIds);
     expected.insert(
         3, ScriptedChannel::reported(QStringLiteral("Unable to change the configuration")));
@@ -591,7 +608,7 @@ void TestChangeConfigurationDlg::aFailedCountEndsTheRefresh()
     fixture.channel.fail("config number_of_configs");
     ModalDriver driver;
     driver.expectBox(noContactBox());
-    QCOMPARE(fixture.dialog->refreshList(), -1);
+    QCOMPARE(fixture.dialog->update_and_exec(), -1);
     QCOMPARE(fixture.channel.trace(),
              QStringList({"queryDouble config free_space", "queryInt config number_of_configs",
                           reportedNoCount}));
@@ -604,7 +621,7 @@ void TestChangeConfigurationDlg::anAbsurdCountIsAFailedCount()
     fixture.channel.answer("config number_of_configs", "2147483647");
     ModalDriver driver;
     driver.expectBox(noContactBox());
-    QCOMPARE(fixture.dialog->refreshList(), -1);
+    QCOMPARE(fixture.dialog->update_and_exec(), -1);
     QCOMPARE(fixture.channel.trace().constLast(), reportedNoCount);
     QCOMPARE(fixture.table()->rowCount(), 4);
 }
@@ -613,7 +630,7 @@ void TestChangeConfigurationDlg::aNegativeCountIsAnEmptyList()
 {
     Fixture fixture;
     fixture.channel.answer("config number_of_configs", "-3");
-    QCOMPARE(fixture.dialog->refreshList(), 0);
+    fixture.refresh();
     QCOMPARE(fixture.channel.trace(), refreshTrace({}));
     QCOMPARE(fixture.table()->rowCount(), 0);
 }
@@ -624,7 +641,7 @@ void TestChangeConfigurationDlg::refreshDisablesTheRowButtonsAndFocusesExit()
     fixture.show();
     fixture.select(QStringLiteral("beta"));
     QVERIFY(fixture.button("pushButton_apply")->isEnabled());
-    fixture.dialog->refreshList();
+    fixture.create();
     for (const char *name :
          {"pushButton_delete", "pushButton_edit", "pushButton_apply", "pushButton_lock"}) {
         QVERIFY2(!fixture.button(name)->isEnabled(), name);
@@ -653,7 +670,7 @@ void TestChangeConfigurationDlg::slotsAbove99KeepTheirNumber()
         ids << "config" + QByteArray::number(i);
     }
     fixture.channel.answerConfigurations(ids, "config7");
-    fixture.dialog->refreshList();
+    fixture.refresh();
     QVERIFY(fixture.channel.trace().contains(QStringLiteral("queryString config config t09")));
     QVERIFY(fixture.channel.trace().contains(QStringLiteral("queryString config config t101")));
     QCOMPARE(fixture.table()->rowCount(), 101);

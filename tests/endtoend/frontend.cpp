@@ -46,6 +46,7 @@ QByteArrayList Record::takeCommands()
 
 void Record::exchanged(const Exchange &exchange)
 {
+    m_formats << LineChannel::nameOf(exchange.operation) + (' ' + exchange.format);
     if (exchange.result == 0) {
         m_commands << exchange.command;
     }

@@ -10,6 +10,7 @@
 #include <QByteArrayList>
 #include <QPluginLoader>
 #include <QPointer>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QWidget>
 
@@ -40,6 +41,9 @@ public:
     QStringList takeMessages();
     /// All commands that succeeded, and forgets them.
     QByteArrayList takeCommands();
+    /// The operation and the format of each command that was ever sent, "queryString config desc"
+    /// for example.
+    QSet<QByteArray> formats() const { return m_formats; }
     /// Called after each command.
     std::function<void(const QByteArray &command)> onCommand;
     /// Called within each call of the channel: command, time-out or message.
@@ -53,6 +57,7 @@ private:
 
     QStringList m_messages;
     QByteArrayList m_commands;
+    QSet<QByteArray> m_formats;
 };
 
 /// What a front end tells of its version when it has started.

@@ -1,4 +1,5 @@
 #include "backup/fullbackup.h"
+#include "channel/controller.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/testmain.h"
 #include "tests/transfer/backuptesting.h"
@@ -15,7 +16,12 @@
 using namespace BackupTesting;
 using namespace TransferTesting;
 
-using Result = AutomaticBackup::Result;
+namespace {
+
+// What became of the backup of the day.
+enum class Result { NotDue, AlreadyMade, Made, Failed };
+
+} // namespace
 
 class TestAutomaticBackup : public QObject
 {
@@ -37,6 +43,8 @@ private slots:
     void onlyTheNewestOlderBackupIsKept();
     void aSingleOlderBackupIsKept();
     void othersAreNotTouched();
+    void whatFitsTheFilterIsPruned();
+    void aVersionMayArriveBeforeTheDirectoryIsMade();
     void wildcardsInTheNameStayAsTheyAre();
     void olderBackupsGoBeforeTheNewOneIsCollected();
     void everySingleCommandMayFail_data();
@@ -56,10 +64,7 @@ private:
     {
         return "backup_" + today() + '_' + host + ".xml";
     }
-    Result run(const QString &version = "v4.2")
-    {
-        return AutomaticBackup(m_channel.get(), &m_versions, version).run();
-    }
+    Result run(const QString &version = "v4.2");
     void makeFiles(const QStringList &names);
     QStringList files() const;
 
@@ -85,6 +90,20 @@ void TestAutomaticBackup::cleanup()
     m_channel.reset();
     m_home.reset();
     QCOMPARE(takeCursors(), 0);
+}
+
+Result TestAutomaticBackup::run(const QString &version)
+{
+    const int before = m_channel->trace().size();
+    if (makeBackupOfTheDay(Controller(m_channel.get()), &m_versions, version)) {
+        return Result::AlreadyMade;
+    }
+    const QStringList trace = m_channel->trace().mid(before);
+    if (trace.contains(ScriptedChannel::reported("Error execute the automatic backup"))) {
+        return Result::Failed;
+    }
+    const int questions = 2; // what it is doing, and its name
+    return trace.size() > questions ? Result::Made : Result::NotDue;
 }
 
 void TestAutomaticBackup::makeFiles(const QStringList &names)
@@ -224,6 +243,23 @@ void TestAutomaticBackup::othersAreNotTouched()
     expected.sort();
     QCOMPARE(files(), expected);
     QVERIFY(QFileInfo(directory() + "/backup_2023-01-01_lab.xml").isDir());
+}
+
+void TestAutomaticBackup::whatFitsTheFilterIsPruned()
+{
+    makeFiles({"backup_2024-01-01_lab.xml", "backup_2024-1-1_x_lab.xml",
+               "backup_20240101_x_lab.xml", "backup__lab.xml", "backup_old_2024-01-01_lab.xml"});
+    QCOMPARE(run(), Result::Made);
+    QCOMPARE(files(), QStringList({nameOfToday(), "backup_old_2024-01-01_lab.xml"}));
+}
+
+void TestAutomaticBackup::aVersionMayArriveBeforeTheDirectoryIsMade()
+{
+    QString version;
+    m_channel->whenSent("system hostname", [&version] { version = "v4.3"; });
+    QVERIFY(!makeBackupOfTheDay(Controller(m_channel.get()), &m_versions, version));
+    QVERIFY(QFile::exists(directory("v4.3") + '/' + nameOfToday()));
+    QVERIFY(!QFile::exists(directory("") + '/' + nameOfToday()));
 }
 
 void TestAutomaticBackup::wildcardsInTheNameStayAsTheyAre()

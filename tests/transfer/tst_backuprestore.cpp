@@ -63,7 +63,7 @@ struct Fixture
     int restore(const QString &path, const ConfigEntryList &configurations = {})
     {
         try {
-            return BackupRestore(&channel, &versions, dialog, path).run(configurations);
+            return BackupRestore(Controller(&channel), &versions, dialog, path).run(configurations);
         } catch (const std::runtime_error &error) {
             problem = error.what();
             return thrown;

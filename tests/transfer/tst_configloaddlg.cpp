@@ -285,7 +285,7 @@ private slots:
 
     void everyWayOutAccepts_data();
     void everyWayOutAccepts();
-    void enterInTheTableLoadsNothing();
+    void enterInTheTableLoadsNothingAndClosesNothing();
     void columnsShareTheTablesWidth_data();
     void columnsShareTheTablesWidth();
     void theHostMayDestroyTheDialogAtAnyTime_data();
@@ -373,7 +373,14 @@ void TestConfigLoadDlg::theTableSelectsWholeRowsAndEditsNothing()
     QVERIFY(!table->horizontalHeader()->sectionsClickable());
     QCOMPARE(table->selectionMode(), QAbstractItemView::MultiSelection);
     QCOMPARE(table->selectionBehavior(), QAbstractItemView::SelectRows);
-    QCOMPARE(table->verticalHeader()->defaultSectionSize(), 20);
+    const int leastHeight = QTableWidget().verticalHeader()->minimumSectionSize();
+    QCOMPARE(table->verticalHeader()->minimumSectionSize(), leastHeight);
+    QCOMPARE(table->verticalHeader()->defaultSectionSize(), std::max(20, leastHeight));
+    QVERIFY(table->isColumnHidden(3));
+    const auto buttons = f.dialog->findChildren<QPushButton *>();
+    for (const QPushButton *button : buttons) {
+        QVERIFY2(!button->isDefault(), qPrintable(button->objectName()));
+    }
     QCOMPARE(table->editTriggers(), QAbstractItemView::NoEditTriggers);
     QVERIFY(!table->isSortingEnabled());
 }
@@ -1079,13 +1086,19 @@ void TestConfigLoadDlg::everyWayOutAccepts()
     QCOMPARE(f.channel.trace(), uploadOfOneByte + queriesForThreeItems);
 }
 
-void TestConfigLoadDlg::enterInTheTableLoadsNothing()
+void TestConfigLoadDlg::enterInTheTableLoadsNothingAndClosesNothing()
 {
     Fixture f;
     f.offer(threeItems);
     f.choose(oneByte());
-    f.whenShown([&f] { QTest::keyClick(f.table(), Qt::Key_Return); });
+    bool isStillOpen = false;
+    f.whenShown([&] {
+        QTest::keyClick(f.table(), Qt::Key_Return);
+        isStillOpen = f.dialog->isVisible();
+        f.dialog->reject();
+    });
     f.dialog->openAndExec();
+    QVERIFY(isStillOpen);
     QCOMPARE(f.channel.trace(), uploadOfOneByte + queriesForThreeItems);
 }
 

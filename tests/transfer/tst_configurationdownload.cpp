@@ -1,3 +1,4 @@
+#include "channel/controller.h"
 #include "channel/transferencoding.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
@@ -65,7 +66,7 @@ void TestConfigurationDownload::cleanup()
 
 int TestConfigurationDownload::download(const QString &fileName)
 {
-    return ConfigurationDownload(m_channel.get()).run(fileName);
+    return downloadConfigurationFile(Controller(m_channel.get()), fileName);
 }
 
 void TestConfigurationDownload::answerChunks(const QList<QByteArray> &chunks)

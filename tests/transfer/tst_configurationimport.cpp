@@ -1,3 +1,4 @@
+#include "channel/controller.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
@@ -64,7 +65,7 @@ void TestConfigurationImport::newConfigurationsAreImportedInOrder()
     QDialog dialog;
     ModalDriver driver;
     driver.expectBox(information(&dialog, "Loading configuration successfully."));
-    ConfigurationImport(&channel, {}, &dialog).run({"config2", "config1", "config3"});
+    importConfigurations(Controller(&channel), {"config2", "config1", "config3"}, {}, &dialog);
     QCOMPARE(channel.trace(),
              QStringList() << importOf("config2") << importOf("config1") << importOf("config3")
                            << ScriptedChannel::announced());
@@ -77,7 +78,8 @@ void TestConfigurationImport::existingConfigurationsAreAllDeletedBeforeTheFirstI
     ModalDriver driver;
     driver.expectBox(information(&dialog, "Loading configuration successfully."));
     const LockStates existing{{"config1", false}, {"config3", false}, {"config4", false}};
-    ConfigurationImport(&channel, existing, &dialog).run({"config3", "config2", "config1"});
+    importConfigurations(Controller(&channel), {"config3", "config2", "config1"}, existing,
+                         &dialog);
     QCOMPARE(channel.trace(),
              QStringList() << deletionOf("config3") << deletionOf("config1") << importOf("config3")
                            << importOf("config2") << importOf("config1")
@@ -91,7 +93,7 @@ void TestConfigurationImport::lockedConfigurationsAreLeftAlone()
     ModalDriver driver;
     driver.expectBox(information(&dialog, "Loading configuration successfully."));
     const LockStates existing{{"config1", true}, {"config2", false}};
-    ConfigurationImport(&channel, existing, &dialog).run({"config1", "config2"});
+    importConfigurations(Controller(&channel), {"config1", "config2"}, existing, &dialog);
     QCOMPARE(channel.trace(),
              QStringList() << deletionOf("config2") << importOf("config2")
                            << ScriptedChannel::announced());
@@ -112,7 +114,7 @@ void TestConfigurationImport::whereNothingIsLeftNothingIsSentNorAnnounced()
     ModalDriver driver;
     driver.expectBox(information(&dialog, "No configuration is loaded."));
     const LockStates existing{{"config1", true}, {"config2", true}, {"config3", false}};
-    ConfigurationImport(&channel, existing, &dialog).run(identifiers);
+    importConfigurations(Controller(&channel), identifiers, existing, &dialog);
     QCOMPARE(channel.trace(), QStringList());
 }
 
@@ -135,7 +137,7 @@ void TestConfigurationImport::aFailedDeletionDoesNotMatter()
     QDialog dialog;
     ModalDriver driver;
     driver.expectBox(information(&dialog, "Loading configuration successfully."));
-    ConfigurationImport(&channel, {{"config1", false}}, &dialog).run({"config1"});
+    importConfigurations(Controller(&channel), {"config1"}, {{"config1", false}}, &dialog);
     QCOMPARE(channel.trace(),
              QStringList() << deletionOf("config1") << importOf("config1")
                            << ScriptedChannel::announced());
@@ -157,7 +159,7 @@ void TestConfigurationImport::theFirstFailedImportEndsTheRestAndIsAnnounced()
     QDialog dialog;
     ModalDriver driver;
     driver.expectBox(information(&dialog, "Loading configuration unsuccessfully."));
-    ConfigurationImport(&channel, {}, &dialog).run({"config1", "config2", "config3"});
+    importConfigurations(Controller(&channel), {"config1", "config2", "config3"}, {}, &dialog);
     QStringList expected;
     for (int i = 1; i <= failing; ++i) {
         expected << importOf("config" + QString::number(i));
@@ -172,7 +174,7 @@ void TestConfigurationImport::anIdentifierIsSentAsItWasRead()
     QDialog dialog;
     ModalDriver driver;
     driver.expectBox(information(&dialog, "Loading configuration successfully."));
-    ConfigurationImport(&channel, {{identifier, false}}, &dialog).run({identifier});
+    importConfigurations(Controller(&channel), {identifier}, {{identifier, false}}, &dialog);
     QCOMPARE(channel.trace(),
              QStringList() << deletionOf(identifier) << importOf(identifier)
                            << ScriptedChannel::announced());
@@ -206,7 +208,7 @@ void TestConfigurationImport::theWaitCursorCoversTheCommandsAndNoBox()
     ModalDriver driver;
     driver.expectBox(information(&dialog, outcome));
     const LockStates existing{{"config1", false}, {"config2", true}};
-    ConfigurationImport(&channel, existing, &dialog).run({identifier});
+    importConfigurations(Controller(&channel), {identifier}, existing, &dialog);
     QCOMPARE(waiting, identifier == "config1" ? QList<bool>({true, true}) : QList<bool>());
     QCOMPARE(boxes.boxes(), 1);
     QVERIFY(!boxes.wasAnyWaiting());
@@ -227,7 +229,7 @@ void TestConfigurationImport::theHostMayDestroyTheDialogWhileTheBoxIsOpen()
     auto dialog = std::make_unique<QDialog>();
     ModalDriver driver;
     driver.expectDialog(QString(), [&dialog](QDialog *) { dialog.reset(); });
-    ConfigurationImport(&channel, {}, dialog.get()).run(identifiers);
+    importConfigurations(Controller(&channel), identifiers, {}, dialog.get());
     QVERIFY(!dialog);
     QCOMPARE(takeCursors(), 0);
 }

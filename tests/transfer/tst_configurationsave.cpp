@@ -200,7 +200,7 @@ void TestConfigurationSave::cleanup()
 
 void TestConfigurationSave::save(const QStringList &identifiers)
 {
-    ConfigurationSave(m_channel.get(), m_dialog.get()).run(identifiers, fileName());
+    ConfigurationSave(Controller(m_channel.get()), m_dialog.get()).run(identifiers, fileName());
 }
 
 void TestConfigurationSave::expectBox(QMessageBox::Icon icon, const QString &text)

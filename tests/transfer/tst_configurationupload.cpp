@@ -1,3 +1,4 @@
+#include "channel/controller.h"
 #include "channel/transferencoding.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
@@ -129,15 +130,14 @@ void TestConfigurationUpload::sendsTheFileInChunksOf100Bytes()
     QFETCH(const int, size);
     const QByteArray bytes = someBytes(size);
     ScriptedChannel channel;
-    QCOMPARE(ConfigurationUpload(&channel).run(fileWith(bytes)), ConfigurationUpload::success);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith(bytes)), 0);
     QCOMPARE(channel.trace(), commandsFor(bytes));
-    QCOMPARE(ConfigurationUpload::success, 0);
 }
 
 void TestConfigurationUpload::twoHundredFiftyBytesGiveTextsOf134And134And67Characters()
 {
     ScriptedChannel channel;
-    ConfigurationUpload(&channel).run(fileWith(someBytes(250)));
+    uploadConfigurationFile(Controller(&channel), fileWith(someBytes(250)));
     const QStringList trace = channel.trace();
     QCOMPARE(trace.size(), 3);
     const QList<int> lengths{134, 134, 67};
@@ -162,15 +162,14 @@ void TestConfigurationUpload::oneByteGivesTwoCharacters()
     QFETCH(const QByteArray, byte);
     QFETCH(const QString, text);
     ScriptedChannel channel;
-    ConfigurationUpload(&channel).run(fileWith(byte));
+    uploadConfigurationFile(Controller(&channel), fileWith(byte));
     QCOMPARE(channel.trace(), QStringList("sendCommand system upload 1 1 " + text));
 }
 
 void TestConfigurationUpload::anEmptyFileFailsWithoutAWord()
 {
     ScriptedChannel channel;
-    QCOMPARE(ConfigurationUpload(&channel).run(fileWith({})), ConfigurationUpload::failure);
-    QCOMPARE(ConfigurationUpload::failure, -1);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith({})), -1);
     QCOMPARE(channel.trace(), QStringList());
 }
 
@@ -187,8 +186,7 @@ void TestConfigurationUpload::whatCannotBeOpenedIsReported()
 {
     QFETCH(const QString, path);
     ScriptedChannel channel;
-    QCOMPARE(ConfigurationUpload(&channel).run(path), ConfigurationUpload::unreadable);
-    QCOMPARE(ConfigurationUpload::unreadable, -2);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
     QCOMPARE(channel.trace(),
              QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
 }
@@ -201,7 +199,7 @@ void TestConfigurationUpload::aFileWithoutPermissionIsReported()
     const QString path = fileWith("data");
     QVERIFY(QFile::setPermissions(path, {}));
     ScriptedChannel channel;
-    QCOMPARE(ConfigurationUpload(&channel).run(path), ConfigurationUpload::unreadable);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
     QCOMPARE(channel.trace(),
              QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
     QVERIFY(QFile::remove(path));
@@ -212,7 +210,7 @@ void TestConfigurationUpload::aPipeIsNotWaitedFor()
     const QString path = m_folder.filePath("pipe.dat");
     QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
     ScriptedChannel channel;
-    QCOMPARE(ConfigurationUpload(&channel).run(path), ConfigurationUpload::unreadable);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
     QCOMPARE(channel.trace(),
              QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
 }
@@ -224,7 +222,7 @@ void TestConfigurationUpload::aFileThatShrinksOnTheWayIsReported()
     ScriptedChannel channel;
     channel.whenSent(commandsFor(bytes).at(1).mid(12).toLatin1(),
                      [path] { QVERIFY(QFile::resize(path, 150)); });
-    QCOMPARE(ConfigurationUpload(&channel).run(path), ConfigurationUpload::failure);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -1);
     // How far it got depends on how much was read ahead.
     QVERIFY(channel.commandCount() < 1000);
     QCOMPARE(channel.trace().last(), ScriptedChannel::reported("unable to read data: 0"));
@@ -240,7 +238,7 @@ void TestConfigurationUpload::ofAFileThatGrowsOnTheWayOnlyTheOldSizeIsSent()
         QVERIFY(file.open(QIODevice::Append));
         file.write(QByteArray(1000, 'x'));
     });
-    QCOMPARE(ConfigurationUpload(&channel).run(path), ConfigurationUpload::success);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), 0);
     QCOMPARE(channel.commandCount(), 3);
 }
 
@@ -261,7 +259,7 @@ void TestConfigurationUpload::refusedChunksDoNotEndTheUpload()
     const QByteArray bytes = someBytes(250);
     ScriptedChannel channel;
     channel.failNth(first, lasting);
-    QCOMPARE(ConfigurationUpload(&channel).run(fileWith(bytes)), ConfigurationUpload::success);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith(bytes)), 0);
     QCOMPARE(channel.trace(), commandsFor(bytes));
 }
 
@@ -274,7 +272,7 @@ void TestConfigurationUpload::aFileOfMoreChunksThanCanBeNumberedIsUnreadable()
         QSKIP("no holes in files here");
     }
     ScriptedChannel channel;
-    QCOMPARE(ConfigurationUpload(&channel).run(path), ConfigurationUpload::unreadable);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
     QCOMPARE(channel.commandCount(), 0);
     QVERIFY(file.remove());
 }
@@ -290,7 +288,7 @@ void TestConfigurationUpload::memoryDoesNotGrowWithTheFile()
     QVERIFY(QFile::resize(path, size));
     SinkChannel channel;
     const qint64 before = peakMemory();
-    QCOMPARE(ConfigurationUpload(&channel).run(path), ConfigurationUpload::success);
+    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), 0);
     QCOMPARE(qint64(channel.commandCount()), (size + 99) / 100);
     QVERIFY(peakMemory() - before < 8 << 20);
 }

@@ -1,4 +1,5 @@
 #include "backup/fullbackup.h"
+#include "channel/controller.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/testmain.h"
 #include "tests/transfer/backuptesting.h"
@@ -44,7 +45,7 @@ private slots:
 
 private:
     QString fileName() const { return m_folder->filePath("backup.xml"); }
-    void run() { ManualBackup(m_channel.get(), &m_versions, m_dialog.get()).run(); }
+    void run() { backUpByHand(Controller(m_channel.get()), &m_versions, m_dialog.get()); }
     QString proposal();
     void choose(const QString &name) { m_driver->expectFileDialog("Backup all settings", name); }
     void expectBox(QMessageBox::Icon icon, const QString &title, const QString &text);

@@ -1,0 +1,42 @@
+#include "channel/chunkdownload.h"
+
+#include "channel/controller.h"
+#include "channel/downloadanswer.h"
+#include "channel/replybuffer.h"
+#include "channel/transferencoding.h"
+
+#include <optional>
+
+DownloadEnd downloadChunks(const Controller &controller,
+                           const std::function<bool(const Chunk &)> &take, QByteArray *refused)
+{
+    const auto refuse = [refused](const QByteArray &what, DownloadEnd end) {
+        if (refused) {
+            *refused = what;
+        }
+        return end;
+    };
+    Chunk chunk{0, 0, {}};
+    do {
+        ++chunk.number;
+        ReplyBuffer reply;
+        if (!controller.downloadChunk(chunk.number, &reply)) {
+            return DownloadEnd::NoAnswer;
+        }
+        const std::optional<DownloadAnswer> answer = parseDownloadAnswer(reply.bytes());
+        if (!answer) {
+            return refuse(reply.bytes(), DownloadEnd::NotAChunk);
+        }
+        if (chunk.total == 0) {
+            chunk.total = answer->total;
+        }
+        chunk.bytes.resize(0); // keeps the memory
+        if (TransferEncoding::decode(answer->text, &chunk.bytes) < 0) {
+            return refuse(answer->text, DownloadEnd::Undecodable);
+        }
+        if (!take(chunk)) {
+            return DownloadEnd::NotTaken;
+        }
+    } while (chunk.number < chunk.total);
+    return DownloadEnd::Complete;
+}

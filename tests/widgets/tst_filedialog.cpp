@@ -1,0 +1,165 @@
+#include "tests/support/modaldriver.h"
+#include "tests/support/testmain.h"
+#include "widgets/filedialog.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(QMessageBox::StandardButton)
+
+class TestFileDialog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void openingReturnsTheChosenFile();
+    void openingStartsInTheDirectoryWithTheFilter();
+    void savingReturnsTheChosenName();
+    void savingStartsWithTheProposal();
+    void overwritingIsAskedFor_data();
+    void overwritingIsAskedFor();
+    void cancellingReturnsNothing();
+    void theDialogHasTheParent();
+    void aDestroyedOwnerMeansNoFile();
+    void aDestroyedParentTakesTheDialogWithIt();
+
+private:
+    QString path(const QString &name) const { return m_directory->filePath(name); }
+    QString open(const QObject *owner, QWidget *parent) const;
+    QString save(const QObject *owner, QWidget *parent) const;
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+    QObject m_owner;
+};
+
+void TestFileDialog::init()
+{
+    m_directory = std::make_unique<QTemporaryDir>();
+    QFile existing(path("existing.dat"));
+    QVERIFY(existing.open(QIODevice::WriteOnly));
+}
+
+void TestFileDialog::cleanup()
+{
+    QCOMPARE(QApplication::topLevelWidgets().size(), 0);
+}
+
+QString TestFileDialog::open(const QObject *owner, QWidget *parent) const
+{
+    return FileDialog::openFileName(owner, parent, "Open", m_directory->path(), "Data (*.dat)");
+}
+
+QString TestFileDialog::save(const QObject *owner, QWidget *parent) const
+{
+    return FileDialog::saveFileName(owner, parent, "Save", path("proposal.dat"), "Data (*.dat)");
+}
+
+void TestFileDialog::openingReturnsTheChosenFile()
+{
+    ModalDriver driver;
+    driver.expectFileDialog("Open", path("existing.dat"));
+    QCOMPARE(open(&m_owner, nullptr), path("existing.dat"));
+}
+
+void TestFileDialog::openingStartsInTheDirectoryWithTheFilter()
+{
+    QString directory;
+    QStringList filters;
+    ModalDriver driver;
+    driver.expectFileDialog("Open", QString(), [&](QFileDialog *dialog) {
+        directory = dialog->directory().absolutePath();
+        filters = dialog->nameFilters();
+    });
+    open(&m_owner, nullptr);
+    QCOMPARE(directory, m_directory->path());
+    QCOMPARE(filters, QStringList("Data (*.dat)"));
+}
+
+void TestFileDialog::savingReturnsTheChosenName()
+{
+    ModalDriver driver;
+    driver.expectFileDialog("Save", path("new.dat"));
+    QCOMPARE(save(&m_owner, nullptr), path("new.dat"));
+}
+
+void TestFileDialog::savingStartsWithTheProposal()
+{
+    QStringList proposed;
+    ModalDriver driver;
+    driver.expectFileDialog("Save", QString(),
+                            [&](QFileDialog *dialog) { proposed = dialog->selectedFiles(); });
+    save(&m_owner, nullptr);
+    QCOMPARE(proposed, QStringList(path("proposal.dat")));
+}
+
+void TestFileDialog::overwritingIsAskedFor_data()
+{
+    QTest::addColumn<QMessageBox::StandardButton>("answer");
+    QTest::addColumn<bool>("isChosen");
+    QTest::newRow("yes") << QMessageBox::Yes << true;
+    QTest::newRow("no, and the dialog is left open") << QMessageBox::No << false;
+}
+
+void TestFileDialog::overwritingIsAskedFor()
+{
+    QFETCH(const QMessageBox::StandardButton, answer);
+    QFETCH(const bool, isChosen);
+    ExpectedBox question;
+    question.icon = QMessageBox::Warning;
+    question.title = "Save";
+    question.text = "existing.dat already exists.\nDo you want to replace it?";
+    question.buttons = QMessageBox::Yes | QMessageBox::No;
+    question.defaultButton = QMessageBox::No;
+    question.answer = answer;
+    ModalDriver driver;
+    driver.expectFileDialog("Save", path("existing.dat"));
+    driver.expectBox(question);
+    QCOMPARE(save(&m_owner, nullptr), isChosen ? path("existing.dat") : QString());
+    QCOMPARE(driver.takeProblems().isEmpty(), isChosen); // the driver closes what is left open
+}
+
+void TestFileDialog::cancellingReturnsNothing()
+{
+    ModalDriver driver;
+    driver.expectFileDialog("Open", QString());
+    driver.expectFileDialog("Save", QString());
+    QCOMPARE(open(&m_owner, nullptr), QString());
+    QCOMPARE(save(&m_owner, nullptr), QString());
+}
+
+void TestFileDialog::theDialogHasTheParent()
+{
+    QWidget parent;
+    QWidgetList parents;
+    const auto look = [&parents](const QFileDialog *dialog) { parents << dialog->parentWidget(); };
+    ModalDriver driver;
+    driver.expectFileDialog("Open", QString(), look);
+    driver.expectFileDialog("Save", QString(), look);
+    open(&m_owner, &parent);
+    save(&m_owner, &parent);
+    QCOMPARE(parents, QWidgetList({&parent, &parent}));
+}
+
+void TestFileDialog::aDestroyedOwnerMeansNoFile()
+{
+    auto *owner = new QObject;
+    ModalDriver driver;
+    driver.expectFileDialog("Open", path("existing.dat"), [owner](QFileDialog *) { delete owner; });
+    QCOMPARE(open(owner, nullptr), QString());
+}
+
+void TestFileDialog::aDestroyedParentTakesTheDialogWithIt()
+{
+    auto *parent = new QWidget;
+    ModalDriver driver;
+    driver.expectDialog("QFileDialog", [parent](QDialog *) { delete parent; });
+    QCOMPARE(save(parent, parent), QString());
+}
+
+VELTRA4_TEST_MAIN(TestFileDialog)
+#include "tst_filedialog.moc"

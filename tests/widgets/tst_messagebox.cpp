@@ -1,0 +1,171 @@
+#include "tests/support/modaldriver.h"
+#include "tests/support/testmain.h"
+#include "widgets/messagebox.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(QMessageBox::Icon)
+Q_DECLARE_METATYPE(QMessageBox::StandardButton)
+
+class TestMessageBox : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+
+    void eachFunctionShowsItsIcon_data();
+    void eachFunctionShowsItsIcon();
+    void theAnswerIsTheButton_data();
+    void theAnswerIsTheButton();
+    void escapeCancels();
+    void escapeOnASingleButtonIsThatButton();
+    void closedWithoutAButtonItIsTheDefaultButton();
+    void aDestroyedOwnerMeansNoAnswer();
+    void aDestroyedParentTakesTheBoxWithIt();
+    void aDestroyedParentThatIsTheOwnerMeansNoAnswer();
+
+private:
+    QObject m_owner;
+};
+
+namespace {
+
+constexpr auto yesNo = QMessageBox::Yes | QMessageBox::No;
+
+QMessageBox::Button ask(const QObject *owner, QWidget *parent)
+{
+    return MessageBox::question(owner, parent, "Title", "Text", yesNo, QMessageBox::No);
+}
+
+} // namespace
+
+void TestMessageBox::cleanup()
+{
+    QCOMPARE(QApplication::topLevelWidgets().size(), 0);
+}
+
+void TestMessageBox::eachFunctionShowsItsIcon_data()
+{
+    QTest::addColumn<QMessageBox::Icon>("icon");
+    QTest::addColumn<bool>("hasParent");
+    for (const bool hasParent : {false, true}) {
+        const char *rest = hasParent ? "with a parent" : "without a parent";
+        QTest::addRow("information %s", rest) << QMessageBox::Information << hasParent;
+        QTest::addRow("critical %s", rest) << QMessageBox::Critical << hasParent;
+        QTest::addRow("warning %s", rest) << QMessageBox::Warning << hasParent;
+        QTest::addRow("question %s", rest) << QMessageBox::Question << hasParent;
+    }
+}
+
+void TestMessageBox::eachFunctionShowsItsIcon()
+{
+    QFETCH(const QMessageBox::Icon, icon);
+    QFETCH(const bool, hasParent);
+    QWidget window;
+    QWidget *parent = hasParent ? &window : nullptr;
+    ExpectedBox expected;
+    expected.icon = icon;
+    expected.title = "Title";
+    expected.text = "Text";
+    expected.parent = parent;
+    ModalDriver driver;
+    driver.expectBox(expected);
+
+    MessageBox::Button answer = QMessageBox::NoButton;
+    switch (icon) {
+    case QMessageBox::Information:
+        answer = MessageBox::information(&m_owner, parent, "Title", "Text");
+        break;
+    case QMessageBox::Critical:
+        answer = MessageBox::critical(&m_owner, parent, "Title", "Text");
+        break;
+    case QMessageBox::Warning:
+        answer = MessageBox::warning(&m_owner, parent, "Title", "Text");
+        break;
+    default:
+        answer = MessageBox::question(&m_owner, parent, "Title", "Text", QMessageBox::Ok,
+                                      QMessageBox::Ok);
+        break;
+    }
+    QCOMPARE(answer, QMessageBox::Ok);
+}
+
+void TestMessageBox::theAnswerIsTheButton_data()
+{
+    QTest::addColumn<QMessageBox::StandardButton>("button");
+    QTest::newRow("yes") << QMessageBox::Yes;
+    QTest::newRow("no") << QMessageBox::No;
+}
+
+void TestMessageBox::theAnswerIsTheButton()
+{
+    QFETCH(const QMessageBox::StandardButton, button);
+    ExpectedBox expected;
+    expected.icon = QMessageBox::Question;
+    expected.title = "Title";
+    expected.text = "Text";
+    expected.buttons = yesNo;
+    expected.defaultButton = QMessageBox::No;
+    expected.answer = button;
+    ModalDriver driver;
+    driver.expectBox(expected);
+    QCOMPARE(ask(&m_owner, nullptr), button);
+}
+
+void TestMessageBox::escapeCancels()
+{
+    ModalDriver driver;
+    driver.expectDialog("", [](QDialog *box) { QTest::keyClick(box, Qt::Key_Escape); });
+    QCOMPARE(MessageBox::warning(&m_owner, nullptr, "Title", "Text",
+                                 QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel),
+             QMessageBox::Cancel);
+}
+
+void TestMessageBox::escapeOnASingleButtonIsThatButton()
+{
+    ModalDriver driver;
+    driver.expectDialog("", [](QDialog *box) { QTest::keyClick(box, Qt::Key_Escape); });
+    QCOMPARE(MessageBox::warning(&m_owner, nullptr, "Title", "Text"), QMessageBox::Ok);
+}
+
+void TestMessageBox::closedWithoutAButtonItIsTheDefaultButton()
+{
+    ModalDriver driver;
+    driver.expectDialog("", [](QDialog *box) { box->reject(); });
+    QCOMPARE(ask(&m_owner, nullptr), QMessageBox::No);
+    driver.expectDialog("", [](QDialog *box) { box->accept(); });
+    QCOMPARE(ask(&m_owner, nullptr), QMessageBox::No);
+}
+
+void TestMessageBox::aDestroyedOwnerMeansNoAnswer()
+{
+    auto *owner = new QObject;
+    ModalDriver driver;
+    driver.expectDialog("", [owner](QDialog *box) {
+        delete owner;
+        qobject_cast<QMessageBox *>(box)->button(QMessageBox::Yes)->click();
+    });
+    QCOMPARE(ask(owner, nullptr), QMessageBox::NoButton);
+}
+
+void TestMessageBox::aDestroyedParentTakesTheBoxWithIt()
+{
+    auto *parent = new QWidget;
+    ModalDriver driver;
+    driver.expectDialog("", [parent](QDialog *) { delete parent; });
+    QCOMPARE(ask(&m_owner, parent), QMessageBox::NoButton);
+}
+
+void TestMessageBox::aDestroyedParentThatIsTheOwnerMeansNoAnswer()
+{
+    auto *window = new QWidget;
+    ModalDriver driver;
+    driver.expectDialog("", [window](QDialog *) { delete window; });
+    QCOMPARE(ask(window, window), QMessageBox::NoButton);
+}
+
+VELTRA4_TEST_MAIN(TestMessageBox)
+#include "tst_messagebox.moc"

@@ -1,0 +1,69 @@
+#include "tests/support/modaldriver.h"
+#include "tests/support/testmain.h"
+#include "widgets/modaldialog.h"
+
+#include <QDialog>
+#include <QtTest>
+
+class TestModalDialog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theResultIsReturnedAndTheDialogDeleted_data();
+    void theResultIsReturnedAndTheDialogDeleted();
+    void aDestroyedDialogHasNoResult();
+    void aDestroyedParentTakesTheDialogWithIt();
+};
+
+namespace {
+
+QDialog *namedDialog(QWidget *parent)
+{
+    auto *dialog = new QDialog(parent);
+    dialog->setObjectName("Asked");
+    return dialog;
+}
+
+std::optional<int> run(QDialog *dialog)
+{
+    return runModalDialog(dialog, [](QDialog &shown) { return shown.exec(); });
+}
+
+} // namespace
+
+void TestModalDialog::theResultIsReturnedAndTheDialogDeleted_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::newRow("accepted") << int(QDialog::Accepted);
+    QTest::newRow("rejected") << int(QDialog::Rejected);
+    QTest::newRow("another") << 7;
+}
+
+void TestModalDialog::theResultIsReturnedAndTheDialogDeleted()
+{
+    QFETCH(const int, result);
+    ModalDriver driver;
+    driver.expectDialog("Asked", [result](QDialog *shown) { shown->done(result); });
+    const QPointer<QDialog> dialog = namedDialog(nullptr);
+    QCOMPARE(run(dialog), std::optional<int>(result));
+    QVERIFY(dialog.isNull());
+}
+
+void TestModalDialog::aDestroyedDialogHasNoResult()
+{
+    ModalDriver driver;
+    driver.expectDialog("Asked", [](QDialog *shown) { delete shown; });
+    QVERIFY(!run(namedDialog(nullptr)).has_value());
+}
+
+void TestModalDialog::aDestroyedParentTakesTheDialogWithIt()
+{
+    auto *parent = new QWidget;
+    ModalDriver driver;
+    driver.expectDialog("Asked", [parent](QDialog *) { delete parent; });
+    QVERIFY(!run(namedDialog(parent)).has_value());
+}
+
+VELTRA4_TEST_MAIN(TestModalDialog)
+#include "tst_modaldialog.moc"

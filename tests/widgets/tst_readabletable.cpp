@@ -1,0 +1,131 @@
+#include "tests/support/testmain.h"
+#include "widgets/readabletable.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QImage>
+#include <QTableWidget>
+#include <QToolTip>
+#include <QtTest>
+
+#include <algorithm>
+
+class TestReadableTable : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void rowsAreAsHighAsAsked();
+    void rowsAreHigherWhereTheFontNeedsIt();
+    void noLetterIsCut_data();
+    void noLetterIsCut();
+    void aShortenedTextIsToldInFull();
+    void aTextThatFitsIsNotRepeated();
+    void aTextIsNeverTakenForHtml();
+};
+
+namespace {
+
+constexpr int rowHeight = 30;
+
+int heightOfRow(const QFont &font, int asked)
+{
+    QTableWidget table(1, 1);
+    table.setFont(font);
+    ReadableTable::prepare(&table, asked);
+    return table.rowHeight(0);
+}
+
+QFont fontOfSize(int pixels)
+{
+    QFont font;
+    font.setPixelSize(pixels);
+    return font;
+}
+
+// Of the letters in a row, in pixels.
+int paintedHeight(const QFont &font, int askedRowHeight)
+{
+    QTableWidget table(1, 1);
+    table.setFont(font);
+    ReadableTable::prepare(&table, askedRowHeight);
+    auto *item = new QTableWidgetItem(QStringLiteral("lg"));
+    table.setItem(0, 0, item);
+    table.resize(300, 200);
+    QImage picture(table.viewport()->size(), QImage::Format_Grayscale8);
+    table.viewport()->render(&picture);
+    const QRect place = table.visualItemRect(item);
+    int lines = 0;
+    for (int y = place.top(); y <= place.bottom(); ++y) {
+        const uchar *line = picture.constScanLine(y);
+        lines += std::any_of(line + place.left(), line + place.right(),
+                             [](uchar grey) { return grey < 128; })
+            ? 1
+            : 0;
+    }
+    return lines;
+}
+
+// What somebody reads who points at a cell of this width.
+QString tipOf(const QString &text, int columnWidth)
+{
+    QTableWidget table(1, 1);
+    ReadableTable::prepare(&table, rowHeight);
+    table.setColumnWidth(0, columnWidth);
+    auto *item = new QTableWidgetItem(text);
+    table.setItem(0, 0, item);
+    table.show();
+    const QPoint place = table.visualItemRect(item).center();
+    QHelpEvent pointing(QEvent::ToolTip, place, table.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(table.viewport(), &pointing);
+    return QToolTip::text();
+}
+
+} // namespace
+
+void TestReadableTable::rowsAreAsHighAsAsked()
+{
+    QCOMPARE(heightOfRow(fontOfSize(12), rowHeight), rowHeight);
+}
+
+void TestReadableTable::rowsAreHigherWhereTheFontNeedsIt()
+{
+    QVERIFY(heightOfRow(fontOfSize(60), 20) >= 60);
+}
+
+void TestReadableTable::noLetterIsCut_data()
+{
+    QTest::addColumn<int>("fontSize");
+    for (const int pixels : {9, 12, 15, 17, 20, 22, 25, 31, 40}) {
+        QTest::addRow("%d pixels", pixels) << pixels;
+    }
+}
+
+void TestReadableTable::noLetterIsCut()
+{
+    QFETCH(int, fontSize);
+    const int whole = paintedHeight(fontOfSize(fontSize), 100);
+    QVERIFY(whole > fontSize / 2);
+    QCOMPARE(paintedHeight(fontOfSize(fontSize), 1), whole);
+}
+
+void TestReadableTable::aShortenedTextIsToldInFull()
+{
+    QVERIFY(tipOf(QStringLiteral("Calibration hall, six cameras"), 40)
+                .contains(QStringLiteral("Calibration hall, six cameras")));
+}
+
+void TestReadableTable::aTextThatFitsIsNotRepeated()
+{
+    QCOMPARE(tipOf(QStringLiteral("demo"), 400), QString());
+}
+
+void TestReadableTable::aTextIsNeverTakenForHtml()
+{
+    QVERIFY(tipOf(QStringLiteral("<b>very bold</b>"), 20)
+                .contains(QStringLiteral("&lt;b&gt;very bold")));
+}
+
+VELTRA4_TEST_MAIN(TestReadableTable)
+#include "tst_readabletable.moc"
