@@ -33,6 +33,7 @@ endif()
 add_library(veltra4_options INTERFACE)
 target_compile_options(veltra4_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments> # Qt's QSKIP
     $<$<BOOL:${VELTRA4_WERROR}>:-Werror>)
 target_compile_definitions(veltra4_options INTERFACE
     QT_NO_CAST_TO_ASCII

@@ -8,12 +8,10 @@ namespace {
 
 constexpr std::size_t replySize = 200;
 
-// Answers to "%s" commands with an argument, and to plain ones with an empty one.
-template <typename... Arguments>
-QString ask(IOManager &channel, const char *format, Arguments... arguments)
+QString ask(IOManager &channel, const QByteArray &command)
 {
     std::array<char, replySize> reply = {};
-    channel.queryString(reply.data(), format, arguments...);
+    channel.queryString(reply.data(), "%s", command.constData());
     return QString::fromLatin1(reply.data()).remove(QLatin1Char('"'));
 }
 
@@ -27,8 +25,8 @@ ControllerIdentity readControllerIdentity(IOManager &channel)
     identity.model = ask(channel, "system model_description");
     identity.activeConfiguration = ask(channel, "config active_config");
     if (!identity.activeConfiguration.isEmpty()) {
-        identity.activeDescription = ask(channel, "config desc_of_config %s",
-                                         identity.activeConfiguration.toLatin1().constData());
+        identity.activeDescription =
+            ask(channel, "config desc_of_config " + identity.activeConfiguration.toLatin1());
     }
     return identity;
 }
