@@ -17,20 +17,21 @@ DownloadEnd downloadChunks(const Controller &controller,
         return end;
     };
     Chunk chunk{0, 0, {}};
+    chunk.bytes.reserve(ReplyBuffer::capacity); // once for all
     do {
         ++chunk.number;
         ReplyBuffer reply;
         if (!controller.downloadChunk(chunk.number, &reply)) {
             return DownloadEnd::NoAnswer;
         }
-        const std::optional<DownloadAnswer> answer = parseDownloadAnswer(reply.bytes());
+        const std::optional<DownloadAnswer> answer = parseDownloadAnswer(reply.data());
         if (!answer) {
             return refuse(reply.bytes(), DownloadEnd::NotAChunk);
         }
         if (chunk.total == 0) {
             chunk.total = answer->total;
         }
-        chunk.bytes.resize(0); // keeps the memory
+        chunk.bytes.resize(0);
         if (TransferEncoding::decode(answer->text, &chunk.bytes) < 0) {
             return refuse(answer->text, DownloadEnd::Undecodable);
         }

@@ -20,10 +20,12 @@ bool Controller::done(Call call) const
     if (!m_host) {
         return false;
     }
-    const bool isWatched = !m_owner.isNull();
+    if (!m_owner) {
+        return call() == 0;
+    }
     const QPointer<QObject> owner(m_owner); // this object may be gone with it
     const bool isSuccess = call() == 0;
-    if (isWatched && !owner) {
+    if (!owner) {
         throw OwnerDestroyed();
     }
     return isSuccess;

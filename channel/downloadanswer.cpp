@@ -5,24 +5,26 @@
 #include <cstring>
 #include <limits>
 
-std::optional<DownloadAnswer> parseDownloadAnswer(const QByteArray &line)
+std::optional<DownloadAnswer> parseDownloadAnswer(const char *line)
 {
     using Limits = std::numeric_limits<int>;
-    const char *const begin = line.constData();
     char *end = nullptr;
-    const long total = std::strtol(begin, &end, 10);
-    if (end == begin) {
+    const long total = std::strtol(line, &end, 10);
+    if (end == line) {
         return std::nullopt;
     }
-    end += std::strspn(end, " \t\n\v\f\r");
+    while (*end == ' ' || (*end >= '\t' && *end <= '\r')) {
+        ++end;
+    }
     if (*end != '\'') {
         return std::nullopt;
     }
     const char *const text = end + 1;
-    const auto size = static_cast<int>(std::strcspn(text, "'"));
     if (*text == '\0') {
         return std::nullopt;
     }
+    const char *const closing = std::strchr(text, '\'');
+    const auto size = static_cast<int>(closing ? closing - text : std::strlen(text));
     return DownloadAnswer{static_cast<int>(std::clamp<long>(total, Limits::min(), Limits::max())),
                           QByteArray(text, std::min(size, DownloadAnswer::maxTextSize))};
 }

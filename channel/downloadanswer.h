@@ -26,4 +26,4 @@ struct DownloadAnswer
 /// Line breaks count as blanks outside the quotes and as text inside. A number beyond the range of
 /// int becomes the nearest one in range.
 /// @return nothing if the line is not of this form
-std::optional<DownloadAnswer> parseDownloadAnswer(const QByteArray &line);
+std::optional<DownloadAnswer> parseDownloadAnswer(const char *line);

@@ -30,5 +30,5 @@ public:
 private:
     int length() const { return static_cast<int>(strnlen(m_bytes.data(), capacity)); }
 
-    std::array<char, capacity> m_bytes{};
+    std::array<char, capacity + 1> m_bytes{}; // the last one stays NUL
 };

@@ -76,7 +76,10 @@ void TransferEncoding::encode(const char *bytes, int size, QByteArray *text)
 {
     constexpr int step = 2 * groupBytes;
     constexpr int textStep = 2 * groupCharacters;
-    text->resize(size / groupBytes * groupCharacters + (size % groupBytes * 8 + 5) / 6);
+    const int textSize = size / groupBytes * groupCharacters + (size % groupBytes * 8 + 5) / 6;
+    if (text->size() != textSize) {
+        text->resize(textSize);
+    }
     char *out = text->data();
     const char *const end = out + text->size();
     for (; size >= 8; size -= step, bytes += step, out += textStep) {

@@ -154,9 +154,7 @@ int ChangeConfigurationDlg::refreshList()
     table->setRowCount(*count);
     table->clearContents();
     m_list.read(*count);
-    for (int row = 0; row < *count; ++row) {
-        showRow(row, m_list.entries().at(row));
-    }
+    showRows();
     table->horizontalHeader()->setStretchLastSection(true);
     clearSelection();
     table->sortItems(DescriptionColumn, Qt::AscendingOrder);
@@ -179,6 +177,16 @@ void ChangeConfigurationDlg::showFreeSpace(double free)
     }
     m_ui.label_error->setVisible(isWarning);
     m_ui.pushButton_new->setEnabled(free > tooFullBelow);
+}
+
+void ChangeConfigurationDlg::showRows()
+{
+    // The view learns of all rows at once, when they are sorted.
+    const QSignalBlocker blocker(m_ui.tableWidget->model());
+    int row = 0;
+    for (const ConfigEntry &entry : m_list.entries()) {
+        showRow(row++, entry);
+    }
 }
 
 void ChangeConfigurationDlg::showRow(int row, const ConfigEntry &entry)

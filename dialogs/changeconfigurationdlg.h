@@ -57,6 +57,7 @@ private:
     /// keeps what it showed before
     int refreshList();
     void showFreeSpace(double free);
+    void showRows();
     void showRow(int row, const ConfigEntry &entry);
     void clearSelection();
 

@@ -69,11 +69,12 @@ ConfigEntry ConfigurationList::readSlot(int slot, Replies *replies) const
                               "Unable to get configuration information");
     ConfigEntry entry;
     entry.identifier = replies->identifier.text();
-    m_controller.reportUnless(m_controller.ownerOf(entry.identifier, &replies->owner),
+    const Latin1 id(entry.identifier);
+    m_controller.reportUnless(m_controller.ownerOf(id, &replies->owner),
                               "Unable to get the owner of configuration");
-    m_controller.reportUnless(m_controller.descriptionOf(entry.identifier, &replies->description),
+    m_controller.reportUnless(m_controller.descriptionOf(id, &replies->description),
                               "Unable to get description of configuration");
-    m_controller.reportUnless(m_controller.hasPassword(entry.identifier, &replies->hasPassword),
+    m_controller.reportUnless(m_controller.hasPassword(id, &replies->hasPassword),
                               "Unable to get whether configuration has pasword");
     entry.description = withoutDoubleQuotes(replies->description.text());
     entry.owner = withoutDoubleQuotes(replies->owner.text());

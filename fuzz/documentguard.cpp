@@ -14,6 +14,8 @@ struct Parsed
     bool isWellFormed = false;
     bool hasDeclaredType = false;
     int mostAttributes = 0;
+    int depth = 0;
+    int greatestDepth = 0;
     QStringList content;
 };
 
@@ -24,6 +26,8 @@ Parsed parsed(const QByteArray &document)
     while (!xml.atEnd()) {
         xml.readNext();
         result.hasDeclaredType = result.hasDeclaredType || xml.isDTD();
+        result.depth += xml.isStartElement() ? 1 : xml.isEndElement() ? -1 : 0;
+        result.greatestDepth = qMax(result.greatestDepth, result.depth);
         result.mostAttributes = qMax(result.mostAttributes, xml.attributes().size());
         if (!xml.isStartDocument() && !xml.hasError()) {
             result.content << xml.tokenString() << xml.qualifiedName().toString()
@@ -42,7 +46,8 @@ void fuzz(const QByteArray &input)
     const std::optional<QByteArray> admitted = DocumentGuard::admit(input);
     if (!admitted) {
         Fuzz::demand(!original.isWellFormed || original.hasDeclaredType
-                         || original.mostAttributes >= 1000,
+                         || original.mostAttributes >= DocumentGuard::maxAttributes
+                         || original.greatestDepth >= DocumentGuard::maxDepth,
                      "only what costs too much is refused");
         return;
     }

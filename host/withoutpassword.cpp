@@ -4,7 +4,8 @@ QByteArray withoutPassword(const QByteArray &command)
 {
     for (const char *const beginning :
          {"config new_password '", "config password '", "config super_password '"}) {
-        if (command.startsWith(beginning)) {
+        // The full stop withdraws a password, and is none itself.
+        if (command.startsWith(beginning) && !command.endsWith(" '.'")) {
             return QByteArray(beginning) + "***'";
         }
     }
