@@ -21,8 +21,6 @@ FullBackup::FullBackup(const Controller &controller, BackendVersions *versions)
 {
 }
 
-FullBackup::~FullBackup() = default;
-
 bool FullBackup::isControllerEmbedded()
 {
     if (m_versions->ptVersion.major < firstMajorThatCanBeAsked) {
@@ -48,14 +46,4 @@ bool FullBackup::isCompatibleWithController(bool *embedded)
         return false;
     }
     return m_versions->systemModel == systemModel;
-}
-
-bool FullBackup::cancelDownload()
-{
-    return m_controller.cancelDownload();
-}
-
-bool FullBackup::cancelUpload()
-{
-    return m_controller.cancelUpload();
 }

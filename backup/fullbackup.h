@@ -30,9 +30,8 @@ public:
     FullBackup(IOManager *channel, BackendVersions *versions);
     /// The same for whoever may be destroyed within a command.
     FullBackup(const Controller &controller, BackendVersions *versions);
-    virtual ~FullBackup();
-    FullBackup(const FullBackup &) = delete;
-    FullBackup &operator=(const FullBackup &) = delete;
+    virtual ~FullBackup() = default;
+    Q_DISABLE_COPY(FullBackup)
 
     /// @name The document
     /// XML 1.0 in UTF-8, with the root element "ZOR". Nothing here throws.
@@ -82,7 +81,7 @@ public:
 
     /// Ends a download that was left open.
     /// @return true if the controller accepted that
-    bool cancelDownload();
+    bool cancelDownload() { return m_controller.cancelDownload(); }
 
     /// @}
     /// @name Restoring the controller
@@ -116,7 +115,7 @@ public:
 
     /// Ends an upload that was left open.
     /// @return true if the controller accepted that
-    bool cancelUpload();
+    bool cancelUpload() { return m_controller.cancelUpload(); }
 
     /// @}
 

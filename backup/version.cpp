@@ -65,8 +65,3 @@ bool operator==(const Version &left, const Version &right)
 {
     return tied(left) == tied(right);
 }
-
-bool operator!=(const Version &left, const Version &right)
-{
-    return !(left == right);
-}

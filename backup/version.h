@@ -18,4 +18,3 @@ QString versionToString(const Version &version);
 /// Compares place by place. A place that is not given is -1 and so comes before any given one.
 bool operator<(const Version &left, const Version &right);
 bool operator==(const Version &left, const Version &right);
-bool operator!=(const Version &left, const Version &right);

@@ -30,8 +30,3 @@ QString Identifiers::newStamp()
     previous = stamp;
     return stamp;
 }
-
-QString Identifiers::newIdentifier()
-{
-    return QStringLiteral("config") + newStamp();
-}

@@ -17,6 +17,9 @@ inline constexpr char base[] = "__base";
 QString newStamp();
 
 /// A new identifier: "config" followed by newStamp().
-QString newIdentifier();
+inline QString newIdentifier()
+{
+    return QStringLiteral("config") + newStamp();
+}
 
 } // namespace Identifiers

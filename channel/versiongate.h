@@ -6,7 +6,17 @@
 namespace VersionGate {
 
 /// True if @p version is at least 1.@p minor. A micro place that is not given passes.
-bool isAtLeastOneDot(int minor, const Version &version);
+inline bool isAtLeastOneDot(int minor, const Version &version)
+{
+    if (version.major != 1) {
+        return version.major > 1;
+    }
+    if (version.minor != minor) {
+        return version.minor > minor;
+    }
+    // Only "not given" and real numbers pass; other negative values are no version at all.
+    return version.micro >= -1;
+}
 
 /// Configurations can be locked with a password.
 inline bool hasLocks(const Version &version)

@@ -50,11 +50,6 @@ QIcon untintedIcon(const QString &fileName)
     return icon;
 }
 
-int percent(double fraction)
-{
-    return static_cast<int>(std::clamp(fraction * 100.0, double(INT_MIN), double(INT_MAX)));
-}
-
 } // namespace
 
 ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersions *versions,
@@ -170,10 +165,11 @@ void ChangeConfigurationDlg::showFreeSpace(double free)
 {
     const bool isWarning = free <= fullWarningBelow;
     if (isWarning) {
+        const double percent = std::clamp((1.0 - free) * 100.0, double(INT_MIN), double(INT_MAX));
         m_ui.label_error->setText(
             tr("<b><font color=red>configuration store filled %1%; please delete "
                "unnecessary configurations!</font></b>")
-                .arg(percent(1.0 - free)));
+                .arg(static_cast<int>(percent)));
     }
     m_ui.label_error->setVisible(isWarning);
     m_ui.pushButton_new->setEnabled(free > tooFullBelow);
@@ -220,11 +216,6 @@ void ChangeConfigurationDlg::clearSelection()
     const QModelIndex first = table->model()->index(0, DescriptionColumn);
     const QModelIndex last = table->model()->index(table->rowCount() - 1, IdColumn);
     table->selectionModel()->select({first, last}, QItemSelectionModel::Deselect);
-}
-
-bool ChangeConfigurationDlg::refreshAndSurvive()
-{
-    return m_controller.ownerSurvives([this] { refreshList(); });
 }
 
 void ChangeConfigurationDlg::selectActiveRow()

@@ -62,7 +62,10 @@ private:
     void clearSelection();
 
     /// Runs refreshList(); false once the host has destroyed this dialog meanwhile.
-    bool refreshAndSurvive();
+    bool refreshAndSurvive()
+    {
+        return m_controller.ownerSurvives([this] { refreshList(); });
+    }
     void selectActiveRow();
     void showActiveDescription();
     bool activate(const QString &identifier);

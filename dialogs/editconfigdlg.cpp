@@ -6,8 +6,6 @@
 #include "widgets/messagebox.h"
 #include "widgets/validators.h"
 
-#include <QRegExpValidator>
-
 EditConfigDlg::EditConfigDlg(IOManager *channel, QWidget *parent)
     : QDialog(parent)
     , m_controller(channel, this)

@@ -5,8 +5,6 @@
 #include "widgets/messagebox.h"
 #include "widgets/validators.h"
 
-#include <QRegExpValidator>
-
 LockConfigDlg::LockConfigDlg(IOManager *channel, QWidget *parent)
     : QDialog(parent)
     , m_controller(channel, this)

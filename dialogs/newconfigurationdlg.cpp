@@ -6,8 +6,6 @@
 #include "widgets/messagebox.h"
 #include "widgets/validators.h"
 
-#include <QRegExpValidator>
-
 namespace {
 constexpr int creationTimeoutMs = 20000;
 }
@@ -21,11 +19,6 @@ NewConfigurationDlg::NewConfigurationDlg(IOManager *channel, QWidget *parent)
     const QRegExpValidator *validator = Validators::forText(this);
     m_ui.lineEdit_desc->setValidator(validator);
     m_ui.lineEdit_owner->setValidator(validator);
-}
-
-int NewConfigurationDlg::update_and_exec()
-{
-    return exec();
 }
 
 void NewConfigurationDlg::on_pushButton_create_clicked()

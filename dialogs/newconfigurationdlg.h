@@ -22,7 +22,7 @@ public:
 public slots:
     /// @return QDialog::Accepted once the configuration was to be created, QDialog::Rejected when
     /// the user gave up
-    int update_and_exec();
+    int update_and_exec() { return exec(); }
 
 private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_create_clicked();

@@ -41,11 +41,6 @@ BackendVersions *orNotGiven(BackendVersions *versions)
 
 } // namespace
 
-ConfigurationsModule::ConfigurationsModule() = default;
-
-// The dialog stays: it belongs to the host's window, and hosts call release() first.
-ConfigurationsModule::~ConfigurationsModule() = default;
-
 void ConfigurationsModule::hook()
 {
     // The list dialog needs no preparation.
@@ -123,9 +118,11 @@ void ConfigurationsModule::createEntry()
     m_menuEntry.menuPosition = menuPosition;
     m_menuEntry.actionPosition = actionPosition;
     m_menuEntry.reserved = 0;
-    m_menuEntry.action = createAction();
-    connect(m_menuEntry.action, &QAction::triggered, dialog,
-            &ChangeConfigurationDlg::update_and_exec);
+    auto *action = new QAction(tr("&Configurations"), this);
+    action->setStatusTip(tr("Change active configuration or add new configurations"));
+    action->setWhatsThis(tr("Change active configuration or add new configurations"));
+    connect(action, &QAction::triggered, dialog, &ChangeConfigurationDlg::update_and_exec);
+    m_menuEntry.action = action;
     m_menuEntries.append(&m_menuEntry);
 }
 
@@ -144,12 +141,4 @@ ChangeConfigurationDlg *ConfigurationsModule::createDialog()
     } catch (const OwnerDestroyed &) {
         return nullptr;
     }
-}
-
-QAction *ConfigurationsModule::createAction()
-{
-    auto *action = new QAction(tr("&Configurations"), this);
-    action->setStatusTip(tr("Change active configuration or add new configurations"));
-    action->setWhatsThis(tr("Change active configuration or add new configurations"));
-    return action;
 }

@@ -24,9 +24,6 @@ class ConfigurationsModule : public QObject, public ModuleInterface
     Q_INTERFACES(ModuleInterface)
 
 public:
-    ConfigurationsModule();
-    ~ConfigurationsModule() override;
-
     void hook() override;
     void release() override;
     QString moduleName() override;
@@ -41,7 +38,6 @@ private:
     void warnOfMissingProperties() const;
     void createEntry();
     ChangeConfigurationDlg *createDialog();
-    QAction *createAction();
 
     QPointer<QWidget> m_moduleParent;
     QList<ModuleMenuEntry *> m_menuEntries; ///< empty, or just the one below

@@ -45,11 +45,6 @@ ConfigLoadDlg::ConfigLoadDlg(IOManager *channel, BackendVersions *versions, QWid
     connect(this, &QDialog::rejected, this, &ConfigLoadDlg::on_pushButton_exit_clicked);
 }
 
-void ConfigLoadDlg::setConfigurationList(const ConfigEntryList &configurations)
-{
-    m_configurations = configurations;
-}
-
 int ConfigLoadDlg::openAndExec()
 {
     const QString path =
@@ -189,11 +184,6 @@ QStringList ConfigLoadDlg::selectedIdentifiers() const
         }
     }
     return identifiers;
-}
-
-void ConfigLoadDlg::on_pushButton_exit_clicked()
-{
-    accept();
 }
 
 void ConfigLoadDlg::on_tableWidget_itemSelectionChanged()

@@ -29,7 +29,7 @@ public:
 
     /// Replaces the controller's configurations that a load is compared with; called before each
     /// use.
-    void setConfigurationList(const ConfigEntryList &configurations);
+    void setConfigurationList(const ConfigEntryList &entries) { m_configurations = entries; }
 
     /// Asks for a file and loads it; returns when the user has closed everything that it opened.
     /// The dialog may be gone by then, destroyed by the host; OwnerDestroyed is thrown if that was
@@ -44,7 +44,8 @@ private slots: // connected by name in setupUi()
     void on_pushButton_selectAll_clicked();
     void on_pushButton_clearSelection_clicked();
     void on_pushButton_load_clicked();
-    void on_pushButton_exit_clicked();
+    /// Whichever way the dialog is closed, it counts as accepted.
+    void on_pushButton_exit_clicked() { accept(); }
     void on_tableWidget_itemSelectionChanged();
     void resizeEvent(QResizeEvent *event) override;
 

@@ -54,11 +54,6 @@ ConfigSaveDlg::~ConfigSaveDlg()
     m_controller.removeMessageReceiver(m_messageReceiver);
 }
 
-void ConfigSaveDlg::setConfigurationList(const ConfigEntryList &configurations)
-{
-    m_configurations = configurations;
-}
-
 void ConfigSaveDlg::runSaveDialog()
 {
     auto *table = m_ui.tableWidget_selectConfigs;
@@ -130,12 +125,6 @@ void ConfigSaveDlg::on_pushButton_save_clicked()
     if (m_controller.ownerSurvives([&] { chooseFileAndSave(identifiers); })) {
         m_ui.tableWidget_selectConfigs->setFocus();
     }
-}
-
-void ConfigSaveDlg::on_pushButton_exit_clicked()
-{
-    // Whichever way the dialog is closed, it counts as accepted.
-    accept();
 }
 
 void ConfigSaveDlg::on_tableWidget_selectConfigs_itemSelectionChanged()

@@ -26,7 +26,7 @@ public:
     ~ConfigSaveDlg() override;
 
     /// Replaces the configurations that are offered; called before each showing.
-    void setConfigurationList(const ConfigEntryList &configurations);
+    void setConfigurationList(const ConfigEntryList &entries) { m_configurations = entries; }
 
 public slots:
     /// Shows the dialog and returns when the user has closed it; the dialog may be gone by then,
@@ -44,7 +44,8 @@ private slots: // connected by name in setupUi(), never by hand
     void on_pushButton_selectAll_clicked();
     void on_pushButton_clearSelection_clicked();
     void on_pushButton_save_clicked();
-    void on_pushButton_exit_clicked();
+    /// Whichever way the dialog is closed, it counts as accepted.
+    void on_pushButton_exit_clicked() { accept(); }
     void on_tableWidget_selectConfigs_itemSelectionChanged();
     void on_checkBox_allSettings_stateChanged(int state);
 

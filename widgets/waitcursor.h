@@ -10,8 +10,7 @@ class WaitCursor
 public:
     WaitCursor() { QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor)); }
     ~WaitCursor() { restore(); }
-    WaitCursor(const WaitCursor &) = delete;
-    WaitCursor &operator=(const WaitCursor &) = delete;
+    Q_DISABLE_COPY(WaitCursor)
 
     /// Takes the wait cursor back before the end of the scope, as is due before a message box.
     /// Harmless when called again.

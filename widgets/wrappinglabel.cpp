@@ -43,7 +43,6 @@ int WrappingLabel::heightForWidth(int width) const
 void WrappingLabel::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    painter.setPen(palette().color(foregroundRole()));
     painter.drawStaticText(0, 0, laidOut(*this, width()));
 }
 
