@@ -23,6 +23,7 @@ QByteArray embedded();
 /// document with a document type declaration is no backup, nor is one that costs more than any
 /// backup would to be read, see DocumentGuard. Takes time and memory in proportion to the size of
 /// the file. To be called in the GUI thread only, as the schema is kept from one call to the next.
+/// @param path     the file
 /// @param problem  if given, receives the first reason why a document is no backup, which lies at
 ///                 an element's start tag or where the document is not well-formed
 Verdict validate(const QString &path, DocumentProblem *problem = nullptr);

@@ -7,6 +7,7 @@
 class Latin1
 {
 public:
+    /// Takes the place of @p text in every call to the controller.
     Latin1(const QString &text)
         : m_bytes(text.toLatin1())
     {

@@ -18,6 +18,9 @@ using Button = QMessageBox::StandardButton;
 ///                       and Question for what has to be decided
 /// @param owner          the object whose code goes on after the box
 /// @param parent         the parent of the box; may be null
+/// @param title          of its window
+/// @param text           shown as it stands, never as markup
+/// @param buttons        what can be answered
 /// @param defaultButton  the harmless one: it is the answer, too, when the box is closed without
 /// any
 Button show(QMessageBox::Icon icon, const QObject *owner, QWidget *parent, const QString &title,
