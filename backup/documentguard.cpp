@@ -123,7 +123,7 @@ bool MarkupWalk::isBearable()
 
 bool MarkupWalk::passMarkup()
 {
-    static constexpr struct
+    static const struct
     {
         QLatin1String begin;
         QLatin1String end;

@@ -4,6 +4,7 @@
 #include "hostapi/backendversions.h"
 
 #include <stdexcept>
+#include <utility>
 
 namespace {
 constexpr int embeddedTimeoutMs = 3000;
@@ -15,8 +16,8 @@ FullBackup::FullBackup(IOManager *channel, BackendVersions *versions)
 {
 }
 
-FullBackup::FullBackup(const Controller &controller, BackendVersions *versions)
-    : m_controller(controller)
+FullBackup::FullBackup(Controller controller, BackendVersions *versions)
+    : m_controller(std::move(controller))
     , m_versions(versions)
 {
 }

@@ -29,7 +29,7 @@ public:
     /// @p channel and @p versions are not owned and must outlive the backup.
     FullBackup(IOManager *channel, BackendVersions *versions);
     /// The same for whoever may be destroyed within a command.
-    FullBackup(const Controller &controller, BackendVersions *versions);
+    FullBackup(Controller controller, BackendVersions *versions);
     virtual ~FullBackup() = default;
     Q_DISABLE_COPY(FullBackup)
 
