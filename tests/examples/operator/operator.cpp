@@ -232,7 +232,7 @@ class OperatorPlugin final : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "operator.json")
 
 public:
-    QObject *create(const QString & /*name*/, const QString & /*specification*/) override
+    QObject *create(const QString & /*name*/, const QString & /*arguments*/) override
     {
         return new Operator;
     }
