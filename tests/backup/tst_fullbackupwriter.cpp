@@ -116,6 +116,7 @@ private slots:
     void aLinkToAFullDeviceDoesNotStay();
     void aDeviceStaysOne();
     void writesInPlaceWhereTheFolderIsClosed();
+    void writesInPlaceWhereNothingCanStandBesideIt();
     void leavesNothingOfADocumentThatCannotBeRemoved();
     void beingKilledLeavesTheOlderFile();
     void beingKilledLeavesNoFileWhereThereWasNone();
@@ -482,6 +483,23 @@ void TestFullBackupWriter::writesInPlaceWhereTheFolderIsClosed()
     }
     QVERIFY(isWritten);
     QCOMPARE(withSampleDate(written()), SampleBackup::document());
+}
+
+// A name beside it would have six letters more than a name may have.
+void TestFullBackupWriter::writesInPlaceWhereNothingCanStandBesideIt()
+{
+    const QString path = m_folder->filePath(QString(251, QLatin1Char('x')) + ".xml");
+    FullBackup backup(nullptr, nullptr);
+    SampleBackup::fill(&backup);
+    for (int times = 0; times < 2; ++times) {
+        QVERIFY(backup.writeToFile(path));
+        FullBackup copy(nullptr, nullptr);
+        QVERIFY(copy.readFromFile(path));
+        QCOMPARE(SampleBackup::describe(copy), SampleBackup::describe(backup));
+    }
+    const FileSizeLimit full(500);
+    QVERIFY(!backup.writeToFile(path));
+    QVERIFY(!QFile::exists(path));
 }
 
 void TestFullBackupWriter::leavesNothingOfADocumentThatCannotBeRemoved()

@@ -14,6 +14,28 @@
 using Call = std::function<void(const Controller &controller)>;
 Q_DECLARE_METATYPE(Call)
 
+namespace {
+
+/// Writes into a value although the query for it fails.
+class WritingHost final : public LineChannel
+{
+public:
+    int setTimeout(int, int, int) override { return 0; }
+    int queryDouble(double *value, const char *, ...) override
+    {
+        *value = 0.0;
+        return 1;
+    }
+    int postMessage(const char *, const char *, int, const char *) override { return 0; }
+    int addMessageReceiver(const char *, MessageReceiver *) override { return 0; }
+    int removeMessageReceiver(const char *, MessageReceiver *) override { return 0; }
+
+private:
+    int transact(Operation, const QByteArray &, QByteArray *) override { return 1; }
+};
+
+} // namespace
+
 class TestController : public QObject
 {
     Q_OBJECT
@@ -68,6 +90,8 @@ void TestController::aValueThatFailsIsNone()
 {
     ScriptedChannel host;
     QVERIFY(!Controller(&host).freeSpace());
+    WritingHost writing;
+    QVERIFY(!Controller(&writing).freeSpace());
     QVERIFY(!Controller(&host).isEmbedded());
     QVERIFY(!Controller(&host).numberOfConnectedSlaves());
 }

@@ -14,8 +14,10 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <fstream>
 #include <memory>
 #include <optional>
+#include <string>
 
 using namespace TransferTesting;
 
@@ -158,6 +160,7 @@ private slots:
     void anAnswerThatCannotBeReadFailsTheSave();
     void aFullDiskFailsTheSave();
     void thePreviousFileIsKeptOnceBeforeAnythingIsSent();
+    void aNameBeyondAsciiIsTheSameForAllThatTouchesTheFile();
     void aPreviousFileThatCannotBeRenamedIsLeftAlone();
     void theWaitCursorLastsUntilTheBox_data();
     void theWaitCursorLastsUntilTheBox();
@@ -397,6 +400,20 @@ void TestConfigurationSave::thePreviousFileIsKeptOnceBeforeAnythingIsSent()
     QVERIFY(isKept);
     QCOMPARE(contentsOf(fileName()), QByteArray("one two"));
     QCOMPARE(contentsOf(backupName), QByteArray("previous"));
+}
+
+// Which is none in UTF-8: QFile would look for another.
+void TestConfigurationSave::aNameBeyondAsciiIsTheSameForAllThatTouchesTheFile()
+{
+    const QString name = m_folder->filePath(QString::fromUtf8("pr\u00fc.dat"));
+    const std::string bytes = name.toLatin1().toStdString();
+    for (const bool isSecond : {false, true}) {
+        expectBox(QMessageBox::Information,
+                  "Configuration data successfully written to the file\n" + name);
+        saveConfigurations(Controller(m_channel.get()), {"first"}, name, m_dialog.get());
+        QVERIFY(std::ifstream(bytes).good());
+        QCOMPARE(std::ifstream(bytes + ".bak").good(), isSecond);
+    }
 }
 
 void TestConfigurationSave::aPreviousFileThatCannotBeRenamedIsLeftAlone()

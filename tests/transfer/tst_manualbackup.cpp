@@ -25,6 +25,7 @@ private slots:
     void init();
     void cleanup();
 
+    void proposesTheTimeAfterTheQueries();
     void proposesANameThatTellsTheController_data();
     void proposesANameThatTellsTheController();
     void theProposalEndsWithTheTime();
@@ -108,6 +109,22 @@ QString TestManualBackup::proposal()
     });
     run();
     return path;
+}
+
+// However long the controller takes to answer.
+void TestManualBackup::proposesTheTimeAfterTheQueries()
+{
+    const auto stamp = [] {
+        return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd_HHmmss"));
+    };
+    const QString before = stamp();
+    m_channel->whenSent("system model", [&] {
+        while (stamp() == before) {
+            QThread::msleep(10);
+        }
+    });
+    const QString path = proposal();
+    QVERIFY2(path.right(21).left(17) > before, qPrintable(path));
 }
 
 void TestManualBackup::proposesANameThatTellsTheController_data()
