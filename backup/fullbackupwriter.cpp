@@ -28,10 +28,10 @@ void writeText(QXmlStreamWriter &xml, const QString &element, const QString &tex
     xml.writeStartElement(element);
     const QStringList parts = text.split(QLatin1Char('\r'));
     xml.writeCharacters(parts.first());
-    for (const QString &part : parts.mid(1)) {
+    for (int part = 1; part < parts.size(); ++part) {
         // Written as it is, a carriage return would be read back as a line feed.
         xml.writeEntityReference(QStringLiteral("#13"));
-        xml.writeCharacters(part);
+        xml.writeCharacters(parts.at(part));
     }
     xml.writeEndElement();
 }

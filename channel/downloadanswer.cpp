@@ -23,8 +23,7 @@ std::optional<DownloadAnswer> parseDownloadAnswer(const char *line)
     if (*text == '\0') {
         return std::nullopt;
     }
-    const char *const closing = std::strchr(text, '\'');
-    const auto size = static_cast<int>(closing ? closing - text : std::strlen(text));
+    const auto size = static_cast<int>(std::strcspn(text, "'"));
     return DownloadAnswer{static_cast<int>(std::clamp<long>(total, Limits::min(), Limits::max())),
                           QByteArray(text, std::min(size, DownloadAnswer::maxTextSize))};
 }

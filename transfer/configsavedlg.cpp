@@ -166,9 +166,9 @@ void ConfigSaveDlg::showAvailability(bool isAvailable)
     m_ui.label_error->setText(
         isAvailable ? QString() : tr("<b><font color=red>No configuration available!</font></b>"));
     m_ui.label_error->setVisible(!isAvailable);
-    for (QWidget *widget : QWidgetList{m_ui.label_selectConfigs, m_ui.tableWidget_selectConfigs,
-                                       m_ui.pushButton_selectAll, m_ui.pushButton_clearSelection,
-                                       m_ui.pushButton_save}) {
+    for (QWidget *const widget : std::initializer_list<QWidget *>{
+             m_ui.label_selectConfigs, m_ui.tableWidget_selectConfigs, m_ui.pushButton_selectAll,
+             m_ui.pushButton_clearSelection, m_ui.pushButton_save}) {
         widget->setEnabled(isAvailable);
     }
 }
