@@ -528,5 +528,5 @@ void TestFullBackupCollect::cancelsTheDownload()
     QCOMPARE(m_channel->trace(), QStringList(QString::fromLatin1(cancelled)));
 }
 
-VELTRA4_TEST_MAIN(TestFullBackupCollect)
+VELTRA4_TEST(TestFullBackupCollect)
 #include "tst_fullbackupcollect.moc"

@@ -547,5 +547,5 @@ void TestFullBackupWriter::beingKilledLeavesNoFileWhereThereWasNone()
     QVERIFY(!QFileInfo::exists(m_path));
 }
 
-VELTRA4_TEST_MAIN(TestFullBackupWriter)
+VELTRA4_TEST(TestFullBackupWriter)
 #include "tst_fullbackupwriter.moc"

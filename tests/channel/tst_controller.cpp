@@ -260,5 +260,5 @@ void TestController::otherFailuresPass()
         std::runtime_error);
 }
 
-VELTRA4_TEST_MAIN(TestController)
+VELTRA4_TEST(TestController)
 #include "tst_controller.moc"

@@ -1338,5 +1338,5 @@ void TestChangeConfigurationDlg::theDialogMayDieUnderTheNoContactBox()
              QStringLiteral("removeMessageReceiver ServiceModule"));
 }
 
-VELTRA4_TEST_MAIN(TestChangeConfigurationDlg)
+VELTRA4_TEST(TestChangeConfigurationDlg)
 #include "tst_changeconfigurationdlg.moc"

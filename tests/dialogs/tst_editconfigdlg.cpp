@@ -344,5 +344,5 @@ void TestEditConfigDlg::theHostMayDestroyItUnderTheWarning()
     QCOMPARE(m_channel->trace(), reading);
 }
 
-VELTRA4_TEST_MAIN(TestEditConfigDlg)
+VELTRA4_TEST(TestEditConfigDlg)
 #include "tst_editconfigdlg.moc"

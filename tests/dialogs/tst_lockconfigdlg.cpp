@@ -325,5 +325,5 @@ void TestLockConfigDlg::theHostMayDestroyItUnderAWarning()
     QCOMPARE(m_channel->trace(), reading);
 }
 
-VELTRA4_TEST_MAIN(TestLockConfigDlg)
+VELTRA4_TEST(TestLockConfigDlg)
 #include "tst_lockconfigdlg.moc"

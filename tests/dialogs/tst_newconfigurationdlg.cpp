@@ -354,5 +354,5 @@ void TestNewConfigurationDlg::theHostMayDestroyItUnderTheWarning()
     QCOMPARE(m_channel->trace(), QStringList());
 }
 
-VELTRA4_TEST_MAIN(TestNewConfigurationDlg)
+VELTRA4_TEST(TestNewConfigurationDlg)
 #include "tst_newconfigurationdlg.moc"

@@ -438,5 +438,5 @@ void TestUnlockConfigDlg::theHostMayDestroyItUnderAWarning()
     QCOMPARE(m_channel->trace(), reading + presented);
 }
 
-VELTRA4_TEST_MAIN(TestUnlockConfigDlg)
+VELTRA4_TEST(TestUnlockConfigDlg)
 #include "tst_unlockconfigdlg.moc"

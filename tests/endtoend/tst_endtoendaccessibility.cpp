@@ -322,5 +322,5 @@ void TestEndToEndAccessibility::configurationsAreMadeAndSavedWithoutAMouse()
     QCOMPARE(items.size(), 2);
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndAccessibility)
+VELTRA4_TEST(TestEndToEndAccessibility)
 #include "tst_endtoendaccessibility.moc"

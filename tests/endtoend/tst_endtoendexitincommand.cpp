@@ -124,5 +124,5 @@ void TestEndToEndExitInCommand::theHostLeavesWithinEachCall()
     }
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndExitInCommand)
+VELTRA4_TEST(TestEndToEndExitInCommand)
 #include "tst_endtoendexitincommand.moc"

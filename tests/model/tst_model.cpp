@@ -73,5 +73,5 @@ void TestModel::cleanupTestCase()
     qInfo("%d sequences, %d actions, %d of them with a fault", m_sequences, m_actions, m_faults);
 }
 
-VELTRA4_TEST_MAIN(TestModel)
+VELTRA4_TEST(TestModel)
 #include "tst_model.moc"

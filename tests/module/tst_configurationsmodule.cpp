@@ -594,5 +594,5 @@ void TestConfigurationsModule::theModuleMayBeReleasedWhileTheDialogIsShown()
     QVERIFY(controller.channel.receivers().isEmpty());
 }
 
-VELTRA4_TEST_MAIN(TestConfigurationsModule)
+VELTRA4_TEST(TestConfigurationsModule)
 #include "tst_configurationsmodule.moc"

@@ -149,5 +149,5 @@ void TestSweepBackup::automatic()
     Sweep::run(operation);
 }
 
-VELTRA4_TEST_MAIN(TestSweepBackup)
+VELTRA4_TEST(TestSweepBackup)
 #include "tst_sweepbackup.moc"

@@ -353,5 +353,5 @@ void TestSweepRestore::sweep(const ControllerState &before)
     Sweep::run(operation);
 }
 
-VELTRA4_TEST_MAIN(TestSweepRestore)
+VELTRA4_TEST(TestSweepRestore)
 #include "tst_sweeprestore.moc"

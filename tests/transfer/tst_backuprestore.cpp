@@ -719,5 +719,5 @@ void TestBackupRestore::theHostMayDestroyTheDialogsWhileAnyBoxIsOpen()
     QCOMPARE(f.channel.commandCount(), sent); // nothing goes on without the dialog
 }
 
-VELTRA4_TEST_MAIN(TestBackupRestore)
+VELTRA4_TEST(TestBackupRestore)
 #include "tst_backuprestore.moc"

@@ -807,5 +807,5 @@ void TestConfigSaveDlg::theDialogMayVanishWhileItIsShown()
     QVERIFY(!m_dialog);
 }
 
-VELTRA4_TEST_MAIN(TestConfigSaveDlg)
+VELTRA4_TEST(TestConfigSaveDlg)
 #include "tst_configsavedlg.moc"

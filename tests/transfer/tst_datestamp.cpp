@@ -109,5 +109,5 @@ void TestDateStamp::todayIsDayMonthYear()
     QVERIFY(today == written(before) || today == written(after));
 }
 
-VELTRA4_TEST_MAIN(TestDateStamp)
+VELTRA4_TEST(TestDateStamp)
 #include "tst_datestamp.moc"

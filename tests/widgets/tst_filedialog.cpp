@@ -161,5 +161,5 @@ void TestFileDialog::aDestroyedParentTakesTheDialogWithIt()
     QCOMPARE(save(parent, parent), QString());
 }
 
-VELTRA4_TEST_MAIN(TestFileDialog)
+VELTRA4_TEST(TestFileDialog)
 #include "tst_filedialog.moc"

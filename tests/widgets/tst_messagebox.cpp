@@ -169,5 +169,5 @@ void TestMessageBox::aDestroyedParentThatIsTheOwnerMeansNoAnswer()
     QCOMPARE(ask(window, window), QMessageBox::NoButton);
 }
 
-VELTRA4_TEST_MAIN(TestMessageBox)
+VELTRA4_TEST(TestMessageBox)
 #include "tst_messagebox.moc"

@@ -127,5 +127,5 @@ void TestReadableTable::aTextIsNeverTakenForHtml()
                 .contains(QStringLiteral("&lt;b&gt;very bold")));
 }
 
-VELTRA4_TEST_MAIN(TestReadableTable)
+VELTRA4_TEST(TestReadableTable)
 #include "tst_readabletable.moc"

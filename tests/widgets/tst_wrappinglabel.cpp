@@ -154,5 +154,5 @@ void TestWrappingLabel::markUpIsShownAsItStands()
     QCOMPARE(lines(label, width - 1), 2);
 }
 
-VELTRA4_TEST_MAIN(TestWrappingLabel)
+VELTRA4_TEST(TestWrappingLabel)
 #include "tst_wrappinglabel.moc"
