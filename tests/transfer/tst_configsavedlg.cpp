@@ -75,6 +75,7 @@ private slots:
     void showsTheEntriesInOrder();
     void opensWithoutConfigurations();
     void aLaterShowingReplacesTheEntries();
+    void aLaterShowingWithTheBoxStillTickedIsForABackup();
     void aLaterShowingWithoutConfigurationsCannotSave();
     void theDialogKeepsItsOwnListOfEntries();
 
@@ -486,6 +487,16 @@ void TestConfigSaveDlg::aLaterShowingReplacesTheEntries()
         QVERIFY(find<QCheckBox>("checkBox_allSettings")->isChecked());
         QVERIFY(!isEnabled("widget_selectConfigs"));
         QCOMPARE(selectedRows(), QList<int>({0}));
+    });
+}
+
+void TestConfigSaveDlg::aLaterShowingWithTheBoxStillTickedIsForABackup()
+{
+    show([] {});
+    QVERIFY(find<QCheckBox>("checkBox_allSettings")->isChecked());
+    show([&] {
+        QVERIFY(!isEnabled("widget_selectConfigs"));
+        QCOMPARE(selectedRows(), QList<int>({0, 1, 2}));
     });
 }
 

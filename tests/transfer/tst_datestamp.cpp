@@ -82,6 +82,10 @@ void TestDateStamp::removesTheDateOfAnEarlierSave_data()
                                 << "Lab 01-02-20";
     QTest::newRow("short day") << "Lab 1-02-2020"
                                << "Lab 1-02-2020";
+    QTest::newRow("long month") << "Lab 12-123-2024"
+                                << "Lab 12-123-2024";
+    QTest::newRow("short month") << "Lab 12-1-2024"
+                                 << "Lab 12-1-2024";
     QTest::newRow("other order") << "Lab 2020-02-01"
                                  << "Lab 2020-02-01";
     QTest::newRow("dots") << "Lab 01.02.2020"

@@ -19,6 +19,7 @@ private slots:
 
     void openingReturnsTheChosenFile();
     void openingStartsInTheDirectoryWithTheFilter();
+    void openingInsistsOnAnExistingFile();
     void savingReturnsTheChosenName();
     void savingStartsWithTheProposal();
     void overwritingIsAskedFor_data();
@@ -78,6 +79,19 @@ void TestFileDialog::openingStartsInTheDirectoryWithTheFilter()
     open(&m_owner, nullptr);
     QCOMPARE(directory, m_directory->path());
     QCOMPARE(filters, QStringList("Data (*.dat)"));
+}
+
+void TestFileDialog::openingInsistsOnAnExistingFile()
+{
+    ExpectedBox refusal;
+    refusal.icon = QMessageBox::Warning;
+    refusal.title = "Open";
+    refusal.text = "missing.dat\nFile not found.\nPlease verify the correct file name was given.";
+    ModalDriver driver;
+    driver.expectFileDialog("Open", path("missing.dat"));
+    driver.expectBox(refusal);
+    QCOMPARE(open(&m_owner, nullptr), QString());
+    QCOMPARE(driver.takeProblems().size(), 1); // the driver closes what is left open
 }
 
 void TestFileDialog::savingReturnsTheChosenName()
