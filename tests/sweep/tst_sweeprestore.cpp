@@ -316,7 +316,7 @@ class TestSweepRestore : public QObject
 private slots:
     void restore_data() { Sweep::addRows(); }
     void restore() { sweep(changed()); }
-    void restoreWithoutNetwork_data() { Sweep::addRows(); }
+    void restoreWithoutNetwork_data() { Sweep::addRowsOfVariant(); }
     void restoreWithoutNetwork();
     void cleanupTestCase() { Sweep::sayTotal(); }
 
