@@ -30,5 +30,4 @@ enum class DownloadEnd {
 ///                 returning false
 /// @param refused  receives the answer that is no chunk, or the text that is undecodable
 DownloadEnd downloadChunks(const Controller &controller,
-                           const std::function<bool(const Chunk &)> &take,
-                           QByteArray *refused);
+                           const std::function<bool(const Chunk &)> &take, QByteArray *refused);
