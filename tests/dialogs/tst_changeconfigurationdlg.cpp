@@ -711,7 +711,8 @@ void TestChangeConfigurationDlg::execRefreshesSelectsTheActiveRowAndShowsItsDesc
 
 void TestChangeConfigurationDlg::theActiveDescriptionIsReadable()
 {
-    const Fixture fixture;
+    Fixture fixture;
+    fixture.show();
     const auto *description = fixture.find<QLineEdit>("lineEdit_activeConfig");
     const QColor colour = description->palette().color(QPalette::Active, QPalette::Text);
     QVERIFY(!description->isEnabled());

@@ -64,6 +64,7 @@ void enterSecret(QDialog *dialog)
 void enterSuperSecret(QDialog *dialog)
 {
     click(dialog, "checkBox_use_super_password");
+    QCOMPARE(focusOf(dialog), "lineEdit_password");
     enterSecret(dialog);
 }
 
@@ -249,6 +250,7 @@ void TestUnlockConfigDlg::anEmptyPasswordIsRefused()
     const int result = runDialog([&](QDialog *dialog) {
         m_driver->expectBox(warning("Please enter the password for this configuration."));
         click(dialog, "pushButton_ok");
+        QCOMPARE(focusOf(dialog), "lineEdit_password");
         traceAfterWarning = m_channel->trace();
         enterSecret(dialog);
     });

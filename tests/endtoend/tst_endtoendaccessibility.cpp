@@ -228,8 +228,11 @@ void TestEndToEndAccessibility::everyControlSaysWhatItIsFor()
     visit([](QDialog *dialog) {
         const QVector<QWidget *> controls = controlsOf(dialog);
         for (QWidget *control : controls) {
-            QVERIFY2(accessibleText(control, QAccessible::Description) == control->whatsThis(),
-                     qPrintable(control->objectName()));
+            // One that only displays tells the text that it shows.
+            const QString expected = control->objectName() == QLatin1String("lineEdit_activeConfig")
+                ? UserInput::textOf(dialog, "lineEdit_activeConfig")
+                : control->whatsThis();
+            QCOMPARE(accessibleText(control, QAccessible::Description), expected);
         }
     });
 }

@@ -551,6 +551,7 @@ void TestConfigSaveDlg::clearSelectsNothing()
     showSelection([&] {
         click("pushButton_clearSelection");
         QCOMPARE(selectedRows(), QList<int>());
+        QCOMPARE(m_dialog->focusWidget(), table());
     });
 }
 

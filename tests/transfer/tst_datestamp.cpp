@@ -66,6 +66,8 @@ void TestDateStamp::removesTheDateOfAnEarlierSave_data()
                                         << "Lab 01-02-2020 east";
     QTest::newRow("blank behind") << "Lab 01-02-2020 "
                                   << "Lab 01-02-2020 ";
+    QTest::newRow("line feed behind") << "Lab 01-02-2020\n"
+                                      << "Lab 01-02-2020\n";
 
     QTest::newRow("glued date") << "Lab01-02-2020"
                                 << "Lab00-00-0000";
