@@ -36,14 +36,15 @@ ENVIRONMENT = {"QT_HASH_SEED": "0", "GLIBC_TUNABLES": "glibc.cpu.hwcaps=-ERMS,-F
 
 
 class Counter:
-    """Counts one go of operations such as "read/1048576", each count in a folder of its own.
-
-    The documents that they read are made when memory is measured, and then used again.
-    """
+    """Counts one go of operations such as "read/1048576", each count in a folder of its own."""
 
     def __init__(self, program):
         self._program = os.path.abspath(program)
         self._folders = tempfile.TemporaryDirectory()
+
+    def make_documents(self):
+        """What is read and validated. To be called first, as making it is no part of that."""
+        self._run([], [f"read-copy/{size}" for size in (1, ONE_CHUNK, *(size * MEBIBYTE for size in SIZES))])
 
     def _run(self, tool, operations):
         folder = tempfile.mkdtemp(dir=self._folders.name)  # several run at once
@@ -122,11 +123,16 @@ def system_calls_per_chunk(counter, few=100, many=1000):
             for operation in OF_SYSTEM_CALLS}
 
 
+def memory_of_sizes(counter):
+    """By operation and number of MiB."""
+    return {operation: {size: counter.memory(f"{operation}/{size * MEBIBYTE}") for size in SIZES}
+            for operation in OF_MEMORY}
+
+
 def count_all(program):
     counter = Counter(program)
-    counter.memory(f"read/{ONE_CHUNK}")  # makes the smallest document
-    memory = {operation: {size: counter.memory(f"{operation}/{size * MEBIBYTE}") for size in SIZES}
-              for operation in OF_MEMORY}
+    counter.make_documents()
+    memory = memory_of_sizes(counter)
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         rows = pool.submit(instructions_of_rows, counter)
         tables = pool.submit(counter.instructions, OF_TABLES)

@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """Counts the instructions that one more row or chunk costs, and compares them with those on record.
 
 Instructions do not depend on what else the machine does, so this guards against regressions where a

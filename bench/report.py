@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """Turns what counts.py and runs of veltra4-bench tell into the tables of docs/performance.md and its picture."""
 
 import argparse
