@@ -41,7 +41,7 @@ public:
     ///
     /// Values that the document does not carry stay as they were, but for the slaves. A file that
     /// is no such document at all may be read "successfully", with nothing in it;
-    /// validateBackupFile() tells. After a failure the record is partly filled and of no use.
+    /// BackupSchema::validate() tells. After a failure the record is partly filled and of no use.
     /// @param path     the file
     /// @param problem  if given, receives why a document was refused; it is left alone where there
     ///                 is no document to speak of

@@ -75,7 +75,8 @@ int FullBackup::downloadConfigData()
         configData += chunk.bytes;
         return chunk.total <= maxChunks;
     };
-    if (downloadChunks(m_controller, append) != DownloadEnd::Complete) {
+    QByteArray refused; // of which nothing is told here
+    if (downloadChunks(m_controller, append, &refused) != DownloadEnd::Complete) {
         configData.clear();
         return downloadBrokeOff;
     }

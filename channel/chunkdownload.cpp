@@ -10,12 +10,6 @@
 DownloadEnd downloadChunks(const Controller &controller,
                            const std::function<bool(const Chunk &)> &take, QByteArray *refused)
 {
-    const auto refuse = [refused](const QByteArray &what, DownloadEnd end) {
-        if (refused) {
-            *refused = what;
-        }
-        return end;
-    };
     Chunk chunk{0, 0, {}};
     chunk.bytes.reserve(ReplyBuffer::capacity); // once for all
     do {
@@ -26,14 +20,16 @@ DownloadEnd downloadChunks(const Controller &controller,
         }
         const std::optional<DownloadAnswer> answer = parseDownloadAnswer(reply.data());
         if (!answer) {
-            return refuse(reply.bytes(), DownloadEnd::NotAChunk);
+            *refused = reply.bytes();
+            return DownloadEnd::NotAChunk;
         }
         if (chunk.total == 0) {
             chunk.total = answer->total;
         }
         chunk.bytes.resize(0);
         if (TransferEncoding::decode(answer->text, &chunk.bytes) < 0) {
-            return refuse(answer->text, DownloadEnd::Undecodable);
+            *refused = answer->text;
+            return DownloadEnd::Undecodable;
         }
         if (!take(chunk)) {
             return DownloadEnd::NotTaken;

@@ -28,7 +28,6 @@ enum class DownloadEnd {
 /// The first number of chunks that is not 0 counts; the controller does not always repeat it.
 /// @param take     called with each chunk before the next is asked for; ends the download by
 ///                 returning false
-/// @param refused  if given, receives the answer that is no chunk, or the text that is undecodable
+/// @param refused  receives the answer that is no chunk, or the text that is undecodable
 DownloadEnd downloadChunks(const Controller &controller,
-                           const std::function<bool(const Chunk &)> &take,
-                           QByteArray *refused = nullptr);
+                           const std::function<bool(const Chunk &)> &take, QByteArray *refused);

@@ -42,9 +42,8 @@ Controller::Answer Controller::answer(Call call) const
 }
 
 template <typename Value, typename Call>
-std::optional<Value> Controller::value(Call call) const
+std::optional<Value> Controller::value(Call call, Value value) const
 {
-    Value value{};
     return done([&] { return call(&value); }) ? std::optional(value) : std::nullopt;
 }
 
@@ -123,7 +122,7 @@ bool Controller::hasPassword(const Latin1 &id, ReplyBuffer *reply) const
 std::optional<double> Controller::freeSpace() const
 {
     return value<double>(
-        [&](double *value) { return m_host->queryDouble(value, "config free_space"); });
+        [&](double *value) { return m_host->queryDouble(value, "config free_space"); }, 1.0);
 }
 
 bool Controller::activeConfiguration(ReplyBuffer *reply) const

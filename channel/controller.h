@@ -89,7 +89,7 @@ public:
     bool descriptionOf(const Latin1 &id, ReplyBuffer *reply) const;
     /// Answers "yes" if a configuration is locked.
     bool hasPassword(const Latin1 &id, ReplyBuffer *reply) const;
-    /// The free fraction of the store, from 0 to 1.
+    /// The free fraction of the store, from 0 to 1; 1 where the host succeeds without telling.
     std::optional<double> freeSpace() const;
     /// The identifier of the active configuration.
     bool activeConfiguration(ReplyBuffer *reply) const;
@@ -219,7 +219,7 @@ private:
     template <typename Call>
     Answer answer(Call call) const;
     template <typename Value, typename Call>
-    std::optional<Value> value(Call call) const;
+    std::optional<Value> value(Call call, Value value = {}) const;
 
     IOManager *m_host;
     QPointer<QObject> m_owner;

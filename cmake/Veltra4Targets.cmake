@@ -49,6 +49,28 @@ configure_file("${CMAKE_CURRENT_LIST_DIR}/projectversion.h.in"
 add_library(projectversion INTERFACE)
 target_include_directories(projectversion INTERFACE "${PROJECT_BINARY_DIR}/generated")
 
+# veltra4_add_headers(<name> HEADERS <header>... [LINK <target>...])
+# Headers that many sources include, compiled once: without that they are most of what each takes.
+function(veltra4_add_headers name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;LINK")
+    add_library(${name} OBJECT "${PROJECT_SOURCE_DIR}/cmake/headers.cpp")
+    target_link_libraries(${name} PUBLIC veltra4_options ${arg_LINK})
+    target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF)
+    veltra4_compile_headers_for_ccache(${name})
+endfunction()
+
+function(veltra4_use_headers target headers)
+    target_precompile_headers(${target} REUSE_FROM ${headers})
+    veltra4_compile_headers_for_ccache(${target})
+endfunction()
+
+function(veltra4_compile_headers_for_ccache target)
+    target_compile_options(${target} PRIVATE
+        $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
+        "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
+endfunction()
+
 # veltra4_add_library(<name> SOURCES <file>... [LINK <target>...])
 # One folder's static library. Forms that its headers include are compiled automatically.
 function(veltra4_add_library name)
@@ -56,4 +78,7 @@ function(veltra4_add_library name)
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC veltra4_options ${arg_LINK})
     target_include_directories(${name} INTERFACE "${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/include")
+    if(TARGET coreheaders)
+        veltra4_use_headers(${name} coreheaders)
+    endif()
 endfunction()

@@ -12,6 +12,8 @@
 #include "transfer/configloaddlg.h"
 #include "transfer/configsavedlg.h"
 #include "widgets/accessibletexts.h"
+#include "widgets/adoption.h"
+#include "widgets/displayfield.h"
 #include "widgets/messagebox.h"
 #include "widgets/modaldialog.h"
 #include "widgets/readabletable.h"
@@ -33,15 +35,6 @@ constexpr int slowCommandMs = 20000;
 constexpr double fullWarningBelow = 0.2; // free fraction of the configuration store
 constexpr double tooFullBelow = 0.02;
 
-// It only displays, but what it displays is no less important for that.
-void makeReadableThoughDisabled(QWidget *widget)
-{
-    QPalette palette = widget->palette();
-    palette.setColor(QPalette::Disabled, QPalette::Text,
-                     palette.color(QPalette::Active, QPalette::Text));
-    widget->setPalette(palette);
-}
-
 // The same in selected rows, where a style would tint it until it can no longer be told apart.
 QIcon untintedIcon(const QString &fileName)
 {
@@ -61,7 +54,6 @@ ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersio
     initializeResources();
     m_ui.setupUi(this);
     AccessibleTexts::describeControls(this);
-    makeReadableThoughDisabled(m_ui.lineEdit_activeConfig);
     m_lockIcon = untintedIcon(QStringLiteral(":/lock.png"));
     m_unlockIcon = untintedIcon(QStringLiteral(":/unlock.png"));
     m_saveDialog = new ConfigSaveDlg(channel, versions, this);
@@ -76,9 +68,7 @@ ChangeConfigurationDlg::ChangeConfigurationDlg(IOManager *channel, BackendVersio
     setUpTable();
     refreshBeforeAdoption(parent);
     m_controller = Controller(channel, this);
-    if (parent) {
-        setParent(parent, windowFlags());
-    }
+    adopt(this, parent);
 }
 
 ChangeConfigurationDlg::~ChangeConfigurationDlg()
@@ -237,8 +227,13 @@ void ChangeConfigurationDlg::selectActiveRow()
 
 void ChangeConfigurationDlg::showActiveDescription()
 {
-    m_ui.lineEdit_activeConfig->setText(m_list.activeDescription());
+    const QString description = m_list.activeDescription();
+    showAsDisplay(m_ui.lineEdit_activeConfig);
+    m_ui.lineEdit_activeConfig->setText(description);
     m_ui.lineEdit_activeConfig->home(false); // the beginning says most
+    m_ui.lineEdit_activeConfig->setToolTip(ReadableTable::toolTip(description));
+    m_ui.lineEdit_activeConfig->setAccessibleDescription(
+        description); // else it is the tip's markup
 }
 
 void ChangeConfigurationDlg::on_pushButton_apply_clicked()
@@ -370,6 +365,7 @@ void ChangeConfigurationDlg::on_pushButton_load_clicked()
     m_loadDialog->setConfigurationList(m_list.entries());
     if (m_controller.ownerSurvives([this] { m_loadDialog->openAndExec(); })
         && refreshAndSurvive()) {
+        activateWindow(); // not all window managers do, after several windows came and went
         showActiveDescription();
         selectActiveRow();
     }

@@ -4,6 +4,7 @@
 
 #include "channel/controller.h"
 #include "dialogs/configurationlist.h"
+#include "widgets/repaint.h"
 
 #include <QDialog>
 #include <QIcon>
@@ -64,7 +65,10 @@ private:
     /// Runs refreshList(); false once the host has destroyed this dialog meanwhile.
     bool refreshAndSurvive()
     {
-        return m_controller.ownerSurvives([this] { refreshList(); });
+        return m_controller.ownerSurvives([this] {
+            repaintWindows(); // one has just closed
+            refreshList();
+        });
     }
     void selectActiveRow();
     void showActiveDescription();

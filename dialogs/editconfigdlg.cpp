@@ -3,6 +3,7 @@
 #include "channel/quotes.h"
 #include "channel/replybuffer.h"
 #include "widgets/accessibletexts.h"
+#include "widgets/displayfield.h"
 #include "widgets/messagebox.h"
 #include "widgets/validators.h"
 
@@ -10,11 +11,11 @@ EditConfigDlg::EditConfigDlg(IOManager *channel, QWidget *parent)
     : QDialog(parent)
     , m_controller(channel, this)
 {
-    m_ui.setupUi(this);
+    setupUi(this);
     AccessibleTexts::describeControls(this);
     const QRegExpValidator *validator = Validators::forText(this);
-    m_ui.lineEdit_owner->setValidator(validator);
-    m_ui.lineEdit_desc->setValidator(validator);
+    lineEdit_owner->setValidator(validator);
+    lineEdit_desc->setValidator(validator);
 }
 
 int EditConfigDlg::update_and_exec(QString config_id)
@@ -26,10 +27,11 @@ int EditConfigDlg::update_and_exec(QString config_id)
         ReplyBuffer description;
         m_controller.descriptionOf(m_configId, &description);
 
-        m_ui.lineEdit_owner->setText(withoutDoubleQuotes(owner.text()));
-        m_ui.lineEdit_desc->setText(withoutDoubleQuotes(description.text()));
-        m_ui.lineEdit_configId->setText(m_configId);
-        m_ui.lineEdit_configId->home(false);
+        lineEdit_owner->setText(withoutDoubleQuotes(owner.text()));
+        lineEdit_desc->setText(withoutDoubleQuotes(description.text()));
+        showAsDisplay(lineEdit_configId);
+        lineEdit_configId->setText(m_configId);
+        lineEdit_configId->home(false);
     };
     return m_controller.ownerSurvives(showConfiguration) ? exec() : int(Rejected);
 }
@@ -38,12 +40,12 @@ void EditConfigDlg::on_pushButton_ok_clicked()
 {
     // The validator stops quotes, except in a text that was stored with a character it does not
     // know: Qt then lets every character through.
-    const QString owner = withoutDoubleQuotes(m_ui.lineEdit_owner->text());
-    const QString description = withoutDoubleQuotes(m_ui.lineEdit_desc->text());
+    const QString owner = withoutDoubleQuotes(lineEdit_owner->text());
+    const QString description = withoutDoubleQuotes(lineEdit_desc->text());
     if (description.isEmpty()) {
         // Without a parent, unlike that of a new configuration.
-        MessageBox::show(QMessageBox::Warning, this, nullptr, tr("Warning"),
-                         tr("Configuration description must not be empty."));
+        MessageBox::warnAbout(lineEdit_desc, nullptr, tr("Warning"),
+                              tr("Configuration description must not be empty."));
         return;
     }
     m_controller.ownerSurvives([&] { store(owner, description); });

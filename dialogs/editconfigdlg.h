@@ -11,7 +11,7 @@
 /// The controller takes both for its active configuration only: OK makes the edited configuration
 /// the active one, even if nothing was changed. Whether the commands succeed is not asked for; the
 /// list that opened the dialog shows what has become of them.
-class EditConfigDlg : public QDialog
+class EditConfigDlg : public QDialog, private Ui::EditConfigDialog
 {
     Q_OBJECT
 
@@ -30,7 +30,6 @@ private slots: // connected by name in setupUi(), never by hand
 private:
     void store(const QString &owner, const QString &description);
 
-    Ui::EditConfigDialog m_ui;
     Controller m_controller;
     QString m_configId;
 };

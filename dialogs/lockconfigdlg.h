@@ -10,7 +10,7 @@
 ///
 /// The controller's verdict is not asked for: the list that opened the dialog reads the state again
 /// afterwards.
-class LockConfigDlg : public QDialog
+class LockConfigDlg : public QDialog, private Ui::LockConfigurationDialog
 {
     Q_OBJECT
 
@@ -29,7 +29,6 @@ private slots: // connected by name in setupUi(), never by hand
 private:
     void lock(const QString &password);
 
-    Ui::LockConfigurationDialog m_ui;
     Controller m_controller;
     QString m_configId; ///< what is shown; the password itself goes to the active configuration
 };

@@ -14,18 +14,18 @@ NewConfigurationDlg::NewConfigurationDlg(IOManager *channel, QWidget *parent)
     : QDialog(parent)
     , m_controller(channel, this)
 {
-    m_ui.setupUi(this);
+    setupUi(this);
     AccessibleTexts::describeControls(this);
     const QRegExpValidator *validator = Validators::forText(this);
-    m_ui.lineEdit_desc->setValidator(validator);
-    m_ui.lineEdit_owner->setValidator(validator);
+    lineEdit_desc->setValidator(validator);
+    lineEdit_owner->setValidator(validator);
 }
 
 void NewConfigurationDlg::on_pushButton_create_clicked()
 {
-    if (m_ui.lineEdit_desc->text().isEmpty()) {
-        MessageBox::show(QMessageBox::Warning, this, this, tr("Warning"),
-                         tr("Please enter a configuration description."));
+    if (lineEdit_desc->text().isEmpty()) {
+        MessageBox::warnAbout(lineEdit_desc, this, tr("Warning"),
+                              tr("Please enter a configuration description."));
         return;
     }
     m_controller.ownerSurvives([this] { createAndAnnounce(); });
@@ -49,7 +49,7 @@ void NewConfigurationDlg::createConfiguration()
     m_controller.activeConfiguration(&active);
     const QString stamp = Identifiers::newStamp();
     m_controller.setTimeout(creationTimeoutMs, 1);
-    if (m_ui.radioButton_clone->isChecked()) {
+    if (radioButton_clone->isChecked()) {
         m_controller.createClone(stamp, active.text());
     } else {
         m_controller.createConfiguration(stamp);
@@ -60,6 +60,6 @@ void NewConfigurationDlg::describeConfiguration()
 {
     // These name no configuration: the one just created is the active one.
     m_controller.removePassword();
-    m_controller.setOwnerOfNew(m_ui.lineEdit_owner->text());
-    m_controller.setDescriptionOfNew(m_ui.lineEdit_desc->text());
+    m_controller.setOwnerOfNew(lineEdit_owner->text());
+    m_controller.setDescriptionOfNew(lineEdit_desc->text());
 }

@@ -11,7 +11,7 @@
 /// The controller makes the new configuration the active one; it has no password. The dialog does
 /// not ask whether its commands succeed: it always sends them all, closes and announces the change,
 /// and the list that opened it shows what has become of them.
-class NewConfigurationDlg : public QDialog
+class NewConfigurationDlg : public QDialog, private Ui::NewConfigurationDialog
 {
     Q_OBJECT
 
@@ -32,6 +32,5 @@ private:
     void createConfiguration();
     void describeConfiguration();
 
-    Ui::NewConfigurationDialog m_ui;
     Controller m_controller;
 };

@@ -9,9 +9,9 @@ UnlockConfigDlg::UnlockConfigDlg(IOManager *channel, QWidget *parent)
     : QDialog(parent)
     , m_controller(channel, this)
 {
-    m_ui.setupUi(this);
+    setupUi(this);
     AccessibleTexts::describeControls(this);
-    m_ui.lineEdit_password->setValidator(Validators::forPassword(this));
+    lineEdit_password->setValidator(Validators::forPassword(this));
 }
 
 int UnlockConfigDlg::update_and_exec(QString config_id)
@@ -20,24 +20,26 @@ int UnlockConfigDlg::update_and_exec(QString config_id)
     const auto showDescription = [this] {
         ReplyBuffer description;
         m_controller.descriptionOf(m_configId, &description);
-        m_ui.label_configuration->setText(tr("unlock configuration %1:").arg(description.text()));
+        label_configuration->setText(tr("unlock configuration %1:").arg(description.text()));
+        resize(width(), qMax(height(), heightForWidth(width())));
     };
     return m_controller.ownerSurvives(showDescription) ? exec() : int(Rejected);
 }
 
 void UnlockConfigDlg::on_pushButton_ok_clicked()
 {
-    if (m_ui.lineEdit_password->text().isEmpty()) {
-        MessageBox::show(QMessageBox::Warning, this, nullptr, tr("Warning"),
-                         tr("Please enter the password for this configuration."));
+    if (lineEdit_password->text().isEmpty()) {
+        MessageBox::warnAbout(lineEdit_password, nullptr, tr("Warning"),
+                              tr("Please enter the password for this configuration."));
         return;
     }
-    m_controller.ownerSurvives([this] { unlock(m_ui.checkBox_use_super_password->isChecked()); });
+    m_controller.ownerSurvives([this] { unlock(checkBox_use_super_password->isChecked()); });
 }
 
 void UnlockConfigDlg::unlock(bool isSuper)
 {
-    presentPassword(isSuper);
+    const QString password = lineEdit_password->text();
+    isSuper ? m_controller.presentSuperPassword(password) : m_controller.presentPassword(password);
     ReplyBuffer isChangeable;
     if (!m_controller.reportUnless(m_controller.isChangeable(&isChangeable),
                                    "configuration cannot be checked.")) {
@@ -47,16 +49,6 @@ void UnlockConfigDlg::unlock(bool isSuper)
         removePassword(isSuper);
     } else {
         refusePassword(isSuper);
-    }
-}
-
-void UnlockConfigDlg::presentPassword(bool isSuper)
-{
-    const QString password = m_ui.lineEdit_password->text();
-    if (isSuper) {
-        m_controller.presentSuperPassword(password);
-    } else {
-        m_controller.presentPassword(password);
     }
 }
 
@@ -80,6 +72,6 @@ void UnlockConfigDlg::refusePassword(bool isSuper)
         == QMessageBox::NoButton) {
         return;
     }
-    m_ui.lineEdit_password->clear();
-    m_ui.lineEdit_password->setFocus();
+    lineEdit_password->clear();
+    lineEdit_password->setFocus();
 }

@@ -11,7 +11,7 @@
 ///
 /// The password is removed only once the controller has found the configuration changeable; after a
 /// wrong one the user may try again as often as wanted.
-class UnlockConfigDlg : public QDialog
+class UnlockConfigDlg : public QDialog, private Ui::UnlockConfigurationDialog
 {
     Q_OBJECT
 
@@ -29,11 +29,9 @@ private slots: // connected by name in setupUi(), never by hand
 
 private:
     void unlock(bool isSuper);
-    void presentPassword(bool isSuper);
     void removePassword(bool isSuper);
     void refusePassword(bool isSuper);
 
-    Ui::UnlockConfigurationDialog m_ui;
     Controller m_controller;
     QString m_configId; ///< what is shown; the password itself goes to the active configuration
 };

@@ -5,6 +5,7 @@
 #include "hostapi/backendversions.h"
 #include "hostapi/iomanager.h"
 #include "projectversion.h"
+#include "widgets/adoption.h"
 
 #include <QAction>
 #include <QLoggingCategory>
@@ -131,11 +132,11 @@ void ConfigurationsModule::createEntry()
 /// is the dialog's parent until the dialog is complete.
 ChangeConfigurationDlg *ConfigurationsModule::createDialog()
 {
-    m_nursery = new QWidget(m_moduleParent);
+    m_nursery = new QWidget(m_moduleParent, Qt::Window); // which splitters do not adopt
     try {
         auto *dialog =
             new ChangeConfigurationDlg(m_commandChannel, orNotGiven(m_backendVersions), m_nursery);
-        dialog->setParent(m_moduleParent, dialog->windowFlags());
+        adopt(dialog, m_moduleParent);
         delete m_nursery;
         return dialog;
     } catch (const OwnerDestroyed &) {

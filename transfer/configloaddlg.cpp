@@ -7,6 +7,7 @@
 #include "transfer/configurationupload.h"
 #include "transfer/lockstates.h"
 #include "widgets/accessibletexts.h"
+#include "widgets/displayfield.h"
 #include "widgets/filedialog.h"
 #include "widgets/messagebox.h"
 #include "widgets/readabletable.h"
@@ -89,6 +90,7 @@ int ConfigLoadDlg::restoreFromBackupFile(const QString &path)
 
 int ConfigLoadDlg::loadConfigurationFile(const QString &path)
 {
+    showAsDisplay(m_ui.lineEdit_path);
     m_ui.lineEdit_path->setText(path);
     // What an earlier upload left unfinished must not mix with this one.
     m_controller.cancelUpload();

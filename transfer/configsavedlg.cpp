@@ -21,12 +21,6 @@ constexpr int rowHeight = 28;       // pixels
 constexpr double columnShare = 0.3; // of the dialog's width
 constexpr int automaticBackupDelayMs = 2000;
 
-QString withExtension(const QString &fileName)
-{
-    const QString extension = QStringLiteral(".dat");
-    return fileName.endsWith(extension, Qt::CaseInsensitive) ? fileName : fileName + extension;
-}
-
 } // namespace
 
 ConfigSaveDlg::ConfigSaveDlg(IOManager *channel, BackendVersions *versions, QWidget *parent)
@@ -190,13 +184,12 @@ QStringList ConfigSaveDlg::selectedIdentifiers() const
 
 void ConfigSaveDlg::chooseFileAndSave(const QStringList &identifiers)
 {
-    const QString choice = FileDialog::saveFileName(
-        this, this, tr("Save configuration(s)"),
-        m_lastDirectory + QLatin1String("/configuration.dat"), tr("Configuration file (*.dat)"));
-    if (choice.isEmpty()) {
-        return;
+    const QString fileName =
+        FileDialog::saveFileName(this, this, tr("Save configuration(s)"),
+                                 m_lastDirectory + QLatin1String("/configuration.dat"),
+                                 tr("Configuration file (*.dat)"), QStringLiteral(".dat"));
+    if (!fileName.isEmpty()) {
+        m_lastDirectory = QFileInfo(fileName).absolutePath();
+        saveConfigurations(m_controller, identifiers, fileName, this);
     }
-    const QString fileName = withExtension(choice.trimmed());
-    m_lastDirectory = QFileInfo(fileName).absolutePath();
-    saveConfigurations(m_controller, identifiers, fileName, this);
 }

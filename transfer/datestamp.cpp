@@ -9,7 +9,7 @@
 QString DateStamp::removedFrom(const QString &description)
 {
     static const QString copyPrefix = QStringLiteral("copy of ");
-    static const QRegularExpression trailingDate(QStringLiteral("\\d{2,2}-\\d{2,2}-\\d{4,4}$"));
+    static const QRegularExpression trailingDate(QStringLiteral("\\d{2,2}-\\d{2,2}-\\d{4,4}\\z"));
     static const QString placeholder = QStringLiteral("00-00-0000");
     static const QString removable = QLatin1Char(' ') + placeholder;
 

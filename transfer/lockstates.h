@@ -13,8 +13,7 @@ inline LockStates lockStates(const ConfigEntryList &configurations)
 {
     LockStates states;
     for (const ConfigEntry &configuration : configurations) {
-        bool &isLocked = states[configuration.identifier];
-        isLocked = isLocked || configuration.locked;
+        states[configuration.identifier] |= configuration.locked;
     }
     return states;
 }

@@ -17,8 +17,9 @@ QString openFileName(const QObject *owner, QWidget *parent, const QString &capti
                      const QString &directory, const QString &filter);
 
 /// Asks where to save, starting with @p proposal, a path with a file name. The user confirms that
-/// an existing file may be overwritten.
+/// an existing file may be overwritten. The answer is trimmed and ends with @p extension, ".dat"
+/// for example; without one it is as it was typed.
 QString saveFileName(const QObject *owner, QWidget *parent, const QString &caption,
-                     const QString &proposal, const QString &filter);
+                     const QString &proposal, const QString &filter, const QString &extension = {});
 
 } // namespace FileDialog

@@ -1,6 +1,9 @@
 #include "widgets/messagebox.h"
 
+#include "widgets/repaint.h"
+
 #include <QAbstractButton>
+#include <QLineEdit>
 #include <QPointer>
 
 namespace {
@@ -26,5 +29,15 @@ MessageBox::Button MessageBox::show(QMessageBox::Icon icon, const QObject *owner
     box->exec();
     const Button answer = box ? answerOf(*box, defaultButton) : QMessageBox::NoButton;
     delete box.data();
+    repaintWindows();
     return watchedOwner ? answer : QMessageBox::NoButton;
+}
+
+void MessageBox::warnAbout(QLineEdit *field, QWidget *parent, const QString &title,
+                           const QString &text)
+{
+    if (show(QMessageBox::Warning, field, parent, title, text) != QMessageBox::NoButton) {
+        field->setFocus();
+        field->selectAll();
+    }
 }

@@ -2,6 +2,8 @@
 
 #include <QMessageBox>
 
+class QLineEdit;
+
 /// The one place that opens message boxes.
 namespace MessageBox {
 
@@ -26,5 +28,8 @@ using Button = QMessageBox::StandardButton;
 Button show(QMessageBox::Icon icon, const QObject *owner, QWidget *parent, const QString &title,
             const QString &text, QMessageBox::StandardButtons buttons = QMessageBox::Ok,
             Button defaultButton = QMessageBox::Ok);
+
+/// Warns about what stands in @p field, which may be destroyed meanwhile, and leads back to it.
+void warnAbout(QLineEdit *field, QWidget *parent, const QString &title, const QString &text);
 
 } // namespace MessageBox

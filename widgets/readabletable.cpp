@@ -21,9 +21,8 @@ public:
             return QStyledItemDelegate::helpEvent(event, view, option, index);
         }
         const bool isShortened = sizeHint(option, index).width() > option.rect.width();
-        // Never taken for HTML, whatever the controller has sent.
-        const QString tip = Qt::convertFromPlainText(index.data().toString(), Qt::WhiteSpaceNormal);
-        QToolTip::showText(event->globalPos(), isShortened ? tip : QString(), view, option.rect);
+        const QString text = isShortened ? index.data().toString() : QString();
+        QToolTip::showText(event->globalPos(), ReadableTable::toolTip(text), view, option.rect);
         return true;
     }
 };
@@ -35,4 +34,9 @@ void ReadableTable::prepare(QTableWidget *table, int rowHeight)
     table->verticalHeader()->setDefaultSectionSize(rowHeight); // Qt keeps to the font's minimum
     table->horizontalHeader()->setTextElideMode(Qt::ElideRight);
     table->setItemDelegate(new DelegateWithTips(table));
+}
+
+QString ReadableTable::toolTip(const QString &text)
+{
+    return text.isEmpty() ? text : Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);
 }

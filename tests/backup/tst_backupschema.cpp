@@ -541,5 +541,5 @@ void TestBackupSchema::tellsNothingOfABackup()
     QCOMPARE(problem.text, QString());
 }
 
-VELTRA4_TEST_MAIN(TestBackupSchema)
+VELTRA4_TEST(TestBackupSchema)
 #include "tst_backupschema.moc"

@@ -467,5 +467,5 @@ void TestDocumentGuard::refusesAFileThatIsTooLarge()
     QCOMPARE(DocumentGuard::read(&file), Admitted());
 }
 
-VELTRA4_TEST_MAIN(TestDocumentGuard)
+VELTRA4_TEST(TestDocumentGuard)
 #include "tst_documentguard.moc"

@@ -164,6 +164,7 @@ private slots:
     void acceptsAnyWayToWriteAChunk();
     void breaksOffAtABrokenChunk_data();
     void breaksOffAtABrokenChunk();
+    void refusesToBelieveInTooManyChunks_data();
     void refusesToBelieveInTooManyChunks();
     void downloadsAnew();
     void downloadsSixteenMebibytes();
@@ -479,12 +480,25 @@ void TestFullBackupCollect::breaksOffAtABrokenChunk()
     QCOMPARE(m_channel->trace().last(), QStringLiteral("queryString system download 1"));
 }
 
+void TestFullBackupCollect::refusesToBelieveInTooManyChunks_data()
+{
+    QTest::addColumn<int>("chunks");
+    QTest::addColumn<int>("asked"); // for how many of them
+    QTest::newRow("256 MiB") << 2684354 << 2;
+    QTest::newRow("a chunk more") << 2684355 << 1;
+    QTest::newRow("any number") << 2147483647 << 1;
+}
+
 void TestFullBackupCollect::refusesToBelieveInTooManyChunks()
 {
-    m_channel->answer("system download 1", "2147483647 'BB'");
+    QFETCH(const int, chunks);
+    QFETCH(const int, asked);
+    m_channel->answer("system download 1", QByteArray::number(chunks) + " 'BB'");
+    m_channel->fail("system download 2");
     QCOMPARE(m_backup->downloadConfigData(), -22);
     QCOMPARE(m_backup->configData, QByteArray());
-    QCOMPARE(m_channel->trace().last(), QStringLiteral("queryString system download 1"));
+    QCOMPARE(m_channel->trace().last(),
+             QStringLiteral("queryString system download %1").arg(asked));
 }
 
 void TestFullBackupCollect::downloadsAnew()
@@ -528,5 +542,5 @@ void TestFullBackupCollect::cancelsTheDownload()
     QCOMPARE(m_channel->trace(), QStringList(QString::fromLatin1(cancelled)));
 }
 
-VELTRA4_TEST_MAIN(TestFullBackupCollect)
+VELTRA4_TEST(TestFullBackupCollect)
 #include "tst_fullbackupcollect.moc"

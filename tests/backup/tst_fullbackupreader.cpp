@@ -583,5 +583,5 @@ void TestFullBackupReader::tellsWhatItRefusesAndWhere()
     QTEST(problem.column, "column");
 }
 
-VELTRA4_TEST_MAIN(TestFullBackupReader)
+VELTRA4_TEST(TestFullBackupReader)
 #include "tst_fullbackupreader.moc"

@@ -789,5 +789,5 @@ void TestFullBackupRestore::cancelsTheUpload()
     QCOMPARE(m_channel->trace(), QStringList(QStringLiteral("sendCommand system upload cancel")));
 }
 
-VELTRA4_TEST_MAIN(TestFullBackupRestore)
+VELTRA4_TEST(TestFullBackupRestore)
 #include "tst_fullbackuprestore.moc"

@@ -145,5 +145,5 @@ void TestVersion::hasNoPlaceGivenByDefault()
     QCOMPARE(describe(Version()), QStringLiteral("-1.-1.-1"));
 }
 
-VELTRA4_TEST_MAIN(TestVersion)
+VELTRA4_TEST(TestVersion)
 #include "tst_version.moc"

@@ -107,5 +107,5 @@ void TestConfigurationsMessagereceiver::slotsRunInsideTheCall()
     QCOMPARE(received, "v4.12.3");
 }
 
-VELTRA4_TEST_MAIN(TestConfigurationsMessagereceiver)
+VELTRA4_TEST(TestConfigurationsMessagereceiver)
 #include "tst_configurationsmessagereceiver.moc"

@@ -16,15 +16,22 @@ Q_DECLARE_METATYPE(Call)
 
 namespace {
 
-/// Writes into a value although the query for it fails.
-class WritingHost final : public LineChannel
+/// Writes into a value although the query for it fails, or succeeds without writing.
+class CarelessHost final : public LineChannel
 {
 public:
+    explicit CarelessHost(bool writesAndFails)
+        : m_writesAndFails(writesAndFails)
+    {
+    }
+
     int setTimeout(int, int, int) override { return 0; }
     int queryDouble(double *value, const char *, ...) override
     {
-        *value = 0.0;
-        return 1;
+        if (m_writesAndFails) {
+            *value = 0.0;
+        }
+        return m_writesAndFails ? 1 : 0;
     }
     int postMessage(const char *, const char *, int, const char *) override { return 0; }
     int addMessageReceiver(const char *, MessageReceiver *) override { return 0; }
@@ -32,6 +39,8 @@ public:
 
 private:
     int transact(Operation, const QByteArray &, QByteArray *) override { return 1; }
+
+    bool m_writesAndFails;
 };
 
 } // namespace
@@ -44,6 +53,7 @@ private slots:
     void answersArrive();
     void whatFailsLeavesTheBufferAlone();
     void aValueThatFailsIsNone();
+    void withoutAValueAllTheSpaceIsFree();
     void anAbsurdCountIsNone();
     void aStructuralCommandIsOkOrRefusedOrFails();
     void textsAreSentAsLatin1();
@@ -90,10 +100,16 @@ void TestController::aValueThatFailsIsNone()
 {
     ScriptedChannel host;
     QVERIFY(!Controller(&host).freeSpace());
-    WritingHost writing;
+    CarelessHost writing(true);
     QVERIFY(!Controller(&writing).freeSpace());
     QVERIFY(!Controller(&host).isEmbedded());
     QVERIFY(!Controller(&host).numberOfConnectedSlaves());
+}
+
+void TestController::withoutAValueAllTheSpaceIsFree()
+{
+    CarelessHost silent(false);
+    QCOMPARE(Controller(&silent).freeSpace(), std::optional(1.0));
 }
 
 void TestController::anAbsurdCountIsNone()
@@ -260,5 +276,5 @@ void TestController::otherFailuresPass()
         std::runtime_error);
 }
 
-VELTRA4_TEST_MAIN(TestController)
+VELTRA4_TEST(TestController)
 #include "tst_controller.moc"

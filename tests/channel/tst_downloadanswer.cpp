@@ -173,5 +173,5 @@ void TestDownloadAnswer::takesAtMost511Characters()
     QCOMPARE(scanned(line)->text, answer->text);
 }
 
-VELTRA4_TEST_MAIN(TestDownloadAnswer)
+VELTRA4_TEST(TestDownloadAnswer)
 #include "tst_downloadanswer.moc"

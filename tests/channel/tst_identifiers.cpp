@@ -58,5 +58,5 @@ void TestIdentifiers::theReservedIdentifiersAreTheControllers()
     QCOMPARE(Identifiers::base, "__base");
 }
 
-VELTRA4_TEST_MAIN(TestIdentifiers)
+VELTRA4_TEST(TestIdentifiers)
 #include "tst_identifiers.moc"

@@ -282,5 +282,5 @@ void TestImportItem::theLargestBelievableCountIsRead()
     QCOMPARE(lines.size(), maxAnsweredCount);
 }
 
-VELTRA4_TEST_MAIN(TestImportItem)
+VELTRA4_TEST(TestImportItem)
 #include "tst_importitem.moc"

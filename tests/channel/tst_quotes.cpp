@@ -39,5 +39,5 @@ void TestQuotes::everyDoubleQuoteGoes()
     QCOMPARE(withoutDoubleQuotes(text), without);
 }
 
-VELTRA4_TEST_MAIN(TestQuotes)
+VELTRA4_TEST(TestQuotes)
 #include "tst_quotes.moc"

@@ -81,5 +81,5 @@ void TestReplyBuffer::anAnswerWithoutAnEndIsCut()
     QCOMPARE(reply.utf8Text().size(), int(ReplyBuffer::capacity));
 }
 
-VELTRA4_TEST_MAIN(TestReplyBuffer)
+VELTRA4_TEST(TestReplyBuffer)
 #include "tst_replybuffer.moc"

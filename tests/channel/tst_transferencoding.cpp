@@ -158,5 +158,5 @@ void TestTransferEncoding::aRefusedTextLeavesTheBytesAlone()
     QCOMPARE(bytes, QByteArray("before"));
 }
 
-VELTRA4_TEST_MAIN(TestTransferEncoding)
+VELTRA4_TEST(TestTransferEncoding)
 #include "tst_transferencoding.moc"

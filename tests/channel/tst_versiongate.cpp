@@ -88,5 +88,5 @@ void TestVersionGate::everyFeatureHasItsVersion()
     QCOMPARE(VersionGate::reportsFreeSpace(given), features >= 4);
 }
 
-VELTRA4_TEST_MAIN(TestVersionGate)
+VELTRA4_TEST(TestVersionGate)
 #include "tst_versiongate.moc"

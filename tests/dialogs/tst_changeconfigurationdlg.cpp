@@ -154,6 +154,7 @@ private slots:
     void fewFreeSpaceIsWarnedAbout();
     void failedFreeSpaceQueryIsReportedAndIgnored();
     void rowsAreSortedByDescription();
+    void rowsOfTheSameDescriptionKeepTheirOrder();
     void theActiveRowIsBold();
     void doubleQuotesAreRemoved();
     void onlyExactlyYesMeansLocked_data();
@@ -171,6 +172,8 @@ private slots:
 
     // Showing
     void execRefreshesSelectsTheActiveRowAndShowsItsDescription();
+    void theActiveDescriptionIsReadable();
+    void theActiveDescriptionShowsItsBeginning();
     void execReturnsMinusOneWithoutContact();
     void anUnknownActiveConfigurationSelectsNothing();
     void anEmptyActiveConfigurationSelectsTheFirstRow();
@@ -478,6 +481,16 @@ void TestChangeConfigurationDlg::rowsAreSortedByDescription()
     QCOMPARE(fixture.column(3), QStringList({"no", "no", "no", "yes"}));
 }
 
+void TestChangeConfigurationDlg::rowsOfTheSameDescriptionKeepTheirOrder()
+{
+    Fixture fixture;
+    for (const QString &id : allIds) {
+        fixture.channel.answer("config desc_of_config " + id.toLatin1(), "the same");
+    }
+    fixture.refresh();
+    QCOMPARE(fixture.column(2), allIds);
+}
+
 void TestChangeConfigurationDlg::theActiveRowIsBold()
 {
     for (const Version &version : {Version{1, 27, 0}, Version{1, 8, 0}}) {
@@ -525,6 +538,9 @@ void TestChangeConfigurationDlg::onlyExactlyYesMeansLocked()
     const QIcon expected(isLocked ? QStringLiteral(":/lock.png") : QStringLiteral(":/unlock.png"));
     QVERIFY(!expected.isNull());
     QCOMPARE(item->icon().pixmap(16, 16).toImage(), expected.pixmap(16, 16).toImage());
+    // Where it is selected a style would tint it otherwise.
+    QCOMPARE(item->icon().pixmap(16, 16, QIcon::Selected).toImage(),
+             expected.pixmap(16, 16).toImage());
 }
 
 void TestChangeConfigurationDlg::withoutLocksNothingIsLocked()
@@ -691,6 +707,28 @@ void TestChangeConfigurationDlg::execRefreshesSelectsTheActiveRowAndShowsItsDesc
         window->accept();
     });
     QCOMPARE(fixture.dialog->update_and_exec(), int(QDialog::Accepted));
+}
+
+void TestChangeConfigurationDlg::theActiveDescriptionIsReadable()
+{
+    Fixture fixture;
+    fixture.show();
+    const auto *description = fixture.find<QLineEdit>("lineEdit_activeConfig");
+    const QColor colour = description->palette().color(QPalette::Active, QPalette::Text);
+    QVERIFY(!description->isEnabled());
+    QVERIFY(QPalette().color(QPalette::Disabled, QPalette::Text) != colour);
+    QCOMPARE(description->palette().color(QPalette::Disabled, QPalette::Text), colour);
+}
+
+void TestChangeConfigurationDlg::theActiveDescriptionShowsItsBeginning()
+{
+    Fixture fixture;
+    fixture.channel.answer("config desc_of_config alpha", QByteArray(190, 'a'));
+    fixture.show();
+    const auto *description = fixture.find<QLineEdit>("lineEdit_activeConfig");
+    QCOMPARE(description->text().size(), 190);
+    QCOMPARE(description->cursorPosition(), 0);
+    QCOMPARE(description->selectedText(), QString());
 }
 
 void TestChangeConfigurationDlg::execReturnsMinusOneWithoutContact()
@@ -1338,5 +1376,5 @@ void TestChangeConfigurationDlg::theDialogMayDieUnderTheNoContactBox()
              QStringLiteral("removeMessageReceiver ServiceModule"));
 }
 
-VELTRA4_TEST_MAIN(TestChangeConfigurationDlg)
+VELTRA4_TEST(TestChangeConfigurationDlg)
 #include "tst_changeconfigurationdlg.moc"

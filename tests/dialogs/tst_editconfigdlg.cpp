@@ -11,6 +11,7 @@
 #include <QtTest>
 
 using UserInput::click;
+using UserInput::focusOf;
 using UserInput::named;
 using UserInput::press;
 using UserInput::textOf;
@@ -217,6 +218,7 @@ void TestEditConfigDlg::anEmptyDescriptionIsRefusedAndTheInputStays()
         named<QLineEdit>(dialog, "lineEdit_desc")->clear();
         type(dialog, "lineEdit_owner", " A");
         clickOk(dialog);
+        QCOMPARE(focusOf(dialog), "lineEdit_desc");
         ownerAfterWarning = textOf(dialog, "lineEdit_owner");
         traceAfterWarning = m_channel->trace();
         type(dialog, "lineEdit_desc", "small hall");
@@ -344,5 +346,5 @@ void TestEditConfigDlg::theHostMayDestroyItUnderTheWarning()
     QCOMPARE(m_channel->trace(), reading);
 }
 
-VELTRA4_TEST_MAIN(TestEditConfigDlg)
+VELTRA4_TEST(TestEditConfigDlg)
 #include "tst_editconfigdlg.moc"

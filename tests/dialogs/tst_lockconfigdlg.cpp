@@ -11,6 +11,7 @@
 #include <QtTest>
 
 using UserInput::click;
+using UserInput::focusOf;
 using UserInput::named;
 using UserInput::press;
 using UserInput::textOf;
@@ -215,20 +216,17 @@ void TestLockConfigDlg::badEntriesAreRefusedAndStay_data()
     QTest::addColumn<QString>("password");
     QTest::addColumn<QString>("repetition");
     QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("focus");
     const QString empty = "Password must not be empty.";
     const QString different = "The entered passwords do not match.";
-    QTest::newRow("both empty") << ""
-                                << "" << empty;
-    QTest::newRow("first empty") << ""
-                                 << "abc" << empty;
-    QTest::newRow("second empty") << "abc"
-                                  << "" << empty;
-    QTest::newRow("different") << "abc"
-                               << "abd" << different;
-    QTest::newRow("different case") << "abc"
-                                    << "abC" << different;
-    QTest::newRow("beginning only") << "abc"
-                                    << "abcd" << different;
+    const QString first = "lineEdit_new_password";
+    const QString second = "lineEdit_new_password_repeat";
+    QTest::newRow("both empty") << QString() << QString() << empty << first;
+    QTest::newRow("first empty") << QString() << QString("abc") << empty << first;
+    QTest::newRow("second empty") << QString("abc") << QString() << empty << second;
+    QTest::newRow("different") << QString("abc") << QString("abd") << different << second;
+    QTest::newRow("different case") << QString("abc") << QString("abC") << different << second;
+    QTest::newRow("beginning only") << QString("abc") << QString("abcd") << different << second;
 }
 
 void TestLockConfigDlg::badEntriesAreRefusedAndStay()
@@ -236,6 +234,7 @@ void TestLockConfigDlg::badEntriesAreRefusedAndStay()
     QFETCH(const QString, password);
     QFETCH(const QString, repetition);
     QFETCH(const QString, text);
+    QFETCH(const QString, focus);
     ExpectedBox warning;
     warning.icon = QMessageBox::Warning;
     warning.title = "Warning";
@@ -247,6 +246,9 @@ void TestLockConfigDlg::badEntriesAreRefusedAndStay()
     const int result = runDialog([&](QDialog *dialog) {
         m_driver->expectBox(warning);
         enterPasswords(dialog, password, repetition);
+        QCOMPARE(focusOf(dialog), focus);
+        const auto *field = named<QLineEdit>(dialog, qPrintable(focus));
+        QCOMPARE(field->hasSelectedText(), !field->text().isEmpty());
         entriesAfterWarning = entries(dialog);
         traceAfterWarning = m_channel->trace();
         enterPasswords(dialog, "better", "better");
@@ -325,5 +327,5 @@ void TestLockConfigDlg::theHostMayDestroyItUnderAWarning()
     QCOMPARE(m_channel->trace(), reading);
 }
 
-VELTRA4_TEST_MAIN(TestLockConfigDlg)
+VELTRA4_TEST(TestLockConfigDlg)
 #include "tst_lockconfigdlg.moc"

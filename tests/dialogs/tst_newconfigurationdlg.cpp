@@ -234,6 +234,7 @@ void TestNewConfigurationDlg::anEmptyDescriptionIsRefusedAndTheInputStays()
         type(dialog, "lineEdit_owner", "operator");
         click(dialog, "radioButton_new");
         click(dialog, "pushButton_create");
+        QCOMPARE(focusOf(dialog), "lineEdit_desc");
         ownerAfterWarning = textOf(dialog, "lineEdit_owner");
         traceAfterWarning = m_channel->trace();
         createHall(dialog);
@@ -354,5 +355,5 @@ void TestNewConfigurationDlg::theHostMayDestroyItUnderTheWarning()
     QCOMPARE(m_channel->trace(), QStringList());
 }
 
-VELTRA4_TEST_MAIN(TestNewConfigurationDlg)
+VELTRA4_TEST(TestNewConfigurationDlg)
 #include "tst_newconfigurationdlg.moc"

@@ -64,6 +64,7 @@ void enterSecret(QDialog *dialog)
 void enterSuperSecret(QDialog *dialog)
 {
     click(dialog, "checkBox_use_super_password");
+    QCOMPARE(focusOf(dialog), "lineEdit_password");
     enterSecret(dialog);
 }
 
@@ -249,6 +250,7 @@ void TestUnlockConfigDlg::anEmptyPasswordIsRefused()
     const int result = runDialog([&](QDialog *dialog) {
         m_driver->expectBox(warning("Please enter the password for this configuration."));
         click(dialog, "pushButton_ok");
+        QCOMPARE(focusOf(dialog), "lineEdit_password");
         traceAfterWarning = m_channel->trace();
         enterSecret(dialog);
     });
@@ -438,5 +440,5 @@ void TestUnlockConfigDlg::theHostMayDestroyItUnderAWarning()
     QCOMPARE(m_channel->trace(), reading + presented);
 }
 
-VELTRA4_TEST_MAIN(TestUnlockConfigDlg)
+VELTRA4_TEST(TestUnlockConfigDlg)
 #include "tst_unlockconfigdlg.moc"

@@ -45,6 +45,7 @@ class TestCheckDocuments(unittest.TestCase):
     def test_what_exists_may_be_named(self):
         code, output = self.problems_of(
             "`./dev test`, `docs/guide.md`, `tests/transfer/`, `program --dark`, `tst_upload`,\n"
+            "`build/release/bin/tst_transfer tst_upload`,\n"
             "[there](docs/guide.md#by-hand-and-by-the-day), [elsewhere](https://example.com/x)\n")
         self.assertEqual((code, output), (0, "All that the documents name exists."))
 

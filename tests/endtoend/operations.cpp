@@ -339,7 +339,6 @@ QVector<Operation> allOperations()
         {"deletion by key", nothing, deleteByKey},
         {"new", nothing, create},
         {"new with default values", nothing, createWithDefaults},
-        {"new with default values", nothing, createWithDefaults},
         {"edit", nothing, edit},
         {"edit by double click", nothing, editByDoubleClick},
         {"lock", nothing, lock},

@@ -228,8 +228,11 @@ void TestEndToEndAccessibility::everyControlSaysWhatItIsFor()
     visit([](QDialog *dialog) {
         const QVector<QWidget *> controls = controlsOf(dialog);
         for (QWidget *control : controls) {
-            QVERIFY2(accessibleText(control, QAccessible::Description) == control->whatsThis(),
-                     qPrintable(control->objectName()));
+            // One that only displays tells the text that it shows.
+            const QString expected = control->objectName() == QLatin1String("lineEdit_activeConfig")
+                ? UserInput::textOf(dialog, "lineEdit_activeConfig")
+                : control->whatsThis();
+            QCOMPARE(accessibleText(control, QAccessible::Description), expected);
         }
     });
 }
@@ -322,5 +325,5 @@ void TestEndToEndAccessibility::configurationsAreMadeAndSavedWithoutAMouse()
     QCOMPARE(items.size(), 2);
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndAccessibility)
+VELTRA4_TEST(TestEndToEndAccessibility)
 #include "tst_endtoendaccessibility.moc"

@@ -135,5 +135,5 @@ void TestEndToEndCommands::eachIsWrittenDownOnce()
     QCOMPARE(sources.count(format), 1);
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndCommands)
+VELTRA4_TEST(TestEndToEndCommands)
 #include "tst_endtoendcommands.moc"

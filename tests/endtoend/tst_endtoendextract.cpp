@@ -179,5 +179,5 @@ void TestEndToEndExtract::aBackupIsOfferedInFull()
     QCOMPARE(m_frontEnd->state(), ControllerState::sample());
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndExtract)
+VELTRA4_TEST(TestEndToEndExtract)
 #include "tst_endtoendextract.moc"

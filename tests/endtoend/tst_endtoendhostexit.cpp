@@ -741,5 +741,5 @@ void TestEndToEndHostExit::theHostQuits()
     QVERIFY(!QGuiApplication::overrideCursor());
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndHostExit)
+VELTRA4_TEST(TestEndToEndHostExit)
 #include "tst_endtoendhostexit.moc"

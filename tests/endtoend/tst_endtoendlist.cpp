@@ -293,5 +293,5 @@ void TestEndToEndList::aSilentControllerIsToldOf()
     frontEnd.useList([](QDialog *list) { QCOMPARE(Table::lines(list), sampleLines()); });
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndList)
+VELTRA4_TEST(TestEndToEndList)
 #include "tst_endtoendlist.moc"

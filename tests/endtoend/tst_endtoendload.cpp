@@ -400,5 +400,5 @@ void TestEndToEndLoad::aFailedChunkIsNoticed()
     QCOMPARE(frontEnd.state(), ControllerState::sample());
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndLoad)
+VELTRA4_TEST(TestEndToEndLoad)
 #include "tst_endtoendload.moc"

@@ -309,5 +309,5 @@ void TestEndToEndOpenings::itsWindowsLeaveNothingBehind()
     scene.frontEnd.triggerAction();
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndOpenings)
+VELTRA4_TEST(TestEndToEndOpenings)
 #include "tst_endtoendopenings.moc"

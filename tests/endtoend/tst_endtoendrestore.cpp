@@ -454,5 +454,5 @@ void TestEndToEndRestore::afterAnyFailureAnotherRestoreMendsAll()
     QCOMPARE(frontEnd.state(), before);
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndRestore)
+VELTRA4_TEST(TestEndToEndRestore)
 #include "tst_endtoendrestore.moc"

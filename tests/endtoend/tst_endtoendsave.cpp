@@ -350,5 +350,5 @@ void TestEndToEndSave::everyDayIsBackedUpOnce()
     QCOMPARE(QFileInfo(path).dir().entryList(QDir::Files).size(), 1);
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndSave)
+VELTRA4_TEST(TestEndToEndSave)
 #include "tst_endtoendsave.moc"

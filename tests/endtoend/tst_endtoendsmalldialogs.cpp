@@ -466,5 +466,5 @@ void TestEndToEndSmallDialogs::onlyTheActiveOneCanBeUnlocked()
     QCOMPARE(frontEnd.state(), ControllerState::sample());
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndSmallDialogs)
+VELTRA4_TEST(TestEndToEndSmallDialogs)
 #include "tst_endtoendsmalldialogs.moc"

@@ -251,5 +251,5 @@ void TestTcpChannel::receiversGoByThePointer()
     QCOMPARE(receiver.received, QByteArrayList{"Veltra2 v4.1"});
 }
 
-VELTRA4_TEST_MAIN(TestTcpChannel)
+VELTRA4_TEST(TestTcpChannel)
 #include "tst_tcpchannel.moc"

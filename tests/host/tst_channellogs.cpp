@@ -145,5 +145,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestChannelLogs)
+VELTRA4_TEST(TestChannelLogs)
 #include "tst_channellogs.moc"

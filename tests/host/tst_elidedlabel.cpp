@@ -71,5 +71,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestElidedLabel)
+VELTRA4_TEST(TestElidedLabel)
 #include "tst_elidedlabel.moc"

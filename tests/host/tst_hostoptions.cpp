@@ -141,5 +141,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestHostOptions)
+VELTRA4_TEST(TestHostOptions)
 #include "tst_hostoptions.moc"

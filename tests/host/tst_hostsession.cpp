@@ -243,5 +243,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestHostSession)
+VELTRA4_TEST(TestHostSession)
 #include "tst_hostsession.moc"

@@ -147,5 +147,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestLogModel)
+VELTRA4_TEST(TestLogModel)
 #include "tst_logmodel.moc"

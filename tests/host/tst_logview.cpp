@@ -187,5 +187,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestLogView)
+VELTRA4_TEST(TestLogView)
 #include "tst_logview.moc"

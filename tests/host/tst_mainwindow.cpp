@@ -178,5 +178,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestMainWindow)
+VELTRA4_TEST(TestMainWindow)
 #include "tst_mainwindow.moc"

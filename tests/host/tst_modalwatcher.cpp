@@ -168,5 +168,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestModalWatcher)
+VELTRA4_TEST(TestModalWatcher)
 #include "tst_modalwatcher.moc"

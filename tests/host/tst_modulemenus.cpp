@@ -80,5 +80,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestModuleMenus)
+VELTRA4_TEST(TestModuleMenus)
 #include "tst_modulemenus.moc"

@@ -70,5 +70,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestPluginLoader)
+VELTRA4_TEST(TestPluginLoader)
 #include "tst_pluginloader.moc"

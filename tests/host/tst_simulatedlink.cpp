@@ -116,5 +116,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestSimulatedLink)
+VELTRA4_TEST(TestSimulatedLink)
 #include "tst_simulatedlink.moc"

@@ -114,5 +114,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestTransferProgress)
+VELTRA4_TEST(TestTransferProgress)
 #include "tst_transferprogress.moc"

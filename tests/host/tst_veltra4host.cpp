@@ -181,5 +181,5 @@ private:
     }
 };
 
-VELTRA4_TEST_MAIN(TestVeltra4Host)
+VELTRA4_TEST(TestVeltra4Host)
 #include "tst_veltra4host.moc"

@@ -275,5 +275,5 @@ void TestKills::theControllersStateIsWhole()
     qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
 }
 
-VELTRA4_TEST_MAIN(TestKills)
+VELTRA4_TEST(TestKills)
 #include "tst_kills.moc"

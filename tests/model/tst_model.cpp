@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int defaultSequences = 1000;
+constexpr int defaultSequences = 300;
 constexpr int sequencesPerBlock = 50; // a block is what the test's own time limit counts for
 
 int fromEnvironment(const char *variable, int otherwise)
@@ -73,5 +73,5 @@ void TestModel::cleanupTestCase()
     qInfo("%d sequences, %d actions, %d of them with a fault", m_sequences, m_actions, m_faults);
 }
 
-VELTRA4_TEST_MAIN(TestModel)
+VELTRA4_TEST(TestModel)
 #include "tst_model.moc"

@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QPluginLoader>
 #include <QProcess>
+#include <QSplitter>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -134,8 +135,10 @@ private slots:
     // Properties
     void lastPropertyWins();
     void unknownPropertiesAreIgnored();
+    void exitHasTheFocusFromTheStart();
     void aParentThatIsNoWidgetIsNoParent();
     void aParentGivenAsObjectIsTaken();
+    void aSplitterKeepsItsPanes();
     void withoutPropertiesEveryCommandFails();
     void propertiesOfTheWrongTypeAreAsGoodAsNone();
     void rightWiringIsNoMatterForAWarning();
@@ -395,6 +398,16 @@ void TestConfigurationsModule::unknownPropertiesAreIgnored()
     QVERIFY(!controller.channel.trace().isEmpty());
 }
 
+void TestConfigurationsModule::exitHasTheFocusFromTheStart()
+{
+    Controller controller;
+    const Plugin plugin;
+    plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
+    const QWidget *dialog = plugin.module->menuEntries().first()->widget;
+    QVERIFY(dialog->focusWidget());
+    QCOMPARE(dialog->focusWidget()->objectName(), QStringLiteral("pushButton_exit"));
+}
+
 void TestConfigurationsModule::aParentThatIsNoWidgetIsNoParent()
 {
     Controller controller;
@@ -413,6 +426,21 @@ void TestConfigurationsModule::aParentGivenAsObjectIsTaken()
     plugin.module->setProperty(QStringLiteral("ModuleParent"),
                                QVariant::fromValue(static_cast<QObject *>(&controller.window)));
     QCOMPARE(plugin.module->menuEntries().first()->widget->parentWidget(), &controller.window);
+}
+
+// It would make a pane of each widget that it is given as a child.
+void TestConfigurationsModule::aSplitterKeepsItsPanes()
+{
+    Controller controller;
+    QSplitter splitter;
+    splitter.addWidget(new QWidget);
+    const Plugin plugin;
+    plugin.connectTo(&controller.channel, &controller.versions, &splitter);
+    int panes = 0;
+    controller.channel.whenSent("config number_of_configs", [&] { panes = splitter.count(); });
+    plugin.module->menuEntries();
+    QCOMPARE(panes, 1);
+    QCOMPARE(splitter.count(), 1);
 }
 
 void TestConfigurationsModule::withoutPropertiesEveryCommandFails()
@@ -594,5 +622,5 @@ void TestConfigurationsModule::theModuleMayBeReleasedWhileTheDialogIsShown()
     QVERIFY(controller.channel.receivers().isEmpty());
 }
 
-VELTRA4_TEST_MAIN(TestConfigurationsModule)
+VELTRA4_TEST(TestConfigurationsModule)
 #include "tst_configurationsmodule.moc"

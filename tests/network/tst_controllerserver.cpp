@@ -310,5 +310,5 @@ void TestControllerServer::anAddressInUseIsToldOf()
     QVERIFY2(problem.startsWith(setup.server.address().toText()), qPrintable(problem));
 }
 
-VELTRA4_TEST_MAIN(TestControllerServer)
+VELTRA4_TEST(TestControllerServer)
 #include "tst_controllerserver.moc"

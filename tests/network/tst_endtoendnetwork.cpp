@@ -534,5 +534,5 @@ void TestEndToEndNetwork::restoring()
     QCOMPARE(scene.server.state(), before);
 }
 
-VELTRA4_TEST_MAIN(TestEndToEndNetwork)
+VELTRA4_TEST(TestEndToEndNetwork)
 #include "tst_endtoendnetwork.moc"

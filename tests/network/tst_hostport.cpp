@@ -76,5 +76,5 @@ private slots:
     }
 };
 
-VELTRA4_TEST_MAIN(TestHostPort)
+VELTRA4_TEST(TestHostPort)
 #include "tst_hostport.moc"

@@ -586,5 +586,5 @@ void TestNetworkChannel::soIsALateAnswer()
     QTRY_COMPARE(channel.contact(), Contact::Connected);
 }
 
-VELTRA4_TEST_MAIN(TestNetworkChannel)
+VELTRA4_TEST(TestNetworkChannel)
 #include "tst_networkchannel.moc"

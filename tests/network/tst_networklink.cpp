@@ -101,5 +101,5 @@ void TestNetworkLink::theHostMayBeStartedFirst()
     QCOMPARE(session.versions().systemModel, QStringLiteral("Indoor Tracker 5"));
 }
 
-VELTRA4_TEST_MAIN(TestNetworkLink)
+VELTRA4_TEST(TestNetworkLink)
 #include "tst_networklink.moc"

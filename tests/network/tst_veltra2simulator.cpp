@@ -1,3 +1,4 @@
+#include "projectversion.h"
 #include "network/networkchannel.h"
 #include "simulator/controllerstate.h"
 #include "tests/network/serverprocess.h"
@@ -153,5 +154,5 @@ void TestVeltra2Simulator::commandsCanBeMadeToFail()
     QCOMPARE(ask(channel, "system net"), QString("(failed)"));
 }
 
-VELTRA4_TEST_MAIN(TestVeltra2Simulator)
+VELTRA4_TEST(TestVeltra2Simulator)
 #include "tst_veltra2simulator.moc"

@@ -181,5 +181,5 @@ void TestWireProtocol::aLongerOneIsNot()
     QVERIFY(!lines.next());
 }
 
-VELTRA4_TEST_MAIN(TestWireProtocol)
+VELTRA4_TEST(TestWireProtocol)
 #include "tst_wireprotocol.moc"

@@ -190,5 +190,5 @@ void TestArchive::noiseIsNoArchive()
     QCOMPARE(error, QString("not an archive of configurations"));
 }
 
-VELTRA4_TEST_MAIN(TestArchive)
+VELTRA4_TEST(TestArchive)
 #include "tst_archive.moc"

@@ -117,5 +117,5 @@ void TestCascadeCommands::onlyAConnectedSlaveIsRemoved()
     }
 }
 
-VELTRA4_TEST_MAIN(TestCascadeCommands)
+VELTRA4_TEST(TestCascadeCommands)
 #include "tst_cascadecommands.moc"

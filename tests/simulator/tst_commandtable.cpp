@@ -167,5 +167,5 @@ void TestCommandTable::noAnswerIsLongerThanABufferTakes()
     }
 }
 
-VELTRA4_TEST_MAIN(TestCommandTable)
+VELTRA4_TEST(TestCommandTable)
 #include "tst_commandtable.moc"

@@ -317,5 +317,5 @@ void TestConfigurationCommands::tenThousandConfigurationsAreListed()
     }
 }
 
-VELTRA4_TEST_MAIN(TestConfigurationCommands)
+VELTRA4_TEST(TestConfigurationCommands)
 #include "tst_configurationcommands.moc"

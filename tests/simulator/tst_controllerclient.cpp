@@ -116,5 +116,5 @@ void TestControllerClient::uploadsDoNotMix()
     QCOMPARE(setup.ask(setup.one, "system upload 2 2 " + chunk), done);
 }
 
-VELTRA4_TEST_MAIN(TestControllerClient)
+VELTRA4_TEST(TestControllerClient)
 #include "tst_controllerclient.moc"

@@ -157,5 +157,5 @@ void TestControllerState::changesAreAnnouncedOnce()
     QCOMPARE(changes, 3);
 }
 
-VELTRA4_TEST_MAIN(TestControllerState)
+VELTRA4_TEST(TestControllerState)
 #include "tst_controllerstate.moc"

@@ -217,5 +217,5 @@ void TestFaultPlan::patternsCountTheirOwnCommands()
     QCOMPARE(outcomes(plan), QString(". . x . ."));
 }
 
-VELTRA4_TEST_MAIN(TestFaultPlan)
+VELTRA4_TEST(TestFaultPlan)
 #include "tst_faultplan.moc"

@@ -143,5 +143,5 @@ void TestLineChannel::anObserverCanBeTakenOff()
     QVERIFY(recorder.exchanges.isEmpty());
 }
 
-VELTRA4_TEST_MAIN(TestLineChannel)
+VELTRA4_TEST(TestLineChannel)
 #include "tst_linechannel.moc"

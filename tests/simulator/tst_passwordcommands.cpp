@@ -242,5 +242,5 @@ void TestPasswordCommands::passwordsHaveToBeQuoted()
     QVERIFY(controller.state() == smallState());
 }
 
-VELTRA4_TEST_MAIN(TestPasswordCommands)
+VELTRA4_TEST(TestPasswordCommands)
 #include "tst_passwordcommands.moc"

@@ -44,5 +44,5 @@ void TestSaltedHash::nothingMatchesWhereNoneIsSet()
     QVERIFY(!SaltedHash().matches("x"));
 }
 
-VELTRA4_TEST_MAIN(TestSaltedHash)
+VELTRA4_TEST(TestSaltedHash)
 #include "tst_saltedhash.moc"

@@ -293,5 +293,5 @@ void TestSimulatedChannel::aReceiverMayGoDuringAMessage()
     QCOMPARE(setup.channel.receiverCount(), 0);
 }
 
-VELTRA4_TEST_MAIN(TestSimulatedChannel)
+VELTRA4_TEST(TestSimulatedChannel)
 #include "tst_simulatedchannel.moc"

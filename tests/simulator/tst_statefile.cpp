@@ -211,5 +211,5 @@ void TestStateFile::wrongContentsAreRefused()
     QVERIFY(state == ControllerState());
 }
 
-VELTRA4_TEST_MAIN(TestStateFile)
+VELTRA4_TEST(TestStateFile)
 #include "tst_statefile.moc"

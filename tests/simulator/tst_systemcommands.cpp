@@ -92,5 +92,5 @@ void TestSystemCommands::settingsAreChecked()
     QVERIFY(controller.state() == smallState());
 }
 
-VELTRA4_TEST_MAIN(TestSystemCommands)
+VELTRA4_TEST(TestSystemCommands)
 #include "tst_systemcommands.moc"

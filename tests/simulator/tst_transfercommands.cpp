@@ -467,5 +467,5 @@ void TestTransferCommands::twoHundredConfigurationsOfSixteenMebibytesComeBack()
     QVERIFY(controller.state() == state);
 }
 
-VELTRA4_TEST_MAIN(TestTransferCommands)
+VELTRA4_TEST(TestTransferCommands)
 #include "tst_transfercommands.moc"

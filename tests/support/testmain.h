@@ -1,16 +1,22 @@
 #pragma once
 
-class QObject;
+#include <QObject>
 
-/// Runs the test functions of @p test in an application without a display, with an empty temporary
-/// folder as the user's home, and fails on the warnings that stand for a broken connection or a
-/// misused object.
-int runWidgetTest(QObject *test, int argc, char *argv[]);
+#include <functional>
+#include <memory>
 
-/// The main function of a test program; the test's .moc file follows it.
-#define VELTRA4_TEST_MAIN(TestClass)                                                               \
-    int main(int argc, char *argv[])                                                               \
-    {                                                                                              \
-        TestClass test;                                                                            \
-        return runWidgetTest(&test, argc, argv);                                                   \
-    }
+/// A class of tests in a program of several. The program's first argument names the one to run by
+/// its file: "tst_datestamp"; what follows are options of Qt Test.
+class RegisteredTest
+{
+public:
+    using Maker = std::function<std::unique_ptr<QObject>()>;
+
+    /// @p file is the path of the source.
+    RegisteredTest(const char *file, const Maker &make);
+};
+
+/// Makes a class a test of its program; the class's .moc file follows.
+#define VELTRA4_TEST(TestClass)                                                                    \
+    static const RegisteredTest registered##TestClass(                                             \
+        __FILE__, [] { return std::make_unique<TestClass>(); });

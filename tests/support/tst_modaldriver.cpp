@@ -323,5 +323,5 @@ void TestModalDriver::aFileDialogIsLookedAtAndCancelled()
     QCOMPARE(seen, directory.path());
 }
 
-VELTRA4_TEST_MAIN(TestModalDriver)
+VELTRA4_TEST(TestModalDriver)
 #include "tst_modaldriver.moc"

@@ -288,5 +288,5 @@ void TestScriptedChannel::aListOfConfigurationsIsAnswered()
     QCOMPARE(ask(&channel, "config config_has_password hall"), "no");
 }
 
-VELTRA4_TEST_MAIN(TestScriptedChannel)
+VELTRA4_TEST(TestScriptedChannel)
 #include "tst_scriptedchannel.moc"

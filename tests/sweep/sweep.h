@@ -18,9 +18,16 @@ namespace Sweep {
 /// Adds a row for each misfortune to a test's data.
 void addRows();
 
+/// The same for a variant of another operation: only ./dev sweep lets the answers that both are
+/// given be wrong in this one, too.
+void addRowsOfVariant();
+
 /// Carries out @p operation with the misfortune of the current row at its first command, at its
 /// second and so on until there is none to befall any more, and compares each time what came of it
 /// with what has to be. Fails the test at the first difference.
+///
+/// Reading the list, with which operations end, is an operation of its own: only ./dev sweep lets
+/// its answers be wrong after the others, too.
 ///
 /// Afterwards the plug-in has to list again what the controller holds. Where answers were wrong, it
 /// also has to do the whole operation as if nothing had been.

@@ -108,7 +108,7 @@ class TestSweepBackup : public QObject
 private slots:
     void manual_data() { Sweep::addRows(); }
     void manual();
-    void automatic_data() { Sweep::addRows(); }
+    void automatic_data() { Sweep::addRowsOfVariant(); }
     void automatic();
     void cleanupTestCase() { Sweep::sayTotal(); }
 };
@@ -149,5 +149,5 @@ void TestSweepBackup::automatic()
     Sweep::run(operation);
 }
 
-VELTRA4_TEST_MAIN(TestSweepBackup)
+VELTRA4_TEST(TestSweepBackup)
 #include "tst_sweepbackup.moc"

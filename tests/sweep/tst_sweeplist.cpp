@@ -105,5 +105,5 @@ void TestSweepList::deleteOne()
     Sweep::run(operation);
 }
 
-VELTRA4_TEST_MAIN(TestSweepList)
+VELTRA4_TEST(TestSweepList)
 #include "tst_sweeplist.moc"

@@ -136,5 +136,5 @@ void TestSweepLoad::load()
     Sweep::run(operation);
 }
 
-VELTRA4_TEST_MAIN(TestSweepLoad)
+VELTRA4_TEST(TestSweepLoad)
 #include "tst_sweepload.moc"

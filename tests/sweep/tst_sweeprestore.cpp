@@ -316,7 +316,7 @@ class TestSweepRestore : public QObject
 private slots:
     void restore_data() { Sweep::addRows(); }
     void restore() { sweep(changed()); }
-    void restoreWithoutNetwork_data() { Sweep::addRows(); }
+    void restoreWithoutNetwork_data() { Sweep::addRowsOfVariant(); }
     void restoreWithoutNetwork();
     void cleanupTestCase() { Sweep::sayTotal(); }
 
@@ -353,5 +353,5 @@ void TestSweepRestore::sweep(const ControllerState &before)
     Sweep::run(operation);
 }
 
-VELTRA4_TEST_MAIN(TestSweepRestore)
+VELTRA4_TEST(TestSweepRestore)
 #include "tst_sweeprestore.moc"

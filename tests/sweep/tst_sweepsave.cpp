@@ -179,5 +179,5 @@ void TestSweepSave::save()
     Sweep::run(operation);
 }
 
-VELTRA4_TEST_MAIN(TestSweepSave)
+VELTRA4_TEST(TestSweepSave)
 #include "tst_sweepsave.moc"

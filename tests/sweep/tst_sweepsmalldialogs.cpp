@@ -233,5 +233,5 @@ void TestSweepSmallDialogs::sweepUnlock(bool isSuper)
     Sweep::run(operation);
 }
 
-VELTRA4_TEST_MAIN(TestSweepSmallDialogs)
+VELTRA4_TEST(TestSweepSmallDialogs)
 #include "tst_sweepsmalldialogs.moc"

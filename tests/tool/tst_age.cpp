@@ -75,5 +75,5 @@ void TestAge::knowsNoAgeWithoutATime()
     QVERIFY(!Age::isYounger(QDateTime(), 3600, QDateTime::currentDateTime()));
 }
 
-VELTRA4_TEST_MAIN(TestAge)
+VELTRA4_TEST(TestAge)
 #include "tst_age.moc"

@@ -98,5 +98,5 @@ void TestBackupFile::judgesManyInTheirOrder()
     }
 }
 
-VELTRA4_TEST_MAIN(TestBackupFile)
+VELTRA4_TEST(TestBackupFile)
 #include "tst_backupfile.moc"

@@ -98,5 +98,5 @@ void TestDocumentOutline::namesTheFirstElementThatIsMissing()
     QTEST(DocumentOutline::missingElement(document), "path");
 }
 
-VELTRA4_TEST_MAIN(TestDocumentOutline)
+VELTRA4_TEST(TestDocumentOutline)
 #include "tst_documentoutline.moc"

@@ -58,5 +58,5 @@ void TestPrintable::takesTheMiddleOutOfALongText()
              QString(200, QLatin1Char('a')) + " ... " + QString(200, QLatin1Char('d')));
 }
 
-VELTRA4_TEST_MAIN(TestPrintable)
+VELTRA4_TEST(TestPrintable)
 #include "tst_printable.moc"

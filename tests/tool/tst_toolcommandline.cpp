@@ -141,5 +141,5 @@ void TestToolCommandLine::versionIsThatOfTheProject()
     QCOMPARE(run.output, QStringLiteral("veltra4-backup " VELTRA4_VERSION "\n"));
 }
 
-VELTRA4_TEST_MAIN(TestToolCommandLine)
+VELTRA4_TEST(TestToolCommandLine)
 #include "tst_toolcommandline.moc"

@@ -234,5 +234,5 @@ void TestToolDiff::wantsTwoOfAKind()
     QCOMPARE(run.complaint, QString("veltra4-backup: diff wants two files or two folders.\n"));
 }
 
-VELTRA4_TEST_MAIN(TestToolDiff)
+VELTRA4_TEST(TestToolDiff)
 #include "tst_tooldiff.moc"

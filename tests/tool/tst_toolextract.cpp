@@ -161,5 +161,5 @@ void TestToolExtract::leavesTheOldFileOnAFullDisk()
     QCOMPARE(files(), (QStringList{"tracker.lab.dat", "tracker.lab.xml"}));
 }
 
-VELTRA4_TEST_MAIN(TestToolExtract)
+VELTRA4_TEST(TestToolExtract)
 #include "tst_toolextract.moc"

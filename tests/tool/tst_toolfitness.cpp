@@ -51,5 +51,5 @@ void TestToolFitness::tellsWhetherItFits()
              misfit.isEmpty() ? QJsonArray() : QJsonArray{misfit});
 }
 
-VELTRA4_TEST_MAIN(TestToolFitness)
+VELTRA4_TEST(TestToolFitness)
 #include "tst_toolfitness.moc"

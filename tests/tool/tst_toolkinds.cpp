@@ -55,5 +55,5 @@ void TestToolKinds::saysWhatAFileProbablyIs()
     QCOMPARE(run.complaint.count('\n'), 1);
 }
 
-VELTRA4_TEST_MAIN(TestToolKinds)
+VELTRA4_TEST(TestToolKinds)
 #include "tst_toolkinds.moc"

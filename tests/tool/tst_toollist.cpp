@@ -195,5 +195,5 @@ void TestToolList::livesThroughAThousandBrokenFiles()
     QVERIFY(run.output.section('\n', 1, 1).endsWith("good     " + path("good.xml")));
 }
 
-VELTRA4_TEST_MAIN(TestToolList)
+VELTRA4_TEST(TestToolList)
 #include "tst_toollist.moc"

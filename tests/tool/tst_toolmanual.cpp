@@ -125,5 +125,5 @@ void TestToolManual::fieldsAreCompleted()
              (QStringList{"name", "nameServer", "net", "ntpServer"}));
 }
 
-VELTRA4_TEST_MAIN(TestToolManual)
+VELTRA4_TEST(TestToolManual)
 #include "tst_toolmanual.moc"

@@ -139,5 +139,5 @@ void TestToolShow::letsNoValueSpeakToTheTerminal()
              QStringLiteral("Host name             a\\u{9b}2J\\u{a}Model  b"));
 }
 
-VELTRA4_TEST_MAIN(TestToolShow)
+VELTRA4_TEST(TestToolShow)
 #include "tst_toolshow.moc"

@@ -101,5 +101,5 @@ void TestToolTerminal::noticesAClosedPipe()
     QCOMPARE(run.complaint, QString("veltra4-backup: The output cannot be written.\n"));
 }
 
-VELTRA4_TEST_MAIN(TestToolTerminal)
+VELTRA4_TEST(TestToolTerminal)
 #include "tst_toolterminal.moc"

@@ -250,5 +250,5 @@ void TestToolVerify::answersWithTheWorst()
     QCOMPARE(Tool::run({"verify", "--json", folder.path()}).array().size(), 2);
 }
 
-VELTRA4_TEST_MAIN(TestToolVerify)
+VELTRA4_TEST(TestToolVerify)
 #include "tst_toolverify.moc"

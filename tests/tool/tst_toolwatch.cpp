@@ -121,5 +121,5 @@ void TestToolWatch::cannotTellWhereItCannotRead()
     QCOMPARE(Tool::run({"verify", "--newer-than", "2d", "/nosuch"}).exitCode, 2);
 }
 
-VELTRA4_TEST_MAIN(TestToolWatch)
+VELTRA4_TEST(TestToolWatch)
 #include "tst_toolwatch.moc"

@@ -354,5 +354,5 @@ void TestAutomaticBackup::showsNoWaitCursor()
     QVERIFY(!isShown);
 }
 
-VELTRA4_TEST_MAIN(TestAutomaticBackup)
+VELTRA4_TEST(TestAutomaticBackup)
 #include "tst_automaticbackup.moc"

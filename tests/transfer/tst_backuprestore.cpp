@@ -286,6 +286,7 @@ private slots:
     void everySingleCommandMayFail();
     void onlyTheQuestionForTheNetworkSetsTheWaitCursorForTheRestore_data();
     void onlyTheQuestionForTheNetworkSetsTheWaitCursorForTheRestore();
+    void theWaitCursorIsShownWhileTheFileIsRead();
     void noBoxIsOpenUnderTheWaitCursor_data();
     void noBoxIsOpenUnderTheWaitCursor();
     void theHostMayDestroyTheDialogsWhileAnyBoxIsOpen_data();
@@ -643,6 +644,26 @@ void TestBackupRestore::onlyTheQuestionForTheNetworkSetsTheWaitCursorForTheResto
     QCOMPARE(waiting, QList<bool>({false, false, isEmbedded, isEmbedded, isEmbedded}));
 }
 
+// The reader says in the log what it does not know.
+void TestBackupRestore::theWaitCursorIsShownWhileTheFileIsRead()
+{
+    static QList<bool> waiting;
+    writeFile(m_path, "<ZOR><a/></ZOR>");
+    Fixture f;
+    f.expectOk(QMessageBox::Critical, f.dialog, "Error reading backup file",
+               "Cannot read '" + m_path + "' !");
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &) {
+            if (type == QtDebugMsg) {
+                waiting << isWaiting();
+            }
+        });
+    f.restore(m_path);
+    qInstallMessageHandler(before);
+    QVERIFY(!waiting.isEmpty());
+    QVERIFY(!waiting.contains(false));
+}
+
 void TestBackupRestore::noBoxIsOpenUnderTheWaitCursor_data()
 {
     QTest::addColumn<QByteArray>("failing");
@@ -681,24 +702,24 @@ void TestBackupRestore::theHostMayDestroyTheDialogsWhileAnyBoxIsOpen_data()
     QTest::addColumn<Script>("script");
     QTest::addColumn<bool>("isLocked");
     QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<int>("code");
     const QByteArray sample = SampleBackup::document();
-    QTest::newRow("locked") << Script([](Fixture &) {}) << true << sample;
-    QTest::newRow("unreadable") << Script([](Fixture &) {}) << false
-                                << QByteArray("<ZOR><a/></ZOR>");
-    QTest::newRow("confirmation") << Script([](Fixture &) {}) << false << sample;
-    QTest::newRow("unfit") << Script([](Fixture &f) { f.expectConfirmation(); }) << false
-                           << QByteArray("<ZOR/>");
-    QTest::newRow("network question")
-        << Script([](Fixture &f) { f.expectConfirmation(); }) << false << sample;
+    const Script nothing = [](Fixture &) {};
+    QTest::newRow("locked") << nothing << true << sample << 1;
+    QTest::newRow("unreadable") << nothing << false << QByteArray("<ZOR><a/></ZOR>") << 1;
+    QTest::newRow("confirmation") << nothing << false << sample << 2;
+    const Script confirmed = [](Fixture &f) { f.expectConfirmation(); };
+    QTest::newRow("unfit") << confirmed << false << QByteArray("<ZOR/>") << 3;
+    QTest::newRow("network question") << confirmed << false << sample << 2;
     QTest::newRow("failure") << Script([](Fixture &f) {
         f.channel.fail("config number_of_configs");
         f.expectConfirmation();
         f.expectNetworkQuestion();
-    }) << false << sample;
+    }) << false << sample << 4;
     QTest::newRow("success") << Script([](Fixture &f) {
         f.expectConfirmation();
         f.expectNetworkQuestion();
-    }) << false << sample;
+    }) << false << sample << 0;
 }
 
 void TestBackupRestore::theHostMayDestroyTheDialogsWhileAnyBoxIsOpen()
@@ -706,6 +727,7 @@ void TestBackupRestore::theHostMayDestroyTheDialogsWhileAnyBoxIsOpen()
     QFETCH(const std::function<void(Fixture &)>, script);
     QFETCH(const bool, isLocked);
     QFETCH(const QByteArray, document);
+    QFETCH(const int, code);
     writeFile(m_path, document);
     Fixture f;
     script(f);
@@ -714,10 +736,10 @@ void TestBackupRestore::theHostMayDestroyTheDialogsWhileAnyBoxIsOpen()
         f.parent.reset();
         sent = f.channel.commandCount();
     });
-    f.restore(m_path, {entry("config1", isLocked)});
+    QCOMPARE(f.restore(m_path, {entry("config1", isLocked)}), code);
     QVERIFY(!f.parent);
     QCOMPARE(f.channel.commandCount(), sent); // nothing goes on without the dialog
 }
 
-VELTRA4_TEST_MAIN(TestBackupRestore)
+VELTRA4_TEST(TestBackupRestore)
 #include "tst_backuprestore.moc"

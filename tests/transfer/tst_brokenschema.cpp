@@ -91,5 +91,5 @@ void TestBrokenSchema::theHostMayDestroyTheDialogWhileTheBoxIsOpen()
     QCOMPARE(channel.trace(), QStringList());
 }
 
-VELTRA4_TEST_MAIN(TestBrokenSchema)
+VELTRA4_TEST(TestBrokenSchema)
 #include "tst_brokenschema.moc"

@@ -1162,5 +1162,5 @@ void TestConfigLoadDlg::theHostMayDestroyTheDialogAtAnyTime()
     QVERIFY(!f.parent);
 }
 
-VELTRA4_TEST_MAIN(TestConfigLoadDlg)
+VELTRA4_TEST(TestConfigLoadDlg)
 #include "tst_configloaddlg.moc"

@@ -75,6 +75,7 @@ private slots:
     void showsTheEntriesInOrder();
     void opensWithoutConfigurations();
     void aLaterShowingReplacesTheEntries();
+    void aLaterShowingWithTheBoxStillTickedIsForABackup();
     void aLaterShowingWithoutConfigurationsCannotSave();
     void theDialogKeepsItsOwnListOfEntries();
 
@@ -489,6 +490,16 @@ void TestConfigSaveDlg::aLaterShowingReplacesTheEntries()
     });
 }
 
+void TestConfigSaveDlg::aLaterShowingWithTheBoxStillTickedIsForABackup()
+{
+    show([] {});
+    QVERIFY(find<QCheckBox>("checkBox_allSettings")->isChecked());
+    show([&] {
+        QVERIFY(!isEnabled("widget_selectConfigs"));
+        QCOMPARE(selectedRows(), QList<int>({0, 1, 2}));
+    });
+}
+
 void TestConfigSaveDlg::aLaterShowingWithoutConfigurationsCannotSave()
 {
     show([] {});
@@ -540,6 +551,7 @@ void TestConfigSaveDlg::clearSelectsNothing()
     showSelection([&] {
         click("pushButton_clearSelection");
         QCOMPARE(selectedRows(), QList<int>());
+        QCOMPARE(m_dialog->focusWidget(), table());
     });
 }
 
@@ -807,5 +819,5 @@ void TestConfigSaveDlg::theDialogMayVanishWhileItIsShown()
     QVERIFY(!m_dialog);
 }
 
-VELTRA4_TEST_MAIN(TestConfigSaveDlg)
+VELTRA4_TEST(TestConfigSaveDlg)
 #include "tst_configsavedlg.moc"

@@ -296,5 +296,5 @@ void TestConfigurationDownload::aNameOutsideLatin1IsWrittenWithQuestionMarks()
     QCOMPARE(names(), QStringList("??.dat"));
 }
 
-VELTRA4_TEST_MAIN(TestConfigurationDownload)
+VELTRA4_TEST(TestConfigurationDownload)
 #include "tst_configurationdownload.moc"

@@ -234,5 +234,5 @@ void TestConfigurationImport::theHostMayDestroyTheDialogWhileTheBoxIsOpen()
     QCOMPARE(takeCursors(), 0);
 }
 
-VELTRA4_TEST_MAIN(TestConfigurationImport)
+VELTRA4_TEST(TestConfigurationImport)
 #include "tst_configurationimport.moc"

@@ -474,5 +474,5 @@ void TestConfigurationSave::theDialogMayVanishWhileTheBoxIsOpen()
     QCOMPARE(takeCursors(), 0);
 }
 
-VELTRA4_TEST_MAIN(TestConfigurationSave)
+VELTRA4_TEST(TestConfigurationSave)
 #include "tst_configurationsave.moc"

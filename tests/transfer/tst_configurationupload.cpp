@@ -293,5 +293,5 @@ void TestConfigurationUpload::memoryDoesNotGrowWithTheFile()
     QVERIFY(peakMemory() - before < 8 << 20);
 }
 
-VELTRA4_TEST_MAIN(TestConfigurationUpload)
+VELTRA4_TEST(TestConfigurationUpload)
 #include "tst_configurationupload.moc"

@@ -66,6 +66,8 @@ void TestDateStamp::removesTheDateOfAnEarlierSave_data()
                                         << "Lab 01-02-2020 east";
     QTest::newRow("blank behind") << "Lab 01-02-2020 "
                                   << "Lab 01-02-2020 ";
+    QTest::newRow("line feed behind") << "Lab 01-02-2020\n"
+                                      << "Lab 01-02-2020\n";
 
     QTest::newRow("glued date") << "Lab01-02-2020"
                                 << "Lab00-00-0000";
@@ -82,6 +84,10 @@ void TestDateStamp::removesTheDateOfAnEarlierSave_data()
                                 << "Lab 01-02-20";
     QTest::newRow("short day") << "Lab 1-02-2020"
                                << "Lab 1-02-2020";
+    QTest::newRow("long month") << "Lab 12-123-2024"
+                                << "Lab 12-123-2024";
+    QTest::newRow("short month") << "Lab 12-1-2024"
+                                 << "Lab 12-1-2024";
     QTest::newRow("other order") << "Lab 2020-02-01"
                                  << "Lab 2020-02-01";
     QTest::newRow("dots") << "Lab 01.02.2020"
@@ -109,5 +115,5 @@ void TestDateStamp::todayIsDayMonthYear()
     QVERIFY(today == written(before) || today == written(after));
 }
 
-VELTRA4_TEST_MAIN(TestDateStamp)
+VELTRA4_TEST(TestDateStamp)
 #include "tst_datestamp.moc"

@@ -373,5 +373,5 @@ void TestManualBackup::theDialogMayVanishWhileTheBoxIsOpen()
     QVERIFY(!m_dialog);
 }
 
-VELTRA4_TEST_MAIN(TestManualBackup)
+VELTRA4_TEST(TestManualBackup)
 #include "tst_manualbackup.moc"

@@ -3,7 +3,9 @@
 #include "widgets/filedialog.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -19,10 +21,16 @@ private slots:
 
     void openingReturnsTheChosenFile();
     void openingStartsInTheDirectoryWithTheFilter();
+    void openingInsistsOnAnExistingFile();
     void savingReturnsTheChosenName();
     void savingStartsWithTheProposal();
     void overwritingIsAskedFor_data();
     void overwritingIsAskedFor();
+    void overwritingIsAskedForWhatIsWritten_data();
+    void overwritingIsAskedForWhatIsWritten();
+    void theExtensionIsCompleted_data();
+    void theExtensionIsCompleted();
+    void aDirectoryIsEnteredNotWritten();
     void cancellingReturnsNothing();
     void theDialogHasTheParent();
     void aDestroyedOwnerMeansNoFile();
@@ -32,6 +40,7 @@ private:
     QString path(const QString &name) const { return m_directory->filePath(name); }
     QString open(const QObject *owner, QWidget *parent) const;
     QString save(const QObject *owner, QWidget *parent) const;
+    QString saveData() const; // with ".dat" at the end
 
     std::unique_ptr<QTemporaryDir> m_directory;
     QObject m_owner;
@@ -59,6 +68,12 @@ QString TestFileDialog::save(const QObject *owner, QWidget *parent) const
     return FileDialog::saveFileName(owner, parent, "Save", path("proposal.dat"), "Data (*.dat)");
 }
 
+QString TestFileDialog::saveData() const
+{
+    return FileDialog::saveFileName(&m_owner, nullptr, "Save", path("proposal.dat"), "Data (*.dat)",
+                                    ".dat");
+}
+
 void TestFileDialog::openingReturnsTheChosenFile()
 {
     ModalDriver driver;
@@ -80,6 +95,19 @@ void TestFileDialog::openingStartsInTheDirectoryWithTheFilter()
     QCOMPARE(filters, QStringList("Data (*.dat)"));
 }
 
+void TestFileDialog::openingInsistsOnAnExistingFile()
+{
+    ExpectedBox refusal;
+    refusal.icon = QMessageBox::Warning;
+    refusal.title = "Open";
+    refusal.text = "missing.dat\nFile not found.\nPlease verify the correct file name was given.";
+    ModalDriver driver;
+    driver.expectFileDialog("Open", path("missing.dat"));
+    driver.expectBox(refusal);
+    QCOMPARE(open(&m_owner, nullptr), QString());
+    QCOMPARE(driver.takeProblems().size(), 1); // the driver closes what is left open
+}
+
 void TestFileDialog::savingReturnsTheChosenName()
 {
     ModalDriver driver;
@@ -97,6 +125,22 @@ void TestFileDialog::savingStartsWithTheProposal()
     QCOMPARE(proposed, QStringList(path("proposal.dat")));
 }
 
+namespace {
+
+ExpectedBox overwriteQuestion(QMessageBox::StandardButton answer)
+{
+    ExpectedBox question;
+    question.icon = QMessageBox::Warning;
+    question.title = "Save";
+    question.text = "existing.dat already exists.\nDo you want to replace it?";
+    question.buttons = QMessageBox::Yes | QMessageBox::No;
+    question.defaultButton = QMessageBox::No;
+    question.answer = answer;
+    return question;
+}
+
+} // namespace
+
 void TestFileDialog::overwritingIsAskedFor_data()
 {
     QTest::addColumn<QMessageBox::StandardButton>("answer");
@@ -109,18 +153,78 @@ void TestFileDialog::overwritingIsAskedFor()
 {
     QFETCH(const QMessageBox::StandardButton, answer);
     QFETCH(const bool, isChosen);
-    ExpectedBox question;
-    question.icon = QMessageBox::Warning;
-    question.title = "Save";
-    question.text = "existing.dat already exists.\nDo you want to replace it?";
-    question.buttons = QMessageBox::Yes | QMessageBox::No;
-    question.defaultButton = QMessageBox::No;
-    question.answer = answer;
     ModalDriver driver;
     driver.expectFileDialog("Save", path("existing.dat"));
-    driver.expectBox(question);
+    driver.expectBox(overwriteQuestion(answer));
     QCOMPARE(save(&m_owner, nullptr), isChosen ? path("existing.dat") : QString());
     QCOMPARE(driver.takeProblems().isEmpty(), isChosen); // the driver closes what is left open
+}
+
+void TestFileDialog::overwritingIsAskedForWhatIsWritten_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::newRow("whole") << "existing.dat";
+    QTest::newRow("without extension") << "existing";
+    QTest::newRow("blanks after it") << "existing  ";
+}
+
+void TestFileDialog::overwritingIsAskedForWhatIsWritten()
+{
+    QFETCH(const QString, typed);
+    ModalDriver driver;
+    driver.expectFileDialog("Save", typed);
+    driver.expectBox(overwriteQuestion(QMessageBox::Yes));
+    QCOMPARE(saveData(), path("existing.dat"));
+    driver.expectFileDialog("Save", typed);
+    driver.expectBox(overwriteQuestion(QMessageBox::No));
+    QCOMPARE(saveData(), QString());
+    QVERIFY(!driver.takeProblems().isEmpty()); // the chooser was still open
+}
+
+void TestFileDialog::theExtensionIsCompleted_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("written");
+    QTest::newRow("none") << "new"
+                          << "new.dat";
+    QTest::newRow("given") << "new.dat"
+                           << "new.dat";
+    QTest::newRow("in capitals") << "new.DAT"
+                                 << "new.DAT";
+    QTest::newRow("another") << "new.txt"
+                             << "new.txt.dat";
+    QTest::newRow("blanks") << " new "
+                            << " new.dat"; // those at the ends of the whole path
+    QTest::newRow("a file without it is there") << "plain"
+                                                << "plain.dat";
+}
+
+void TestFileDialog::theExtensionIsCompleted()
+{
+    QFETCH(const QString, typed);
+    QFETCH(const QString, written);
+    QVERIFY(QFile(path("plain")).open(QIODevice::WriteOnly));
+    ModalDriver driver;
+    driver.expectFileDialog("Save", typed);
+    QCOMPARE(saveData(), path(written));
+}
+
+void TestFileDialog::aDirectoryIsEnteredNotWritten()
+{
+    QVERIFY(QDir(m_directory->path()).mkdir("inner"));
+    QString entered;
+    ModalDriver driver;
+    driver.expectDialog("QFileDialog", [&](QDialog *dialog) {
+        auto *chooser = qobject_cast<QFileDialog *>(dialog);
+        auto *name = chooser->findChild<QLineEdit *>("fileNameEdit");
+        name->setText("inner");
+        QTest::keyClick(name, Qt::Key_Return);
+        entered = chooser->directory().dirName();
+        name->setText("new");
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+    QCOMPARE(saveData(), path("inner/new.dat"));
+    QCOMPARE(entered, "inner");
 }
 
 void TestFileDialog::cancellingReturnsNothing()
@@ -161,5 +265,5 @@ void TestFileDialog::aDestroyedParentTakesTheDialogWithIt()
     QCOMPARE(save(parent, parent), QString());
 }
 
-VELTRA4_TEST_MAIN(TestFileDialog)
+VELTRA4_TEST(TestFileDialog)
 #include "tst_filedialog.moc"

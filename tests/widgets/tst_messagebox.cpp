@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(QMessageBox::Icon)
@@ -18,6 +19,7 @@ private slots:
 
     void eachFunctionShowsItsIcon_data();
     void eachFunctionShowsItsIcon();
+    void theTextIsNeverTakenForMarkup();
     void theAnswerIsTheButton_data();
     void theAnswerIsTheButton();
     void escapeCancels();
@@ -92,6 +94,19 @@ void TestMessageBox::eachFunctionShowsItsIcon()
         break;
     }
     QCOMPARE(answer, QMessageBox::Ok);
+}
+
+void TestMessageBox::theTextIsNeverTakenForMarkup()
+{
+    const QString text = QStringLiteral("Delete '<b>bold</b> &amp; more'?");
+    ModalDriver driver;
+    driver.expectDialog("", [text](QDialog *box) {
+        const auto *label = box->findChild<QLabel *>("qt_msgbox_label");
+        QCOMPARE(label->text(), text);
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+        box->accept();
+    });
+    MessageBox::show(QMessageBox::Warning, &m_owner, nullptr, "Title", text);
 }
 
 void TestMessageBox::theAnswerIsTheButton_data()
@@ -169,5 +184,5 @@ void TestMessageBox::aDestroyedParentThatIsTheOwnerMeansNoAnswer()
     QCOMPARE(ask(window, window), QMessageBox::NoButton);
 }
 
-VELTRA4_TEST_MAIN(TestMessageBox)
+VELTRA4_TEST(TestMessageBox)
 #include "tst_messagebox.moc"

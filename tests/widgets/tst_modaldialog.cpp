@@ -65,5 +65,5 @@ void TestModalDialog::aDestroyedParentTakesTheDialogWithIt()
     QVERIFY(!run(namedDialog(parent)).has_value());
 }
 
-VELTRA4_TEST_MAIN(TestModalDialog)
+VELTRA4_TEST(TestModalDialog)
 #include "tst_modaldialog.moc"

@@ -102,5 +102,5 @@ void TestValidators::theValidatorsBelongToTheirParent()
     QCOMPARE(Validators::forPassword(&parent)->parent(), &parent);
 }
 
-VELTRA4_TEST_MAIN(TestValidators)
+VELTRA4_TEST(TestValidators)
 #include "tst_validators.moc"

@@ -77,5 +77,5 @@ void TestWaitCursor::itMayBeLeftOn()
     QVERIFY(!QGuiApplication::overrideCursor());
 }
 
-VELTRA4_TEST_MAIN(TestWaitCursor)
+VELTRA4_TEST(TestWaitCursor)
 #include "tst_waitcursor.moc"
