@@ -2,8 +2,10 @@
 // many widgets, which show nothing or the same texts.
 
 #include "bench/freechannel.h"
+#include "bench/operations.h"
 #include "bench/plaindialog.h"
 #include "bench/sampledata.h"
+#include "bench/turns.h"
 #include "dialogs/changeconfigurationdlg.h"
 #include "dialogs/editconfigdlg.h"
 #include "dialogs/lockconfigdlg.h"
@@ -11,8 +13,6 @@
 #include "dialogs/unlockconfigdlg.h"
 #include "transfer/configloaddlg.h"
 #include "transfer/configsavedlg.h"
-
-#include <benchmark/benchmark.h>
 
 #include <QTimer>
 
@@ -78,6 +78,17 @@ struct OfOneConfiguration
     static void run(QDialog *dialog) { static_cast<Dialog *>(dialog)->update_and_exec(identifier); }
 };
 
+// One opening is too short to be timed alone.
+template <typename Action>
+Operations::Operation aFewTimes(Action action)
+{
+    return Operations::timed([action] {
+        for (int i = 0; i < 5; ++i) {
+            action();
+        }
+    });
+}
+
 template <typename Run>
 void openAndClose(QDialog *dialog, Run run)
 {
@@ -86,46 +97,37 @@ void openAndClose(QDialog *dialog, Run run)
 }
 
 template <typename Kind>
-void open(benchmark::State &state)
+Operations::Operation open(int /*size*/)
 {
-    for (auto _ : state) {
+    return aFewTimes([] {
         const std::unique_ptr<QDialog> dialog(Kind::make());
         openAndClose(dialog.get(), Kind::run);
-    }
+    });
 }
 
 template <typename Kind, PlainDialog::Texts texts>
-void openPlain(benchmark::State &state)
+Operations::Operation openPlain(int /*size*/)
 {
-    const PlainDialog plain(std::unique_ptr<QDialog>(Kind::make()).get(), texts);
-    for (auto _ : state) {
+    return aFewTimes([plain = PlainDialog(std::unique_ptr<QDialog>(Kind::make()).get(), texts)] {
         const std::unique_ptr<QWidget> widget(plain.make(nullptr));
         openAndClose(qobject_cast<QDialog *>(widget.get()),
                      [](QDialog *dialog) { dialog->exec(); });
-    }
+    });
 }
 
 template <typename Kind>
-void add(const std::string &name)
+bool addAll(const std::string &name)
 {
-    const auto addOne = [&name](const char *variant, void (*measure)(benchmark::State &)) {
-        benchmark::RegisterBenchmark(("open/" + name + variant).c_str(), measure)
-            ->Unit(benchmark::kMicrosecond);
-    };
-    addOne("/ours", open<Kind>);
-    addOne("/plain", openPlain<Kind, PlainDialog::Texts::None>);
-    addOne("/texts", openPlain<Kind, PlainDialog::Texts::Same>);
+    using Operations::add;
+    return add(name, open<Kind>) && add(name + "-empty", openPlain<Kind, PlainDialog::Texts::None>)
+        && add(name + "-texts", openPlain<Kind, PlainDialog::Texts::Same>)
+        && takeTurns({name, name + "-empty", name + "-texts"}, {1}, 21);
 }
 
-const bool areAdded = [] {
-    add<List>("list");
-    add<Save>("save");
-    add<Load>("load");
-    add<New>("new");
-    add<OfOneConfiguration<EditConfigDlg>>("edit");
-    add<OfOneConfiguration<LockConfigDlg>>("lock");
-    add<OfOneConfiguration<UnlockConfigDlg>>("unlock");
-    return true;
-}();
+const bool areAdded = addAll<List>("open-list") && addAll<Save>("open-save")
+    && addAll<Load>("open-load") && addAll<New>("open-new")
+    && addAll<OfOneConfiguration<EditConfigDlg>>("open-edit")
+    && addAll<OfOneConfiguration<LockConfigDlg>>("open-lock")
+    && addAll<OfOneConfiguration<UnlockConfigDlg>>("open-unlock");
 
 } // namespace

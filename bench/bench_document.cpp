@@ -4,30 +4,20 @@
 #include "backup/backupschema.h"
 #include "backup/fullbackup.h"
 #include "bench/childprocess.h"
+#include "bench/operations.h"
 #include "bench/sampledata.h"
-
-#include <benchmark/benchmark.h>
+#include "bench/turns.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 #include <QUrl>
 #include <QXmlSchema>
 #include <QXmlSchemaValidator>
 
+#include <memory>
+
 namespace {
 
-constexpr int mebibyte = 1024 * 1024;
-
-int sizeOf(const benchmark::State &state)
-{
-    return static_cast<int>(state.range(0)) * mebibyte;
-}
-
-QString filePath(const char *name)
-{
-    static const QTemporaryDir folder;
-    return folder.filePath(QString::fromLatin1(name));
-}
+const QString written = QStringLiteral("written.xml");
 
 bool writeFile(const QString &path, const QByteArray &content)
 {
@@ -38,105 +28,89 @@ bool writeFile(const QString &path, const QByteArray &content)
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    Operations::require(file.open(QIODevice::ReadOnly));
+    return file.readAll();
 }
 
-// A document with as many MiB of configuration data as is asked for.
-QString documentOf(const benchmark::State &state)
+// A document with so many bytes of configuration data. It stays, so that it is made only once.
+QString documentOf(int size)
 {
-    const QString path = filePath("document.xml");
-    FullBackup backup(nullptr, nullptr);
-    SampleData::fill(&backup, sizeOf(state));
-    return backup.writeToFile(path) ? path : QString();
-}
-
-void expect(benchmark::State &state, bool isRight)
-{
-    if (!isRight) {
-        state.SkipWithError("the outcome is not as expected");
+    QString path = QStringLiteral("document-%1.xml").arg(size);
+    if (!QFile::exists(path)) {
+        FullBackup backup(nullptr, nullptr);
+        SampleData::fill(&backup, size);
+        Operations::require(backup.writeToFile(path));
     }
+    return path;
 }
 
-void write(benchmark::State &state)
+Operations::Operation write(int size)
 {
-    FullBackup backup(nullptr, nullptr);
-    SampleData::fill(&backup, sizeOf(state));
-    for (auto _ : state) {
-        expect(state, backup.writeToFile(filePath("written.xml")));
-    }
+    const auto backup = std::make_shared<FullBackup>(nullptr, nullptr);
+    SampleData::fill(backup.get(), size);
+    return Operations::timed([backup] { Operations::require(backup->writeToFile(written)); });
 }
 
 // The bytes of the same document, to another file.
-void writeBarely(benchmark::State &state)
+Operations::Operation writeBarely(int size)
 {
-    const QByteArray document = contentOf(documentOf(state));
-    for (auto _ : state) {
-        expect(state, writeFile(filePath("written.xml"), document));
-    }
+    return Operations::timed([document = contentOf(documentOf(size))] {
+        Operations::require(writeFile(written, document));
+    });
 }
 
-void read(benchmark::State &state)
+Operations::Operation read(int size)
 {
-    const QString path = documentOf(state);
-    for (auto _ : state) {
+    return Operations::timed([path = documentOf(size)] {
         FullBackup backup(nullptr, nullptr);
-        expect(state, backup.readFromFile(path));
-        benchmark::DoNotOptimize(backup.configData);
-    }
+        Operations::require(backup.readFromFile(path));
+    });
 }
 
-void readBarely(benchmark::State &state)
+Operations::Operation readBarely(int size)
 {
-    const QString path = documentOf(state);
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(contentOf(path));
-    }
+    return Operations::timed([path = documentOf(size)] { contentOf(path); });
 }
 
-void validate(benchmark::State &state)
+Operations::Operation validate(int size)
 {
-    const QString path = documentOf(state);
-    for (auto _ : state) {
-        expect(state, BackupSchema::validate(path) == BackupSchema::Verdict::Backup);
-    }
+    return Operations::timed([path = documentOf(size)] {
+        Operations::require(BackupSchema::validate(path) == BackupSchema::Verdict::Backup);
+    });
 }
 
-void validatePlainly(benchmark::State &state)
+Operations::Operation validateWithQt(int size)
 {
-    const QUrl document = QUrl::fromLocalFile(documentOf(state));
-    for (auto _ : state) {
+    return Operations::timed([document = QUrl::fromLocalFile(documentOf(size))] {
         QXmlSchema schema;
         schema.load(BackupSchema::embedded(), QUrl());
-        expect(state, QXmlSchemaValidator(schema).validate(document));
-    }
+        Operations::require(QXmlSchemaValidator(schema).validate(document));
+    });
 }
 
-void validateWithXmllint(benchmark::State &state)
+Operations::Operation validateWithXmllint(int size)
 {
-    const QString document = documentOf(state);
-    const QString schema = filePath("schema.xsd");
-    expect(state, writeFile(schema, BackupSchema::embedded()));
-    for (auto _ : state) {
+    const QString schema = QStringLiteral("schema.xsd");
+    Operations::require(writeFile(schema, BackupSchema::embedded()));
+    const QStringList arguments{QStringLiteral("--huge"), QStringLiteral("--noout"),
+                                QStringLiteral("--schema"), schema, documentOf(size)};
+    return [arguments] {
         const ChildProcess::Outcome outcome =
-            ChildProcess::run(QStringLiteral("xmllint"),
-                              {QStringLiteral("--huge"), QStringLiteral("--noout"),
-                               QStringLiteral("--schema"), schema, document});
-        expect(state, outcome.isSuccess);
-        state.SetIterationTime(outcome.cpuTime);
-    }
+            ChildProcess::run(QStringLiteral("xmllint"), arguments);
+        Operations::require(outcome.isSuccess);
+        return outcome.cpuTime;
+    };
 }
 
-void sizes(benchmark::internal::Benchmark *benchmark)
-{
-    benchmark->Arg(1)->Arg(16)->Arg(64)->Iterations(1)->Unit(benchmark::kMillisecond);
-}
-
-BENCHMARK(write)->Name("write/ours")->Apply(sizes);
-BENCHMARK(writeBarely)->Name("write/copy")->Apply(sizes);
-BENCHMARK(read)->Name("read/ours")->Apply(sizes);
-BENCHMARK(readBarely)->Name("read/copy")->Apply(sizes);
-BENCHMARK(validate)->Name("validate/ours")->Apply(sizes);
-BENCHMARK(validatePlainly)->Name("validate/plain")->Apply(sizes);
-BENCHMARK(validateWithXmllint)->Name("validate/xmllint")->Apply(sizes)->UseManualTime();
+const bool areAdded = [] {
+    using Operations::add;
+    const std::vector<int> sizes{4 * SampleData::mebibyte};
+    return add("write", write) && add("write-copy", writeBarely) && add("read", read)
+        && add("read-copy", readBarely) && add("validate", validate)
+        && add("validate-qt", validateWithQt) && add("validate-xmllint", validateWithXmllint)
+        && takeTurns({"write", "write-copy"}, sizes, 3)
+        && takeTurns({"read", "read-copy"}, sizes, 3)
+        && takeTurns({"validate", "validate-qt", "validate-xmllint"}, sizes, 2);
+}();
 
 } // namespace

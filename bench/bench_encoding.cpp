@@ -1,6 +1,9 @@
-// The transfer encoding, beside Base64 as Qt and a library for nothing else do it.
+// The transfer encoding, beside Base64 as Qt and a library for nothing else do it, and beside
+// copying the bytes.
 
+#include "bench/operations.h"
 #include "bench/sampledata.h"
+#include "bench/turns.h"
 #include "channel/transferencoding.h"
 
 #include <benchmark/benchmark.h>
@@ -10,48 +13,44 @@ extern "C" {
 #include <b64/cencode.h>
 }
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
 
 constexpr int chunk = TransferEncoding::chunkSize;
-constexpr int large = 16 * 1024 * 1024;
+constexpr int large = 16 * SampleData::mebibyte;
 
-int sizeOf(const benchmark::State &state)
+// A chunk is done in no time, so there it is done often.
+template <typename Action>
+Operations::Operation often(int size, Action action)
 {
-    return static_cast<int>(state.range(0));
-}
-
-void setThroughput(benchmark::State &state)
-{
-    state.SetBytesProcessed(state.iterations() * state.range(0));
+    const int times = std::max(1, 1000000 / size);
+    return Operations::timed([action, times]() mutable {
+        for (int i = 0; i < times; ++i) {
+            action();
+        }
+    });
 }
 
 // Into the same text again and again, as the uploads do.
-void encode(benchmark::State &state)
+Operations::Operation encode(int size)
 {
-    const QByteArray bytes = SampleData::bytes(sizeOf(state));
-    QByteArray text;
-    for (auto _ : state) {
+    return often(size, [bytes = SampleData::bytes(size), text = QByteArray()]() mutable {
         TransferEncoding::encode(bytes.constData(), bytes.size(), &text);
         benchmark::DoNotOptimize(text.data());
-    }
-    setThroughput(state);
+    });
 }
 
-void encodeWithQt(benchmark::State &state)
+Operations::Operation encodeWithQt(int size)
 {
-    const QByteArray bytes = SampleData::bytes(sizeOf(state));
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(bytes.toBase64());
-    }
-    setThroughput(state);
+    return often(size,
+                 [bytes = SampleData::bytes(size)] { benchmark::DoNotOptimize(bytes.toBase64()); });
 }
 
-void encodeWithLibb64(benchmark::State &state)
+Operations::Operation encodeWithLibb64(int size)
 {
-    const QByteArray bytes = SampleData::bytes(sizeOf(state));
-    for (auto _ : state) {
+    return often(size, [bytes = SampleData::bytes(size)] {
         QByteArray text(bytes.size() * 2 + 8, Qt::Uninitialized);
         base64_encodestate encoder;
         base64_init_encodestate(&encoder);
@@ -59,60 +58,53 @@ void encodeWithLibb64(benchmark::State &state)
         length += base64_encode_blockend(text.data() + length, &encoder);
         text.truncate(length);
         benchmark::DoNotOptimize(text);
-    }
-    setThroughput(state);
+    });
 }
 
-void decode(benchmark::State &state)
+Operations::Operation decode(int size)
 {
-    const QByteArray text = TransferEncoding::encode(SampleData::bytes(sizeOf(state)));
-    for (auto _ : state) {
+    return often(size, [text = TransferEncoding::encode(SampleData::bytes(size))] {
         QByteArray bytes;
         benchmark::DoNotOptimize(TransferEncoding::decode(text, &bytes));
         benchmark::DoNotOptimize(bytes);
-    }
-    setThroughput(state);
+    });
 }
 
-void decodeWithQt(benchmark::State &state)
+Operations::Operation decodeWithQt(int size)
 {
-    const QByteArray text = SampleData::bytes(sizeOf(state)).toBase64();
-    for (auto _ : state) {
+    return often(size, [text = SampleData::bytes(size).toBase64()] {
         benchmark::DoNotOptimize(QByteArray::fromBase64(text));
-    }
-    setThroughput(state);
+    });
 }
 
-void decodeWithLibb64(benchmark::State &state)
+Operations::Operation decodeWithLibb64(int size)
 {
-    const QByteArray text = SampleData::bytes(sizeOf(state)).toBase64();
-    for (auto _ : state) {
+    return often(size, [text = SampleData::bytes(size).toBase64()] {
         QByteArray bytes(text.size(), Qt::Uninitialized);
         base64_decodestate decoder;
         base64_init_decodestate(&decoder);
         bytes.truncate(base64_decode_block(text.constData(), text.size(), bytes.data(), &decoder));
         benchmark::DoNotOptimize(bytes);
-    }
-    setThroughput(state);
+    });
 }
 
-void copyBytes(benchmark::State &state)
+Operations::Operation copy(int size)
 {
-    const QByteArray bytes = SampleData::bytes(sizeOf(state));
-    for (auto _ : state) {
+    return often(size, [bytes = SampleData::bytes(size)] {
         QByteArray copy(bytes.size(), Qt::Uninitialized);
         std::memcpy(copy.data(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
         benchmark::DoNotOptimize(copy);
-    }
-    setThroughput(state);
+    });
 }
 
-BENCHMARK(encode)->Name("encode/ours")->Arg(chunk)->Arg(large);
-BENCHMARK(encodeWithQt)->Name("encode/qt")->Arg(chunk)->Arg(large);
-BENCHMARK(encodeWithLibb64)->Name("encode/libb64")->Arg(chunk)->Arg(large);
-BENCHMARK(decode)->Name("decode/ours")->Arg(chunk)->Arg(large);
-BENCHMARK(decodeWithQt)->Name("decode/qt")->Arg(chunk)->Arg(large);
-BENCHMARK(decodeWithLibb64)->Name("decode/libb64")->Arg(chunk)->Arg(large);
-BENCHMARK(copyBytes)->Name("encode/memcpy")->Arg(chunk)->Arg(large);
+const bool areAdded = [] {
+    using Operations::add;
+    return add("encode", encode) && add("encode-qt", encodeWithQt)
+        && add("encode-libb64", encodeWithLibb64) && add("decode", decode)
+        && add("decode-qt", decodeWithQt) && add("decode-libb64", decodeWithLibb64)
+        && add("copy", copy)
+        && takeTurns({"encode", "encode-qt", "encode-libb64", "copy"}, {chunk, large}, 5)
+        && takeTurns({"decode", "decode-qt", "decode-libb64", "copy"}, {chunk, large}, 5);
+}();
 
 } // namespace

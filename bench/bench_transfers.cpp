@@ -4,200 +4,173 @@
 #include "backup/fullbackup.h"
 #include "bench/bareloops.h"
 #include "bench/freechannel.h"
+#include "bench/operations.h"
 #include "bench/sampledata.h"
 #include "bench/socketchannel.h"
+#include "bench/turns.h"
 #include "channel/controller.h"
 #include "channel/transferencoding.h"
 #include "transfer/configurationdownload.h"
 #include "transfer/configurationupload.h"
 
-#include <benchmark/benchmark.h>
-
 #include <QFile>
-#include <QTemporaryDir>
 
 #include <cstdio>
+#include <memory>
 
 namespace {
 
-constexpr int mebibyte = 1024 * 1024;
 constexpr int configurations = 10;
-
-int sizeOf(const benchmark::State &state)
-{
-    return static_cast<int>(state.range(0)) * mebibyte;
-}
-
-int chunksOf(const benchmark::State &state)
-{
-    return (sizeOf(state) + TransferEncoding::chunkSize - 1) / TransferEncoding::chunkSize;
-}
 
 /// A channel of which everything is asked for.
 template <typename Channel>
 struct Backend : Channel
 {
-    explicit Backend(const benchmark::State &state)
+    explicit Backend(int bytes)
+        : size(bytes)
     {
         this->setConfigurations(configurations);
-        this->setDownload(sizeOf(state));
+        this->setDownload(size);
     }
-};
 
-// What is measured goes here; a new file each time.
-class TargetFile
-{
-public:
-    QString path() const { return m_folder.filePath(QStringLiteral("target.dat")); }
-    void remove() const { QFile::remove(path()); }
+    int chunks() const
+    {
+        return (size + TransferEncoding::chunkSize - 1) / TransferEncoding::chunkSize;
+    }
 
-private:
-    const QTemporaryDir m_folder;
+    const int size;
 };
 
 template <typename Channel>
-void collect(benchmark::State &state)
+Operations::Operation collect(int size)
 {
-    Backend<Channel> channel(state);
-    BackendVersions versions = SampleData::versions();
-    for (auto _ : state) {
-        FullBackup backup(&channel, &versions);
-        if (backup.collectFromController() != 1) {
-            state.SkipWithError("the collecting failed");
-        }
-        benchmark::DoNotOptimize(backup.configData);
-    }
+    return Operations::timed([channel = std::make_shared<Backend<Channel>>(size)] {
+        BackendVersions versions = SampleData::versions();
+        FullBackup backup(channel.get(), &versions);
+        Operations::require(backup.collectFromController() == 1);
+    });
 }
 
 template <typename Channel>
-void collectBarely(benchmark::State &state)
+Operations::Operation collectBarely(int size)
 {
-    Backend<Channel> channel(state);
-    for (auto _ : state) {
-        BareLoops::collect(&channel, chunksOf(state));
-    }
+    return Operations::timed([channel = std::make_shared<Backend<Channel>>(size)] {
+        BareLoops::collect(channel.get(), channel->chunks());
+    });
 }
 
+// A new file each time. Removing the old one does not count.
 template <typename Save>
-void saveRepeatedly(benchmark::State &state, Save save)
+Operations::Operation saveAnew(Save save)
 {
-    const TargetFile target;
-    for (auto _ : state) {
-        if (!save(target.path())) {
-            state.SkipWithError("the save failed");
-        }
-        state.PauseTiming();
-        target.remove();
-        state.ResumeTiming();
-    }
+    const QString path = QStringLiteral("target.dat");
+    const auto operation = Operations::timed([=] { Operations::require(save(path)); });
+    return [=] {
+        QFile::remove(path);
+        return operation();
+    };
 }
 
 template <typename Channel>
-void save(benchmark::State &state)
+Operations::Operation save(int size)
 {
-    Backend<Channel> channel(state);
-    saveRepeatedly(state, [&](const QString &path) {
-        return downloadConfigurationFile(Controller(&channel), path) == 0;
+    return saveAnew([channel = std::make_shared<Backend<Channel>>(size)](const QString &path) {
+        return downloadConfigurationFile(Controller(channel.get()), path) == 0;
     });
 }
 
 // The bare loop, plus writing the bytes once.
 template <typename Channel>
-void saveBarely(benchmark::State &state)
+Operations::Operation saveBarely(int size)
 {
-    Backend<Channel> channel(state);
-    const QByteArray bytes = SampleData::bytes(sizeOf(state));
-    saveRepeatedly(state, [&](const QString &path) {
-        BareLoops::download(&channel, chunksOf(state));
+    return saveAnew([channel = std::make_shared<Backend<Channel>>(size),
+                     bytes = SampleData::bytes(size)](const QString &path) {
+        BareLoops::download(channel.get(), channel->chunks());
         QFile file(path);
         return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
     });
 }
 
+bool append(const char *path, const QByteArray &bytes)
+{
+    std::FILE *file = std::fopen(path, "ab");
+    std::setvbuf(file, nullptr, _IONBF, 0);
+    const auto size = static_cast<std::size_t>(bytes.size());
+    const bool isWritten = std::fwrite(bytes.constData(), 1, size, file) == size;
+    std::fclose(file);
+    return isWritten;
+}
+
 // The bare loop, plus opening, appending to and closing the file for every chunk.
 template <typename Channel>
-void saveByChunks(benchmark::State &state)
+Operations::Operation saveByChunks(int size)
 {
-    Backend<Channel> channel(state);
-    const QByteArray bytes = SampleData::bytes(TransferEncoding::chunkSize);
-    saveRepeatedly(state, [&](const QString &path) {
-        BareLoops::download(&channel, chunksOf(state));
+    return saveAnew([channel = std::make_shared<Backend<Channel>>(size),
+                     bytes = SampleData::bytes(TransferEncoding::chunkSize)](const QString &path) {
+        BareLoops::download(channel.get(), channel->chunks());
         const QByteArray name = path.toLatin1();
-        const auto size = static_cast<std::size_t>(bytes.size());
         bool isWritten = true;
-        for (int chunk = 0; chunk < chunksOf(state) && isWritten; ++chunk) {
-            std::FILE *file = std::fopen(name.constData(), "ab");
-            std::setvbuf(file, nullptr, _IONBF, 0);
-            isWritten = std::fwrite(bytes.constData(), 1, size, file) == size;
-            std::fclose(file);
+        for (int chunk = 0; chunk < channel->chunks() && isWritten; ++chunk) {
+            isWritten = append(name.constData(), bytes);
         }
         return isWritten;
     });
 }
 
 template <typename Channel>
-void uploadFile(benchmark::State &state)
+Operations::Operation uploadFile(int size)
 {
-    Backend<Channel> channel(state);
-    const TargetFile source;
-    QFile file(source.path());
-    if (!file.open(QIODevice::WriteOnly) || file.write(SampleData::bytes(sizeOf(state))) < 0) {
-        state.SkipWithError("the file cannot be made");
-        return;
-    }
-    file.close();
-    for (auto _ : state) {
-        channel.sendCommand("system upload cancel");
-        if (uploadConfigurationFile(Controller(&channel), source.path()) != 0) {
-            state.SkipWithError("the upload failed");
-        }
-    }
+    const QString path = QStringLiteral("source-%1.dat").arg(size);
+    QFile file(path);
+    Operations::require(file.open(QIODevice::WriteOnly)
+                        && file.write(SampleData::bytes(size)) == size);
+    return Operations::timed([channel = std::make_shared<Backend<Channel>>(size), path] {
+        channel->sendCommand("system upload cancel");
+        Operations::require(uploadConfigurationFile(Controller(channel.get()), path) == 0);
+    });
 }
 
 template <typename Channel>
-void uploadBackup(benchmark::State &state)
+Operations::Operation uploadBackup(int size)
 {
-    Backend<Channel> channel(state);
-    BackendVersions versions = SampleData::versions();
-    FullBackup backup(&channel, &versions);
-    backup.configData = SampleData::bytes(sizeOf(state));
-    for (auto _ : state) {
-        backup.uploadConfigData();
-    }
+    return Operations::timed(
+        [channel = std::make_shared<Backend<Channel>>(size), bytes = SampleData::bytes(size)] {
+            BackendVersions versions = SampleData::versions();
+            FullBackup backup(channel.get(), &versions);
+            backup.configData = bytes;
+            Operations::require(backup.uploadConfigData() == 0);
+        });
 }
 
 template <typename Channel>
-void uploadBarely(benchmark::State &state)
+Operations::Operation uploadBarely(int size)
 {
-    Backend<Channel> channel(state);
-    for (auto _ : state) {
-        BareLoops::upload(&channel, chunksOf(state));
-    }
+    return Operations::timed([channel = std::make_shared<Backend<Channel>>(size)] {
+        BareLoops::upload(channel.get(), channel->chunks());
+    });
 }
 
+// In batches of a thousand chunks, a few milliseconds.
 template <typename Channel>
-void add(const std::string &channel)
+bool addAll(const std::string &suffix)
 {
-    const auto addOne = [&channel](const char *name, void (*measure)(benchmark::State &)) {
-        benchmark::RegisterBenchmark((name + ("/" + channel)).c_str(), measure)
-            ->Arg(16)
-            ->MeasureProcessCPUTime()
-            ->Unit(benchmark::kMillisecond);
+    const auto add = [&suffix](const char *name, const Operations::Maker &maker) {
+        return Operations::add(name + suffix, maker);
     };
-    addOne("collect/ours", collect<Channel>);
-    addOne("collect/bare", collectBarely<Channel>);
-    addOne("save/ours", save<Channel>);
-    addOne("save/bare", saveBarely<Channel>);
-    addOne("save/bychunks", saveByChunks<Channel>);
-    addOne("uploadfile/ours", uploadFile<Channel>);
-    addOne("uploadbackup/ours", uploadBackup<Channel>);
-    addOne("upload/bare", uploadBarely<Channel>);
+    const auto turns = [&suffix](std::vector<std::string> names) {
+        for (std::string &name : names) {
+            name += suffix;
+        }
+        return takeTurns(names, {1000 * TransferEncoding::chunkSize}, 31);
+    };
+    return add("collect", collect<Channel>) && add("collect-loop", collectBarely<Channel>)
+        && add("save", save<Channel>) && add("save-loop", saveBarely<Channel>)
+        && add("save-opens", saveByChunks<Channel>) && add("upload-file", uploadFile<Channel>)
+        && add("upload-backup", uploadBackup<Channel>) && add("upload-loop", uploadBarely<Channel>)
+        && turns({"collect", "collect-loop"}) && turns({"save", "save-loop", "save-opens"})
+        && turns({"upload-file", "upload-loop"}) && turns({"upload-backup", "upload-loop"});
 }
 
-const bool areAdded = [] {
-    add<FreeChannel>("free");
-    add<SocketChannel>("socket");
-    return true;
-}();
+const bool areAdded = addAll<FreeChannel>("") && addAll<SocketChannel>("-socket");
 
 } // namespace

@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """Counts the instructions that one more row or chunk costs, and compares them with those on record.
 
 Instructions do not depend on what else the machine does, so this guards against regressions where a
@@ -8,53 +8,28 @@ clock could not. It fails when an operation needs more than one and a half times
 import argparse
 import json
 import os
-import re
 import shutil
-import subprocess
 import sys
-import tempfile
+
+from counts import Counter, instructions_per_unit
 
 RECORD = os.path.join(os.path.dirname(os.path.abspath(__file__)), "instructions.json")
 BOUND = 1.5
-FEW, MANY = 100, 300  # as in the probe
 SKIPPED = 77
 
-
 OPERATIONS = {
-    "refresh, per row": "refreshList(ChangeConfigurationDlg*)",
-    "collect, per chunk": "FullBackup::downloadConfigData()",
-    "save, per chunk": "downloadConfigurationFile(Controller const&, QString const&)",
-    "upload of a file, per chunk": "uploadConfigurationFile(Controller const&, QString const&)",
-    "upload of a backup, per chunk": "FullBackup::uploadConfigData()",
+    "refresh, per row": "refresh",
+    "collect, per chunk": "collect",
+    "save, per chunk": "save",
+    "upload of a file, per chunk": "upload-file",
+    "upload of a backup, per chunk": "upload-backup",
 }
 
 
-def profile(probe):
-    """The profile of the probe: one block per function, with a line for each function it calls."""
-    with tempfile.TemporaryDirectory() as folder:
-        path = os.path.join(folder, "profile")
-        environment = dict(os.environ, QT_HASH_SEED="0", HOME=folder, XDG_RUNTIME_DIR=folder)
-        subprocess.run(["valgrind", "--quiet", "--tool=callgrind", "--callgrind-out-file=" + path, probe],
-                       env=environment, check=True)
-        annotate = ["callgrind_annotate", "--inclusive=yes", "--tree=calling", "--threshold=100", path]
-        return subprocess.run(annotate, check=True, capture_output=True, text=True).stdout
-
-
-def costs_at(text, count):
-    """Instructions of each operation with so many rows and chunks."""
-    block = re.search(rf"\*  .*::runAll<{count}>.*\n((?:.*  >  .*\n)+)", text).group(1)
-    costs = {}
-    for name, function in OPERATIONS.items():
-        line = re.search(rf"^\s*([\d,]+) .*:{re.escape(function)} ", block, re.M)
-        costs[name] = int(line.group(1).replace(",", ""))
-    return costs
-
-
-def count(probe):
+def count(program):
     """Instructions for one more row or chunk, by operation."""
-    text = profile(probe)
-    few, many = costs_at(text, FEW), costs_at(text, MANY)
-    return {name: round((many[name] - few[name]) / (MANY - FEW)) for name in OPERATIONS}
+    counted = instructions_per_unit(Counter(program), OPERATIONS.values())
+    return {name: round(counted[operation]) for name, operation in OPERATIONS.items()}
 
 
 def report(counted, recorded):
@@ -70,13 +45,13 @@ def report(counted, recorded):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("probe", help="the program veltra4-instructionprobe, in a release build")
+    parser.add_argument("program", help="veltra4-bench, in a release build")
     parser.add_argument("--record", action="store_true", help="put what is counted on record")
     arguments = parser.parse_args()
     if shutil.which("valgrind") is None:
         print("SKIPPED: valgrind is not installed; ./dev setup installs it")
         return SKIPPED
-    counted = count(arguments.probe)
+    counted = count(arguments.program)
     if arguments.record:
         with open(RECORD, "w", encoding="utf-8") as file:
             json.dump(counted, file, indent=2)

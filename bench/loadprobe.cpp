@@ -3,7 +3,7 @@
 //
 //     veltra4-loadprobe PATH
 
-#include "bench/processcputime.h"
+#include "bench/stopwatch.h"
 
 #include <QApplication>
 #include <QPluginLoader>
@@ -15,14 +15,15 @@ int main(int argc, char *argv[])
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    const double before = processCpuTime();
+    Stopwatch stopwatch;
+    stopwatch.start();
     QPluginLoader loader(arguments.value(1));
     const QObject *plugin = loader.instance();
-    const double after = processCpuTime();
+    const double time = stopwatch.stop();
     if (plugin == nullptr) {
         std::fprintf(stderr, "%s\n", qPrintable(loader.errorString()));
         return 1;
     }
-    std::printf("%.0f\n", (after - before) * 1e9);
+    std::printf("%.0f\n", time * 1e9);
     return 0;
 }

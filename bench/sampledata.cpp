@@ -2,6 +2,20 @@
 
 #include <random>
 
+namespace {
+
+QByteArray randomBytes()
+{
+    std::minstd_rand random; // NOLINT(bugprone-random-generator-seed, cert-msc51-cpp): no secret
+    QByteArray bytes(SampleData::mebibyte, Qt::Uninitialized);
+    for (char &byte : bytes) {
+        byte = static_cast<char>(random() >> 8U);
+    }
+    return bytes;
+}
+
+} // namespace
+
 BackendVersions SampleData::versions()
 {
     return {{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, QStringLiteral("XQU")};
@@ -9,10 +23,11 @@ BackendVersions SampleData::versions()
 
 QByteArray SampleData::bytes(int size)
 {
-    std::minstd_rand random; // NOLINT(bugprone-random-generator-seed, cert-msc51-cpp): no secret
-    QByteArray bytes(size, Qt::Uninitialized);
-    for (char &byte : bytes) {
-        byte = static_cast<char>(random() >> 8U);
+    static const QByteArray random = randomBytes();
+    QByteArray bytes = random.left(size);
+    bytes.reserve(size);
+    while (bytes.size() < size) {
+        bytes += random.left(size - bytes.size());
     }
     return bytes;
 }
