@@ -44,7 +44,7 @@ Decoded decoded(const QByteArray &document, const QTextCodec *codec)
 int declarationSize(const QString &text)
 {
     static const QRegularExpression begin(QStringLiteral("\\A<\\?xml[ \\t\\r\\n]"));
-    return text.contains(begin) ? text.indexOf(QLatin1String("?>")) + 2 : 0;
+    return text.left(6).contains(begin) ? text.indexOf(QLatin1String("?>")) + 2 : 0;
 }
 
 // The encoding that a declaration names, or else the one it was read in; null if it is broken or

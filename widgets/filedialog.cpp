@@ -30,7 +30,7 @@ private:
         const QString choice = selectedFiles().value(0);
         const QString written = withExtension(choice, extension);
         auto *nameEdit = findChild<QLineEdit *>(); // a platform's own chooser has none
-        if (nameEdit && written != choice && !QFileInfo(choice).isDir()) {
+        if (nameEdit != nullptr && written != choice && !QFileInfo(choice).isDir()) {
             nameEdit->setText(written);
         }
         QFileDialog::accept();
