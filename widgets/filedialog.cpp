@@ -42,12 +42,11 @@ private:
 // way.
 void letGo(QFileDialog *chooser)
 {
-    chooser->setParent(nullptr);
+    chooser->setParent(nullptr); // hides it, which ends it
     const auto boxes = chooser->findChildren<QDialog *>();
     for (QDialog *box : boxes) {
         box->reject();
     }
-    chooser->reject();
 }
 
 QString choose(const QObject *owner, QWidget *parent, const QString &caption, const QString &start,
