@@ -21,5 +21,6 @@ QByteArray FactoryData::bytes(int size, quint32 seed)
 
 QByteArray FactoryData::defaults()
 {
-    return bytes(defaultBytes, defaultSeed);
+    static const QByteArray made = bytes(defaultBytes, defaultSeed);
+    return made;
 }

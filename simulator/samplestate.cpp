@@ -49,9 +49,7 @@ QVector<Configuration> makeConfigurations()
     return configurations;
 }
 
-} // namespace
-
-ControllerState ControllerState::sample()
+ControllerState makeSample()
 {
     ControllerState state;
     state.hostName = "tracker-lab2";
@@ -73,4 +71,12 @@ ControllerState ControllerState::sample()
                     {"tracker-hall2", false, true, false},
                     {"tracker-spare", false, false, true}};
     return state;
+}
+
+} // namespace
+
+ControllerState ControllerState::sample()
+{
+    static const ControllerState made = makeSample(); // all these bytes take their time
+    return made;
 }
