@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Sees whether a window has been painted since another one before it has closed.
+/// Sees whether a window has been put on the screen again since another one before it has closed.
 class PaintWatch : public QObject
 {
 public:
@@ -29,7 +29,7 @@ private:
         if (event->type() == QEvent::Hide && object != m_watched
             && qobject_cast<QDialog *>(object) != nullptr) {
             m_isCoverLifted = true;
-        } else if (event->type() == QEvent::Paint && object == m_watched) {
+        } else if (event->type() == QEvent::Expose && object == m_watched->windowHandle()) {
             m_isCoverLifted = false;
         }
         return false;
