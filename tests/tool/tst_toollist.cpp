@@ -158,7 +158,7 @@ void TestToolList::complainsOfFoldersThatCannotBeRead()
     QCOMPARE(chmod(qPrintable(path("a/closed")), 0), 0);
     // Which root has even so; from the next program on it has it no longer.
     const auto giveUpReadingEverything = [] {
-        for (const unsigned long power : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH}) {
+        for (const unsigned long power : {1UL * CAP_DAC_OVERRIDE, 1UL * CAP_DAC_READ_SEARCH}) {
             if (geteuid() == 0 && prctl(PR_CAPBSET_DROP, power) != 0) {
                 _exit(99);
             }
