@@ -31,6 +31,7 @@ private slots:
     void theExtensionIsCompleted_data();
     void theExtensionIsCompleted();
     void aDirectoryIsEnteredNotWritten();
+    void noNameIsNoFile();
     void cancellingReturnsNothing();
     void theDialogHasTheParent();
     void aDestroyedOwnerMeansNoFile();
@@ -225,6 +226,22 @@ void TestFileDialog::aDirectoryIsEnteredNotWritten()
     });
     QCOMPARE(saveData(), path("inner/new.dat"));
     QCOMPARE(entered, "inner");
+}
+
+// Not even one that consists of the extension alone.
+void TestFileDialog::noNameIsNoFile()
+{
+    bool isOpen = false;
+    ModalDriver driver;
+    driver.expectDialog("QFileDialog", [&isOpen](QDialog *chooser) {
+        auto *name = chooser->findChild<QLineEdit *>("fileNameEdit");
+        name->clear();
+        QTest::keyClick(name, Qt::Key_Return);
+        isOpen = chooser->isVisible();
+        chooser->reject();
+    });
+    QCOMPARE(saveData(), QString());
+    QVERIFY(isOpen);
 }
 
 void TestFileDialog::cancellingReturnsNothing()
