@@ -4,20 +4,6 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-class TestConfigurationsMessagereceiver : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void theHostsVersionIsPassedOn();
-    void theDateOfTheLastUpdateIsPassedOn();
-    void otherSourcesAreIgnored_data();
-    void otherSourcesAreIgnored();
-    void anAbsentTextIsEmpty();
-    void theNumberOfTheMessageDoesNotMatter();
-    void slotsRunInsideTheCall();
-};
-
 namespace {
 
 // What one message made the receiver emit: versions and dates.
@@ -49,63 +35,70 @@ Emitted emittedFor(const char *source, const char *text, int id = 1)
 
 } // namespace
 
-void TestConfigurationsMessagereceiver::theHostsVersionIsPassedOn()
+class TestConfigurationsMessagereceiver : public QObject
 {
-    const Emitted emitted = emittedFor("Veltra2", "v4.12.3");
-    QCOMPARE(emitted.versions, QStringList("v4.12.3"));
-    QCOMPARE(emitted.dates, QStringList());
-}
+    Q_OBJECT
 
-void TestConfigurationsMessagereceiver::theDateOfTheLastUpdateIsPassedOn()
-{
-    const Emitted emitted = emittedFor("LAST_FRONTEND_UPDATE", "2024-03-05");
-    QCOMPARE(emitted.versions, QStringList());
-    QCOMPARE(emitted.dates, QStringList("2024-03-05"));
-}
-
-void TestConfigurationsMessagereceiver::otherSourcesAreIgnored_data()
-{
-    QTest::addColumn<QByteArray>("source");
-    QTest::newRow("lower case") << QByteArray("veltra2");
-    QTest::newRow("upper case") << QByteArray("VELTRA2");
-    QTest::newRow("blank after") << QByteArray("Veltra2 ");
-    QTest::newRow("longer") << QByteArray("Veltra24");
-    QTest::newRow("update in lower case") << QByteArray("last_frontend_update");
-    QTest::newRow("another") << QByteArray("ServiceModule");
-    QTest::newRow("empty") << QByteArray("");
-    QTest::newRow("absent") << QByteArray();
-}
-
-void TestConfigurationsMessagereceiver::otherSourcesAreIgnored()
-{
-    QFETCH(const QByteArray, source);
-    const Emitted emitted = emittedFor(source.isNull() ? nullptr : source.constData(), "v4.12.3");
-    QCOMPARE(emitted.versions, QStringList());
-    QCOMPARE(emitted.dates, QStringList());
-}
-
-void TestConfigurationsMessagereceiver::anAbsentTextIsEmpty()
-{
-    QCOMPARE(emittedFor("Veltra2", nullptr).versions, QStringList(""));
-    QCOMPARE(emittedFor("LAST_FRONTEND_UPDATE", nullptr).dates, QStringList(""));
-}
-
-void TestConfigurationsMessagereceiver::theNumberOfTheMessageDoesNotMatter()
-{
-    for (const int id : {-1, 0, 1, 4711}) {
-        QCOMPARE(emittedFor("Veltra2", "v4.12.3", id).versions, QStringList("v4.12.3"));
+private slots:
+    void theHostsVersionIsPassedOn()
+    {
+        const Emitted emitted = emittedFor("Veltra2", "v4.12.3");
+        QCOMPARE(emitted.versions, QStringList("v4.12.3"));
+        QCOMPARE(emitted.dates, QStringList());
     }
-}
 
-void TestConfigurationsMessagereceiver::slotsRunInsideTheCall()
-{
-    ConfigurationsMessagereceiver receiver(nullptr);
-    QString received;
-    connect(&receiver, &ConfigurationsMessagereceiver::sendModuleParentVersion, this,
-            [&received](const QString &version) { received = version; });
-    receiver.receiveMessage(0, "Veltra2", "v4.12.3");
-    QCOMPARE(received, "v4.12.3");
-}
+    void theDateOfTheLastUpdateIsPassedOn()
+    {
+        const Emitted emitted = emittedFor("LAST_FRONTEND_UPDATE", "2024-03-05");
+        QCOMPARE(emitted.versions, QStringList());
+        QCOMPARE(emitted.dates, QStringList("2024-03-05"));
+    }
+
+    void otherSourcesAreIgnored_data()
+    {
+        QTest::addColumn<QByteArray>("source");
+        QTest::newRow("lower case") << QByteArray("veltra2");
+        QTest::newRow("upper case") << QByteArray("VELTRA2");
+        QTest::newRow("blank after") << QByteArray("Veltra2 ");
+        QTest::newRow("longer") << QByteArray("Veltra24");
+        QTest::newRow("update in lower case") << QByteArray("last_frontend_update");
+        QTest::newRow("another") << QByteArray("ServiceModule");
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("absent") << QByteArray();
+    }
+
+    void otherSourcesAreIgnored()
+    {
+        QFETCH(const QByteArray, source);
+        const Emitted emitted =
+            emittedFor(source.isNull() ? nullptr : source.constData(), "v4.12.3");
+        QCOMPARE(emitted.versions, QStringList());
+        QCOMPARE(emitted.dates, QStringList());
+    }
+
+    void anAbsentTextIsEmpty()
+    {
+        QCOMPARE(emittedFor("Veltra2", nullptr).versions, QStringList(""));
+        QCOMPARE(emittedFor("LAST_FRONTEND_UPDATE", nullptr).dates, QStringList(""));
+    }
+
+    void theNumberOfTheMessageDoesNotMatter()
+    {
+        for (const int id : {-1, 0, 1, 4711}) {
+            QCOMPARE(emittedFor("Veltra2", "v4.12.3", id).versions, QStringList("v4.12.3"));
+        }
+    }
+
+    void slotsRunInsideTheCall()
+    {
+        ConfigurationsMessagereceiver receiver(nullptr);
+        QString received;
+        connect(&receiver, &ConfigurationsMessagereceiver::sendModuleParentVersion, this,
+                [&received](const QString &version) { received = version; });
+        receiver.receiveMessage(0, "Veltra2", "v4.12.3");
+        QCOMPARE(received, "v4.12.3");
+    }
+};
 
 VELTRA4_TEST(TestConfigurationsMessagereceiver)
 #include "tst_configurationsmessagereceiver.moc"

@@ -50,231 +50,216 @@ class TestController : public QObject
     Q_OBJECT
 
 private slots:
-    void answersArrive();
-    void whatFailsLeavesTheBufferAlone();
-    void aValueThatFailsIsNone();
-    void withoutAValueAllTheSpaceIsFree();
-    void anAbsurdCountIsNone();
-    void aStructuralCommandIsOkOrRefusedOrFails();
-    void textsAreSentAsLatin1();
-    void withoutAChannelEverythingFails();
-    void aFailureIsReported();
-    void theEventIsGlobal();
-    void receiversAreAddedAndRemovedUnderTwoNames();
-    void theCallThatCostsTheOwnerTheLifeThrows_data();
-    void theCallThatCostsTheOwnerTheLifeThrows();
-    void itMayDieWithItsOwner();
-    void tellsWhetherTheOwnerSurvives();
-    void otherFailuresPass();
-};
-
-void TestController::answersArrive()
-{
-    ScriptedChannel host;
-    host.answer("config active_config", "alpha");
-    host.answer("config number_of_configs", "3");
-    host.answer("config free_space", "0.25");
-    host.answer("system controller_embedded", "yes");
-    const Controller controller(&host);
-    ReplyBuffer reply;
-    QVERIFY(controller.activeConfiguration(&reply));
-    QCOMPARE(reply.text(), QString("alpha"));
-    QCOMPARE(controller.numberOfConfigurations(), std::optional(3));
-    QCOMPARE(controller.freeSpace(), std::optional(0.25));
-    QCOMPARE(controller.isEmbedded(), std::optional(true));
-}
-
-void TestController::whatFailsLeavesTheBufferAlone()
-{
-    ScriptedChannel host;
-    host.answer("config owner_of_config a", "before");
-    const Controller controller(&host);
-    ReplyBuffer reply;
-    QVERIFY(controller.ownerOf(QStringLiteral("a"), &reply));
-    QVERIFY(!controller.ownerOf(QStringLiteral("b"), &reply));
-    QCOMPARE(reply.text(), QString("before"));
-}
-
-// Even if the host has written into it.
-void TestController::aValueThatFailsIsNone()
-{
-    ScriptedChannel host;
-    QVERIFY(!Controller(&host).freeSpace());
-    CarelessHost writing(true);
-    QVERIFY(!Controller(&writing).freeSpace());
-    QVERIFY(!Controller(&host).isEmbedded());
-    QVERIFY(!Controller(&host).numberOfConnectedSlaves());
-}
-
-void TestController::withoutAValueAllTheSpaceIsFree()
-{
-    CarelessHost silent(false);
-    QCOMPARE(Controller(&silent).freeSpace(), std::optional(1.0));
-}
-
-void TestController::anAbsurdCountIsNone()
-{
-    ScriptedChannel host;
-    const Controller controller(&host);
-    host.answer("config number_of_configs", QByteArray::number(maxAnsweredCount));
-    QCOMPARE(controller.numberOfConfigurations(), std::optional(maxAnsweredCount));
-    host.answer("config number_of_configs", QByteArray::number(maxAnsweredCount + 1));
-    QVERIFY(!controller.numberOfConfigurations());
-    host.answer("config number_of_configs", "-3");
-    QCOMPARE(controller.numberOfConfigurations(), std::optional(-3));
-}
-
-void TestController::aStructuralCommandIsOkOrRefusedOrFails()
-{
-    using Answer = Controller::Answer;
-    ScriptedChannel host;
-    const Controller controller(&host);
-    const QString id = QStringLiteral("a");
-    host.answer("veltra2 config delete_config a", "veltra2 ok");
-    QCOMPARE(controller.deleteConfiguration(id), Answer::Ok);
-    for (const char *refusal : {"veltra2 ok ", "Veltra2 ok", "veltra2 error: locked", ""}) {
-        host.answer("veltra2 config delete_config a", refusal);
-        QCOMPARE(controller.deleteConfiguration(id), Answer::Refusal);
-    }
-    host.fail("veltra2 config delete_config a");
-    QCOMPARE(controller.deleteConfiguration(id), Answer::None);
-}
-
-void TestController::textsAreSentAsLatin1()
-{
-    ScriptedChannel host;
-    Controller(&host).setOwner(QString::fromUtf8("100 %s K\u00fcche \u20ac"));
-    QCOMPARE(host.trace(),
-             QStringList(QString::fromUtf8("sendCommand config owner \"100 %s K\u00fcche ?\"")));
-}
-
-void TestController::withoutAChannelEverythingFails()
-{
-    const Controller controller(nullptr);
-    ConfigurationsMessagereceiver receiver(nullptr);
-    controller.addMessageReceiver(&receiver);
-    controller.removeMessageReceiver(&receiver);
-    controller.setTimeout(20000, 1);
-    controller.report(QStringLiteral("text"));
-    controller.announceActiveConfigurationChanged();
-    ReplyBuffer reply;
-    QVERIFY(!controller.activeConfiguration(&reply));
-    QVERIFY(!controller.activate(QStringLiteral("a")));
-    QVERIFY(!controller.freeSpace());
-    QCOMPARE(controller.deleteConfiguration(QStringLiteral("a")), Controller::Answer::None);
-    QVERIFY(controller.ownerSurvives([] {}));
-}
-
-void TestController::aFailureIsReported()
-{
-    ScriptedChannel host;
-    const Controller controller(&host);
-    QVERIFY(controller.reportUnless(true, "not this"));
-    QVERIFY(!controller.reportUnless(false, "this"));
-    controller.report(QString::fromUtf8("K\u00fcche \u20ac"));
-    QCOMPARE(host.trace(),
-             QStringList({"postMessage standard VELTRA4 1 this",
-                          QString::fromUtf8("postMessage standard VELTRA4 1 K\u00fcche ?")}));
-}
-
-void TestController::theEventIsGlobal()
-{
-    ScriptedChannel host;
-    Controller(&host).announceActiveConfigurationChanged();
-    QCOMPARE(host.trace(),
-             QStringList("postMessage GlobalEvent ConfigurationModule 1 "
-                         "ActiveConfigurationChanged"));
-}
-
-void TestController::receiversAreAddedAndRemovedUnderTwoNames()
-{
-    ScriptedChannel host;
-    auto owner = std::make_unique<QObject>();
-    const Controller controller(&host, owner.get());
-    ConfigurationsMessagereceiver receiver(nullptr);
-    controller.addMessageReceiver(&receiver);
-    QCOMPARE(host.receivers().size(), 1);
-    owner.reset();
-    controller.removeMessageReceiver(&receiver);
-    QVERIFY(host.receivers().isEmpty());
-    QCOMPARE(host.trace(),
-             QStringList({"addMessageReceiver ConfigurationsModule",
-                          "removeMessageReceiver ServiceModule"}));
-}
-
-void TestController::theCallThatCostsTheOwnerTheLifeThrows_data()
-{
-    QTest::addColumn<Call>("call");
-    const auto add = [](const char *name, const Call &call) { QTest::newRow(name) << call; };
-    add("command", [](const Controller &controller) { controller.activate(QStringLiteral("a")); });
-    add("query", [](const Controller &controller) {
-        ReplyBuffer reply;
-        controller.hostname(&reply);
-    });
-    add("value", [](const Controller &controller) { controller.isEmbedded(); });
-    add("structural command",
-        [](const Controller &controller) { controller.removeSlave(QStringLiteral("a")); });
-    add("report", [](const Controller &controller) { controller.report(QStringLiteral("a")); });
-    add("event",
-        [](const Controller &controller) { controller.announceActiveConfigurationChanged(); });
-}
-
-void TestController::theCallThatCostsTheOwnerTheLifeThrows()
-{
-    QFETCH(const Call, call);
-    ScriptedChannel host;
-    auto owner = std::make_unique<QObject>();
-    const Controller controller(&host, owner.get());
-    call(controller);
-    const auto destroy = [&owner] { owner.reset(); };
-    for (const char *command : {"config active_config a", "system hostname",
-                                "system controller_embedded", "veltra2 cascade sub_slave a"}) {
-        host.whenSent(command, destroy);
-    }
-    host.whenPosted("a", destroy);
-    host.whenPosted("ActiveConfigurationChanged", destroy);
-    QVERIFY_EXCEPTION_THROWN(call(controller), OwnerDestroyed);
-}
-
-void TestController::itMayDieWithItsOwner()
-{
-    struct Owner : QObject
+    void answersArrive()
     {
-        explicit Owner(IOManager *host)
-            : controller(host, this)
-        {
+        ScriptedChannel host;
+        host.answer("config active_config", "alpha");
+        host.answer("config number_of_configs", "3");
+        host.answer("config free_space", "0.25");
+        host.answer("system controller_embedded", "yes");
+        const Controller controller(&host);
+        ReplyBuffer reply;
+        QVERIFY(controller.activeConfiguration(&reply));
+        QCOMPARE(reply.text(), QString("alpha"));
+        QCOMPARE(controller.numberOfConfigurations(), std::optional(3));
+        QCOMPARE(controller.freeSpace(), std::optional(0.25));
+        QCOMPARE(controller.isEmbedded(), std::optional(true));
+    }
+
+    void whatFailsLeavesTheBufferAlone()
+    {
+        ScriptedChannel host;
+        host.answer("config owner_of_config a", "before");
+        const Controller controller(&host);
+        ReplyBuffer reply;
+        QVERIFY(controller.ownerOf(QStringLiteral("a"), &reply));
+        QVERIFY(!controller.ownerOf(QStringLiteral("b"), &reply));
+        QCOMPARE(reply.text(), QString("before"));
+    }
+
+    // Even if the host has written into it.
+    void aValueThatFailsIsNone()
+    {
+        ScriptedChannel host;
+        QVERIFY(!Controller(&host).freeSpace());
+        CarelessHost writing(true);
+        QVERIFY(!Controller(&writing).freeSpace());
+        QVERIFY(!Controller(&host).isEmbedded());
+        QVERIFY(!Controller(&host).numberOfConnectedSlaves());
+    }
+
+    void withoutAValueAllTheSpaceIsFree()
+    {
+        CarelessHost silent(false);
+        QCOMPARE(Controller(&silent).freeSpace(), std::optional(1.0));
+    }
+
+    void anAbsurdCountIsNone()
+    {
+        ScriptedChannel host;
+        const Controller controller(&host);
+        host.answer("config number_of_configs", QByteArray::number(maxAnsweredCount));
+        QCOMPARE(controller.numberOfConfigurations(), std::optional(maxAnsweredCount));
+        host.answer("config number_of_configs", QByteArray::number(maxAnsweredCount + 1));
+        QVERIFY(!controller.numberOfConfigurations());
+        host.answer("config number_of_configs", "-3");
+        QCOMPARE(controller.numberOfConfigurations(), std::optional(-3));
+    }
+
+    void aStructuralCommandIsOkOrRefusedOrFails()
+    {
+        using Answer = Controller::Answer;
+        ScriptedChannel host;
+        const Controller controller(&host);
+        const QString id = QStringLiteral("a");
+        host.answer("veltra2 config delete_config a", "veltra2 ok");
+        QCOMPARE(controller.deleteConfiguration(id), Answer::Ok);
+        for (const char *refusal : {"veltra2 ok ", "Veltra2 ok", "veltra2 error: locked", ""}) {
+            host.answer("veltra2 config delete_config a", refusal);
+            QCOMPARE(controller.deleteConfiguration(id), Answer::Refusal);
         }
-        Controller controller;
-    };
-    ScriptedChannel host;
-    auto *owner = new Owner(&host);
-    host.whenSent("config new_password none", [owner] { delete owner; });
-    bool isReached = false;
-    QVERIFY(!owner->controller.ownerSurvives([&] {
-        owner->controller.removePassword();
-        isReached = true;
-    }));
-    QVERIFY(!isReached);
-}
+        host.fail("veltra2 config delete_config a");
+        QCOMPARE(controller.deleteConfiguration(id), Answer::None);
+    }
 
-void TestController::tellsWhetherTheOwnerSurvives()
-{
-    ScriptedChannel host;
-    auto *owner = new QObject;
-    const Controller controller(&host, owner);
-    bool isRun = false;
-    QVERIFY(controller.ownerSurvives([&isRun] { isRun = true; }));
-    QVERIFY(isRun);
-    QVERIFY(!controller.ownerSurvives([owner] { delete owner; }));
-}
+    void textsAreSentAsLatin1()
+    {
+        ScriptedChannel host;
+        Controller(&host).setOwner(QString::fromUtf8("100 %s K\u00fcche \u20ac"));
+        QCOMPARE(
+            host.trace(),
+            QStringList(QString::fromUtf8("sendCommand config owner \"100 %s K\u00fcche ?\"")));
+    }
 
-void TestController::otherFailuresPass()
-{
-    const Controller controller(nullptr, this);
-    QVERIFY_EXCEPTION_THROWN(
-        controller.ownerSurvives([] { throw std::runtime_error("connection error"); }),
-        std::runtime_error);
-}
+    void withoutAChannelEverythingFails()
+    {
+        const Controller controller(nullptr);
+        ConfigurationsMessagereceiver receiver(nullptr);
+        controller.addMessageReceiver(&receiver);
+        controller.removeMessageReceiver(&receiver);
+        controller.setTimeout(20000, 1);
+        controller.report(QStringLiteral("text"));
+        controller.announceActiveConfigurationChanged();
+        ReplyBuffer reply;
+        QVERIFY(!controller.activeConfiguration(&reply));
+        QVERIFY(!controller.activate(QStringLiteral("a")));
+        QVERIFY(!controller.freeSpace());
+        QCOMPARE(controller.deleteConfiguration(QStringLiteral("a")), Controller::Answer::None);
+        QVERIFY(controller.ownerSurvives([] {}));
+    }
+
+    void aFailureIsReported()
+    {
+        ScriptedChannel host;
+        const Controller controller(&host);
+        QVERIFY(controller.reportUnless(true, "not this"));
+        QVERIFY(!controller.reportUnless(false, "this"));
+        controller.report(QString::fromUtf8("K\u00fcche \u20ac"));
+        QCOMPARE(host.trace(),
+                 QStringList({"postMessage standard VELTRA4 1 this",
+                              QString::fromUtf8("postMessage standard VELTRA4 1 K\u00fcche ?")}));
+    }
+
+    void theEventIsGlobal()
+    {
+        ScriptedChannel host;
+        Controller(&host).announceActiveConfigurationChanged();
+        QCOMPARE(host.trace(),
+                 QStringList("postMessage GlobalEvent ConfigurationModule 1 "
+                             "ActiveConfigurationChanged"));
+    }
+
+    void receiversAreAddedAndRemovedUnderTwoNames()
+    {
+        ScriptedChannel host;
+        auto owner = std::make_unique<QObject>();
+        const Controller controller(&host, owner.get());
+        ConfigurationsMessagereceiver receiver(nullptr);
+        controller.addMessageReceiver(&receiver);
+        QCOMPARE(host.receivers().size(), 1);
+        owner.reset();
+        controller.removeMessageReceiver(&receiver);
+        QVERIFY(host.receivers().isEmpty());
+        QCOMPARE(host.trace(),
+                 QStringList({"addMessageReceiver ConfigurationsModule",
+                              "removeMessageReceiver ServiceModule"}));
+    }
+
+    void theCallThatCostsTheOwnerTheLifeThrows_data()
+    {
+        QTest::addColumn<Call>("call");
+        const auto add = [](const char *name, const Call &call) { QTest::newRow(name) << call; };
+        add("command",
+            [](const Controller &controller) { controller.activate(QStringLiteral("a")); });
+        add("query", [](const Controller &controller) {
+            ReplyBuffer reply;
+            controller.hostname(&reply);
+        });
+        add("value", [](const Controller &controller) { controller.isEmbedded(); });
+        add("structural command",
+            [](const Controller &controller) { controller.removeSlave(QStringLiteral("a")); });
+        add("report", [](const Controller &controller) { controller.report(QStringLiteral("a")); });
+        add("event",
+            [](const Controller &controller) { controller.announceActiveConfigurationChanged(); });
+    }
+
+    void theCallThatCostsTheOwnerTheLifeThrows()
+    {
+        QFETCH(const Call, call);
+        ScriptedChannel host;
+        auto owner = std::make_unique<QObject>();
+        const Controller controller(&host, owner.get());
+        call(controller);
+        const auto destroy = [&owner] { owner.reset(); };
+        for (const char *command : {"config active_config a", "system hostname",
+                                    "system controller_embedded", "veltra2 cascade sub_slave a"}) {
+            host.whenSent(command, destroy);
+        }
+        host.whenPosted("a", destroy);
+        host.whenPosted("ActiveConfigurationChanged", destroy);
+        QVERIFY_EXCEPTION_THROWN(call(controller), OwnerDestroyed);
+    }
+
+    void itMayDieWithItsOwner()
+    {
+        struct Owner : QObject
+        {
+            explicit Owner(IOManager *host)
+                : controller(host, this)
+            {
+            }
+            Controller controller;
+        };
+        ScriptedChannel host;
+        auto *owner = new Owner(&host);
+        host.whenSent("config new_password none", [owner] { delete owner; });
+        bool isReached = false;
+        QVERIFY(!owner->controller.ownerSurvives([&] {
+            owner->controller.removePassword();
+            isReached = true;
+        }));
+        QVERIFY(!isReached);
+    }
+
+    void tellsWhetherTheOwnerSurvives()
+    {
+        ScriptedChannel host;
+        auto *owner = new QObject;
+        const Controller controller(&host, owner);
+        bool isRun = false;
+        QVERIFY(controller.ownerSurvives([&isRun] { isRun = true; }));
+        QVERIFY(isRun);
+        QVERIFY(!controller.ownerSurvives([owner] { delete owner; }));
+    }
+
+    void otherFailuresPass()
+    {
+        const Controller controller(nullptr, this);
+        QVERIFY_EXCEPTION_THROWN(
+            controller.ownerSurvives([] { throw std::runtime_error("connection error"); }),
+            std::runtime_error);
+    }
+};
 
 VELTRA4_TEST(TestController)
 #include "tst_controller.moc"

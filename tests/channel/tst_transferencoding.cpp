@@ -40,123 +40,113 @@ class TestTransferEncoding : public QObject
     Q_OBJECT
 
 private slots:
-    void encodesAndDecodesTheExamples_data();
-    void encodesAndDecodesTheExamples();
-    void everyLengthSurvivesTheRoundTrip();
-    void encodingUsesTheTextAgain();
-    void everyByteSurvivesTheRoundTrip();
-    void decodingDropsIncompleteBytes_data();
-    void decodingDropsIncompleteBytes();
-    void everyCharacterOutsideTheAlphabetIsRefused();
-    void decodingAppends();
-    void aRefusedTextLeavesTheBytesAlone();
-};
+    void encodesAndDecodesTheExamples_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("nothing") << QByteArray() << QByteArray();
+        QTest::newRow("01") << QByteArray("\x01") << QByteArray("BA");
+        QTest::newRow("41") << QByteArray("\x41") << QByteArray("BB");
+        QTest::newRow("ff") << QByteArray("\xff") << QByteArray("/D");
+        QTest::newRow("40") << QByteArray("\x40") << QByteArray("AB");
+        QTest::newRow("00") << QByteArray(1, '\0') << QByteArray("AA");
+    }
 
-void TestTransferEncoding::encodesAndDecodesTheExamples_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("nothing") << QByteArray() << QByteArray();
-    QTest::newRow("01") << QByteArray("\x01") << QByteArray("BA");
-    QTest::newRow("41") << QByteArray("\x41") << QByteArray("BB");
-    QTest::newRow("ff") << QByteArray("\xff") << QByteArray("/D");
-    QTest::newRow("40") << QByteArray("\x40") << QByteArray("AB");
-    QTest::newRow("00") << QByteArray(1, '\0') << QByteArray("AA");
-}
-
-void TestTransferEncoding::encodesAndDecodesTheExamples()
-{
-    QFETCH(const QByteArray, bytes);
-    QFETCH(const QByteArray, text);
-    QCOMPARE(TransferEncoding::encode(bytes), text);
-    QByteArray decoded;
-    QCOMPARE(TransferEncoding::decode(text, &decoded), bytes.size());
-    QCOMPARE(decoded, bytes);
-}
-
-void TestTransferEncoding::everyLengthSurvivesTheRoundTrip()
-{
-    for (int size = 0; size <= 300; ++size) {
-        const QByteArray bytes = randomBytes(size);
-        const QByteArray text = TransferEncoding::encode(bytes);
-        QCOMPARE(text, encodedBitByBit(bytes));
-        QCOMPARE(text.size(), (8 * size + 5) / 6);
+    void encodesAndDecodesTheExamples()
+    {
+        QFETCH(const QByteArray, bytes);
+        QFETCH(const QByteArray, text);
+        QCOMPARE(TransferEncoding::encode(bytes), text);
         QByteArray decoded;
-        QCOMPARE(TransferEncoding::decode(text, &decoded), size);
+        QCOMPARE(TransferEncoding::decode(text, &decoded), bytes.size());
         QCOMPARE(decoded, bytes);
     }
-    QCOMPARE(TransferEncoding::encode(randomBytes(TransferEncoding::chunkSize)).size(), 134);
-}
 
-void TestTransferEncoding::encodingUsesTheTextAgain()
-{
-    QByteArray text = "what was there before";
-    for (const int size : {100, 7, 0, 250, 99}) {
-        const QByteArray bytes = randomBytes(size);
-        TransferEncoding::encode(bytes.constData(), bytes.size(), &text);
-        QCOMPARE(text, encodedBitByBit(bytes));
-    }
-}
-
-void TestTransferEncoding::everyByteSurvivesTheRoundTrip()
-{
-    for (int value = 0; value < 256; ++value) {
-        const QByteArray bytes(1, static_cast<char>(value));
-        QByteArray decoded;
-        QCOMPARE(TransferEncoding::decode(TransferEncoding::encode(bytes), &decoded), 1);
-        QCOMPARE(decoded, bytes);
-    }
-}
-
-void TestTransferEncoding::decodingDropsIncompleteBytes_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("one character gives no byte") << QByteArray("/") << QByteArray();
-    QTest::newRow("two give one") << QByteArray("//") << QByteArray("\xff");
-    QTest::newRow("three give two") << QByteArray("///") << QByteArray("\xff\xff");
-    QTest::newRow("four give three") << QByteArray("////") << QByteArray("\xff\xff\xff");
-    QTest::newRow("five still give three") << QByteArray("/////") << QByteArray("\xff\xff\xff");
-}
-
-void TestTransferEncoding::decodingDropsIncompleteBytes()
-{
-    QFETCH(const QByteArray, text);
-    QFETCH(const QByteArray, bytes);
-    QByteArray decoded;
-    QCOMPARE(TransferEncoding::decode(text, &decoded), bytes.size());
-    QCOMPARE(decoded, bytes);
-}
-
-void TestTransferEncoding::everyCharacterOutsideTheAlphabetIsRefused()
-{
-    const QByteArray alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    for (int value = 0; value < 256; ++value) {
-        const char character = static_cast<char>(value);
-        for (int place = 0; place < 4; ++place) {
-            QByteArray text = "ABCD";
-            text[place] = character;
+    void everyLengthSurvivesTheRoundTrip()
+    {
+        for (int size = 0; size <= 300; ++size) {
+            const QByteArray bytes = randomBytes(size);
+            const QByteArray text = TransferEncoding::encode(bytes);
+            QCOMPARE(text, encodedBitByBit(bytes));
+            QCOMPARE(text.size(), (8 * size + 5) / 6);
             QByteArray decoded;
-            QCOMPARE(TransferEncoding::decode(text, &decoded),
-                     alphabet.contains(character) ? 3 : TransferEncoding::invalidCharacter);
+            QCOMPARE(TransferEncoding::decode(text, &decoded), size);
+            QCOMPARE(decoded, bytes);
+        }
+        QCOMPARE(TransferEncoding::encode(randomBytes(TransferEncoding::chunkSize)).size(), 134);
+    }
+
+    void encodingUsesTheTextAgain()
+    {
+        QByteArray text = "what was there before";
+        for (const int size : {100, 7, 0, 250, 99}) {
+            const QByteArray bytes = randomBytes(size);
+            TransferEncoding::encode(bytes.constData(), bytes.size(), &text);
+            QCOMPARE(text, encodedBitByBit(bytes));
         }
     }
-    QCOMPARE(TransferEncoding::invalidCharacter, -11);
-}
 
-void TestTransferEncoding::decodingAppends()
-{
-    QByteArray bytes = "before ";
-    QCOMPARE(TransferEncoding::decode(TransferEncoding::encode("after"), &bytes), 5);
-    QCOMPARE(bytes, QByteArray("before after"));
-}
+    void everyByteSurvivesTheRoundTrip()
+    {
+        for (int value = 0; value < 256; ++value) {
+            const QByteArray bytes(1, static_cast<char>(value));
+            QByteArray decoded;
+            QCOMPARE(TransferEncoding::decode(TransferEncoding::encode(bytes), &decoded), 1);
+            QCOMPARE(decoded, bytes);
+        }
+    }
 
-void TestTransferEncoding::aRefusedTextLeavesTheBytesAlone()
-{
-    QByteArray bytes = "before";
-    QCOMPARE(TransferEncoding::decode("AAAA=", &bytes), TransferEncoding::invalidCharacter);
-    QCOMPARE(bytes, QByteArray("before"));
-}
+    void decodingDropsIncompleteBytes_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("one character gives no byte") << QByteArray("/") << QByteArray();
+        QTest::newRow("two give one") << QByteArray("//") << QByteArray("\xff");
+        QTest::newRow("three give two") << QByteArray("///") << QByteArray("\xff\xff");
+        QTest::newRow("four give three") << QByteArray("////") << QByteArray("\xff\xff\xff");
+        QTest::newRow("five still give three") << QByteArray("/////") << QByteArray("\xff\xff\xff");
+    }
+
+    void decodingDropsIncompleteBytes()
+    {
+        QFETCH(const QByteArray, text);
+        QFETCH(const QByteArray, bytes);
+        QByteArray decoded;
+        QCOMPARE(TransferEncoding::decode(text, &decoded), bytes.size());
+        QCOMPARE(decoded, bytes);
+    }
+
+    void everyCharacterOutsideTheAlphabetIsRefused()
+    {
+        const QByteArray alphabet =
+            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        for (int value = 0; value < 256; ++value) {
+            const char character = static_cast<char>(value);
+            for (int place = 0; place < 4; ++place) {
+                QByteArray text = "ABCD";
+                text[place] = character;
+                QByteArray decoded;
+                QCOMPARE(TransferEncoding::decode(text, &decoded),
+                         alphabet.contains(character) ? 3 : TransferEncoding::invalidCharacter);
+            }
+        }
+        QCOMPARE(TransferEncoding::invalidCharacter, -11);
+    }
+
+    void decodingAppends()
+    {
+        QByteArray bytes = "before ";
+        QCOMPARE(TransferEncoding::decode(TransferEncoding::encode("after"), &bytes), 5);
+        QCOMPARE(bytes, QByteArray("before after"));
+    }
+
+    void aRefusedTextLeavesTheBytesAlone()
+    {
+        QByteArray bytes = "before";
+        QCOMPARE(TransferEncoding::decode("AAAA=", &bytes), TransferEncoding::invalidCharacter);
+        QCOMPARE(bytes, QByteArray("before"));
+    }
+};
 
 VELTRA4_TEST(TestTransferEncoding)
 #include "tst_transferencoding.moc"

@@ -93,267 +93,246 @@ protected:
     void fillIn(QDialog *dialog) override { type(dialog, "lineEdit_desc", "hall"); }
 
 private slots:
-    void theFormIsAsDesigned();
-    void aMnemonicReachesTheOwner();
+    void theFormIsAsDesigned()
+    {
+        const NewConfigurationDlg dialog(m_channel.get(), nullptr);
+        QCOMPARE(dialog.windowTitle(), "New Configuration");
+        QCOMPARE(dialog.whatsThis(), "Create new configuration");
+        QCOMPARE(dialog.size(), QSize(450, 170));
+        QVERIFY(dialog.isSizeGripEnabled());
+        QCOMPARE(named<QLabel>(&dialog, "label")->buddy()->objectName(), "lineEdit_desc");
+        QCOMPARE(named<QLabel>(&dialog, "label_2")->buddy()->objectName(), "lineEdit_owner");
+        QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->maxLength(), 100);
+        QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_owner")->maxLength(), 100);
+        QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->validator(),
+                 named<QLineEdit>(&dialog, "lineEdit_owner")->validator());
+        QVERIFY(named<QRadioButton>(&dialog, "radioButton_clone")->isChecked());
+        QCOMPARE(named<QFrame>(&dialog, "line")->frameShape(), QFrame::HLine);
+        QVERIFY(named<QPushButton>(&dialog, "pushButton_create")->autoDefault());
+        QVERIFY(!named<QPushButton>(&dialog, "pushButton_2")->autoDefault());
+        QVERIFY(dialog.findChild<QVBoxLayout *>("verticalLayout"));
+        QVERIFY(dialog.findChild<QGridLayout *>("gridLayout"));
+        QVERIFY(dialog.findChild<QHBoxLayout *>("horizontalLayout"));
+    }
 
-    void theActiveConfigurationIsCloned();
-    void defaultValuesNeedNoSourceButItIsAskedFor();
-    void theOwnerMayBeEmpty();
-    void blanksAreADescription();
-    void twoConfigurationsNeverShareAnIdentifier();
-    void theEnterKeyCreates();
-    void anEmptyDescriptionIsRefusedAndTheInputStays();
+    void aMnemonicReachesTheOwner()
+    {
+        QString focused;
+        runDialog([&focused](QDialog *dialog) {
+            press(dialog, Qt::Key_O, Qt::AltModifier);
+            focused = focusOf(dialog);
+            dialog->reject();
+        });
+        QCOMPARE(focused, "lineEdit_owner");
+    }
 
-    void everyCommandIsSentWhateverFails_data();
-    void everyCommandIsSentWhateverFails();
-    void aFailedQueryLeavesTheSourceEmpty();
-    void theEventFollowsTheClosing();
-    void theDialogsOwnCursorWaits();
+    void theActiveConfigurationIsCloned()
+    {
+        m_channel->answer("config active_config", "config20240102030405678");
+        const int result = runDialog([](QDialog *dialog) {
+            type(dialog, "lineEdit_desc", "main hall, 2 cameras");
+            type(dialog, "lineEdit_owner", "A. Operator");
+            click(dialog, "pushButton_create");
+        });
+        QCOMPARE(result, int(QDialog::Accepted));
+        const QStringList trace = m_channel->trace();
+        QVERIFY(trace.at(2).endsWith(" config20240102030405678"));
+        QCOMPARE(withoutStamp(trace),
+                 creation("clone_config configSTAMP configSTAMP", "A. Operator",
+                          "main hall, 2 cameras"));
+    }
 
-    void onlyPermittedCharactersCanBeTyped_data();
-    void onlyPermittedCharactersCanBeTyped();
-    void aHundredCharactersAreTheLimit();
-    void theHostMayDestroyItUnderTheWarning();
+    void defaultValuesNeedNoSourceButItIsAskedFor()
+    {
+        const int result = runDialog([](QDialog *dialog) {
+            type(dialog, "lineEdit_desc", "empty hall");
+            type(dialog, "lineEdit_owner", "operator");
+            click(dialog, "radioButton_new");
+            click(dialog, "pushButton_create");
+        });
+        QCOMPARE(result, int(QDialog::Accepted));
+        QCOMPARE(withoutStamp(m_channel->trace()),
+                 creation("new_config configSTAMP", "operator", "empty hall"));
+    }
+
+    void theOwnerMayBeEmpty()
+    {
+        runDialog(createHall);
+        QCOMPARE(withoutStamp(m_channel->trace()),
+                 creation("clone_config configSTAMP standard", "", "hall"));
+    }
+
+    void blanksAreADescription()
+    {
+        const int result = runDialog([](QDialog *dialog) {
+            type(dialog, "lineEdit_desc", "  ");
+            click(dialog, "pushButton_create");
+        });
+        QCOMPARE(result, int(QDialog::Accepted));
+        QCOMPARE(withoutStamp(m_channel->trace()),
+                 creation("clone_config configSTAMP standard", "", "  "));
+    }
+
+    void twoConfigurationsNeverShareAnIdentifier()
+    {
+        QStringList commands;
+        for (int i = 0; i < 2; ++i) {
+            runDialog([](QDialog *dialog) {
+                named<QLineEdit>(dialog, "lineEdit_desc")->setText("hall");
+                named<QPushButton>(dialog, "pushButton_create")->click();
+            });
+            commands << m_channel->takeTrace().at(2);
+        }
+        QVERIFY(commands.first() != commands.last());
+    }
+
+    void theEnterKeyCreates()
+    {
+        const int result = runDialog([](QDialog *dialog) {
+            type(dialog, "lineEdit_desc", "hall");
+            press(dialog, Qt::Key_Return);
+        });
+        QCOMPARE(result, int(QDialog::Accepted));
+        QCOMPARE(withoutStamp(m_channel->trace()),
+                 creation("clone_config configSTAMP standard", "", "hall"));
+    }
+
+    void anEmptyDescriptionIsRefusedAndTheInputStays()
+    {
+        QString ownerAfterWarning;
+        QStringList traceAfterWarning;
+        const int result = runDialog([&](QDialog *dialog) {
+            ExpectedBox warning;
+            warning.icon = QMessageBox::Warning;
+            warning.title = "Warning";
+            warning.text = "Please enter a configuration description.";
+            warning.parent = dialog;
+            m_driver->expectBox(warning);
+            type(dialog, "lineEdit_owner", "operator");
+            click(dialog, "radioButton_new");
+            click(dialog, "pushButton_create");
+            QCOMPARE(focusOf(dialog), "lineEdit_desc");
+            ownerAfterWarning = textOf(dialog, "lineEdit_owner");
+            traceAfterWarning = m_channel->trace();
+            createHall(dialog);
+        });
+        QCOMPARE(ownerAfterWarning, "operator");
+        QCOMPARE(traceAfterWarning, QStringList());
+        QCOMPARE(result, int(QDialog::Accepted));
+        QCOMPARE(withoutStamp(m_channel->trace()),
+                 creation("new_config configSTAMP", "operator", "hall"));
+    }
+
+    void everyCommandIsSentWhateverFails_data()
+    {
+        QTest::addColumn<int>("failing");
+        QTest::addColumn<bool>("lasting");
+        // The first one is the query for the source.
+        for (int failing = 2; failing <= 5; ++failing) {
+            QTest::addRow("command %d fails", failing) << failing << false;
+            QTest::addRow("all from command %d fail", failing) << failing << true;
+        }
+    }
+
+    void everyCommandIsSentWhateverFails()
+    {
+        QFETCH(const int, failing);
+        QFETCH(const bool, lasting);
+        m_channel->failNth(failing, lasting);
+        const int result = runDialog(createHall);
+        QCOMPARE(result, int(QDialog::Accepted));
+        QCOMPARE(withoutStamp(m_channel->trace()),
+                 creation("clone_config configSTAMP standard", "", "hall"));
+    }
+
+    void aFailedQueryLeavesTheSourceEmpty()
+    {
+        m_channel->failNth(1);
+        const int result = runDialog(createHall);
+        QCOMPARE(result, int(QDialog::Accepted));
+        QCOMPARE(withoutStamp(m_channel->trace()),
+                 creation("clone_config configSTAMP ", "", "hall"));
+    }
+
+    void theEventFollowsTheClosing()
+    {
+        bool isOpen = true;
+        int resultSoFar = QDialog::Rejected;
+        runDialog([&](QDialog *dialog) {
+            m_channel->whenPosted("ActiveConfigurationChanged", [&isOpen, &resultSoFar, dialog] {
+                isOpen = dialog->isVisible();
+                resultSoFar = dialog->result();
+            });
+            createHall(dialog);
+        });
+        QVERIFY(!isOpen);
+        QCOMPARE(resultSoFar, int(QDialog::Accepted));
+    }
+
+    void theDialogsOwnCursorWaits()
+    {
+        QList<Qt::CursorShape> shapes;
+        bool applicationWaits = false;
+        runDialog([&](QDialog *dialog) {
+            const auto look = [&shapes, &applicationWaits, dialog] {
+                shapes << dialog->cursor().shape();
+                applicationWaits = applicationWaits || QApplication::overrideCursor() != nullptr;
+            };
+            m_channel->whenSent("config active_config", look);
+            m_channel->whenSent("config desc \"hall\" ", look);
+            m_channel->whenPosted("ActiveConfigurationChanged", look);
+            look();
+            createHall(dialog);
+        });
+        const QList<Qt::CursorShape> expected{Qt::ArrowCursor, Qt::WaitCursor, Qt::WaitCursor,
+                                              Qt::ArrowCursor};
+        QCOMPARE(shapes, expected);
+        QVERIFY(!applicationWaits);
+    }
+
+    void onlyPermittedCharactersCanBeTyped_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::newRow("description") << "lineEdit_desc";
+        QTest::newRow("owner") << "lineEdit_owner";
+    }
+
+    void onlyPermittedCharactersCanBeTyped()
+    {
+        QFETCH(const QString, field);
+        QString typed;
+        runDialog([&](QDialog *dialog) {
+            type(dialog, qPrintable(field), "a\"b\\c'd#e%f\u00e4g\u20ach<i>j&k");
+            type(dialog, qPrintable(field), "AZ09 _-+=.,;:/");
+            typed = textOf(dialog, qPrintable(field));
+            dialog->reject();
+        });
+        QCOMPARE(typed, "abcdefghijkAZ09 _-+=.,;:/");
+    }
+
+    void aHundredCharactersAreTheLimit()
+    {
+        const QString hundred(100, 'x');
+        runDialog([&hundred](QDialog *dialog) {
+            type(dialog, "lineEdit_desc", hundred + 'y');
+            type(dialog, "lineEdit_owner", hundred + 'z');
+            click(dialog, "pushButton_create");
+        });
+        QCOMPARE(withoutStamp(m_channel->trace()),
+                 creation("clone_config configSTAMP standard", hundred, hundred));
+    }
+
+    void theHostMayDestroyItUnderTheWarning()
+    {
+        QPointer<NewConfigurationDlg> dialog = new NewConfigurationDlg(m_channel.get(), nullptr);
+        m_driver->expectDialog("NewConfigurationDialog",
+                               [](QDialog *shown) { click(shown, "pushButton_create"); });
+        m_driver->expectDialog("", [&dialog](QDialog *) { delete dialog.data(); });
+        QCOMPARE(dialog->update_and_exec(), int(QDialog::Rejected));
+        QVERIFY(dialog.isNull());
+        QCOMPARE(m_channel->trace(), QStringList());
+    }
 };
-
-void TestNewConfigurationDlg::theFormIsAsDesigned()
-{
-    const NewConfigurationDlg dialog(m_channel.get(), nullptr);
-    QCOMPARE(dialog.windowTitle(), "New Configuration");
-    QCOMPARE(dialog.whatsThis(), "Create new configuration");
-    QCOMPARE(dialog.size(), QSize(450, 170));
-    QVERIFY(dialog.isSizeGripEnabled());
-    QCOMPARE(named<QLabel>(&dialog, "label")->buddy()->objectName(), "lineEdit_desc");
-    QCOMPARE(named<QLabel>(&dialog, "label_2")->buddy()->objectName(), "lineEdit_owner");
-    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->maxLength(), 100);
-    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_owner")->maxLength(), 100);
-    QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->validator(),
-             named<QLineEdit>(&dialog, "lineEdit_owner")->validator());
-    QVERIFY(named<QRadioButton>(&dialog, "radioButton_clone")->isChecked());
-    QCOMPARE(named<QFrame>(&dialog, "line")->frameShape(), QFrame::HLine);
-    QVERIFY(named<QPushButton>(&dialog, "pushButton_create")->autoDefault());
-    QVERIFY(!named<QPushButton>(&dialog, "pushButton_2")->autoDefault());
-    QVERIFY(dialog.findChild<QVBoxLayout *>("verticalLayout"));
-    QVERIFY(dialog.findChild<QGridLayout *>("gridLayout"));
-    QVERIFY(dialog.findChild<QHBoxLayout *>("horizontalLayout"));
-}
-
-void TestNewConfigurationDlg::aMnemonicReachesTheOwner()
-{
-    QString focused;
-    runDialog([&focused](QDialog *dialog) {
-        press(dialog, Qt::Key_O, Qt::AltModifier);
-        focused = focusOf(dialog);
-        dialog->reject();
-    });
-    QCOMPARE(focused, "lineEdit_owner");
-}
-
-void TestNewConfigurationDlg::theActiveConfigurationIsCloned()
-{
-    m_channel->answer("config active_config", "config20240102030405678");
-    const int result = runDialog([](QDialog *dialog) {
-        type(dialog, "lineEdit_desc", "main hall, 2 cameras");
-        type(dialog, "lineEdit_owner", "A. Operator");
-        click(dialog, "pushButton_create");
-    });
-    QCOMPARE(result, int(QDialog::Accepted));
-    const QStringList trace = m_channel->trace();
-    QVERIFY(trace.at(2).endsWith(" config20240102030405678"));
-    QCOMPARE(
-        withoutStamp(trace),
-        creation("clone_config configSTAMP configSTAMP", "A. Operator", "main hall, 2 cameras"));
-}
-
-void TestNewConfigurationDlg::defaultValuesNeedNoSourceButItIsAskedFor()
-{
-    const int result = runDialog([](QDialog *dialog) {
-        type(dialog, "lineEdit_desc", "empty hall");
-        type(dialog, "lineEdit_owner", "operator");
-        click(dialog, "radioButton_new");
-        click(dialog, "pushButton_create");
-    });
-    QCOMPARE(result, int(QDialog::Accepted));
-    QCOMPARE(withoutStamp(m_channel->trace()),
-             creation("new_config configSTAMP", "operator", "empty hall"));
-}
-
-void TestNewConfigurationDlg::theOwnerMayBeEmpty()
-{
-    runDialog(createHall);
-    QCOMPARE(withoutStamp(m_channel->trace()),
-             creation("clone_config configSTAMP standard", "", "hall"));
-}
-
-void TestNewConfigurationDlg::blanksAreADescription()
-{
-    const int result = runDialog([](QDialog *dialog) {
-        type(dialog, "lineEdit_desc", "  ");
-        click(dialog, "pushButton_create");
-    });
-    QCOMPARE(result, int(QDialog::Accepted));
-    QCOMPARE(withoutStamp(m_channel->trace()),
-             creation("clone_config configSTAMP standard", "", "  "));
-}
-
-void TestNewConfigurationDlg::twoConfigurationsNeverShareAnIdentifier()
-{
-    QStringList commands;
-    for (int i = 0; i < 2; ++i) {
-        runDialog([](QDialog *dialog) {
-            named<QLineEdit>(dialog, "lineEdit_desc")->setText("hall");
-            named<QPushButton>(dialog, "pushButton_create")->click();
-        });
-        commands << m_channel->takeTrace().at(2);
-    }
-    QVERIFY(commands.first() != commands.last());
-}
-
-void TestNewConfigurationDlg::theEnterKeyCreates()
-{
-    const int result = runDialog([](QDialog *dialog) {
-        type(dialog, "lineEdit_desc", "hall");
-        press(dialog, Qt::Key_Return);
-    });
-    QCOMPARE(result, int(QDialog::Accepted));
-    QCOMPARE(withoutStamp(m_channel->trace()),
-             creation("clone_config configSTAMP standard", "", "hall"));
-}
-
-void TestNewConfigurationDlg::anEmptyDescriptionIsRefusedAndTheInputStays()
-{
-    QString ownerAfterWarning;
-    QStringList traceAfterWarning;
-    const int result = runDialog([&](QDialog *dialog) {
-        ExpectedBox warning;
-        warning.icon = QMessageBox::Warning;
-        warning.title = "Warning";
-        warning.text = "Please enter a configuration description.";
-        warning.parent = dialog;
-        m_driver->expectBox(warning);
-        type(dialog, "lineEdit_owner", "operator");
-        click(dialog, "radioButton_new");
-        click(dialog, "pushButton_create");
-        QCOMPARE(focusOf(dialog), "lineEdit_desc");
-        ownerAfterWarning = textOf(dialog, "lineEdit_owner");
-        traceAfterWarning = m_channel->trace();
-        createHall(dialog);
-    });
-    QCOMPARE(ownerAfterWarning, "operator");
-    QCOMPARE(traceAfterWarning, QStringList());
-    QCOMPARE(result, int(QDialog::Accepted));
-    QCOMPARE(withoutStamp(m_channel->trace()),
-             creation("new_config configSTAMP", "operator", "hall"));
-}
-
-void TestNewConfigurationDlg::everyCommandIsSentWhateverFails_data()
-{
-    QTest::addColumn<int>("failing");
-    QTest::addColumn<bool>("lasting");
-    // The first one is the query for the source.
-    for (int failing = 2; failing <= 5; ++failing) {
-        QTest::addRow("command %d fails", failing) << failing << false;
-        QTest::addRow("all from command %d fail", failing) << failing << true;
-    }
-}
-
-void TestNewConfigurationDlg::everyCommandIsSentWhateverFails()
-{
-    QFETCH(const int, failing);
-    QFETCH(const bool, lasting);
-    m_channel->failNth(failing, lasting);
-    const int result = runDialog(createHall);
-    QCOMPARE(result, int(QDialog::Accepted));
-    QCOMPARE(withoutStamp(m_channel->trace()),
-             creation("clone_config configSTAMP standard", "", "hall"));
-}
-
-void TestNewConfigurationDlg::aFailedQueryLeavesTheSourceEmpty()
-{
-    m_channel->failNth(1);
-    const int result = runDialog(createHall);
-    QCOMPARE(result, int(QDialog::Accepted));
-    QCOMPARE(withoutStamp(m_channel->trace()), creation("clone_config configSTAMP ", "", "hall"));
-}
-
-void TestNewConfigurationDlg::theEventFollowsTheClosing()
-{
-    bool isOpen = true;
-    int resultSoFar = QDialog::Rejected;
-    runDialog([&](QDialog *dialog) {
-        m_channel->whenPosted("ActiveConfigurationChanged", [&isOpen, &resultSoFar, dialog] {
-            isOpen = dialog->isVisible();
-            resultSoFar = dialog->result();
-        });
-        createHall(dialog);
-    });
-    QVERIFY(!isOpen);
-    QCOMPARE(resultSoFar, int(QDialog::Accepted));
-}
-
-void TestNewConfigurationDlg::theDialogsOwnCursorWaits()
-{
-    QList<Qt::CursorShape> shapes;
-    bool applicationWaits = false;
-    runDialog([&](QDialog *dialog) {
-        const auto look = [&shapes, &applicationWaits, dialog] {
-            shapes << dialog->cursor().shape();
-            applicationWaits = applicationWaits || QApplication::overrideCursor() != nullptr;
-        };
-        m_channel->whenSent("config active_config", look);
-        m_channel->whenSent("config desc \"hall\" ", look);
-        m_channel->whenPosted("ActiveConfigurationChanged", look);
-        look();
-        createHall(dialog);
-    });
-    const QList<Qt::CursorShape> expected{Qt::ArrowCursor, Qt::WaitCursor, Qt::WaitCursor,
-                                          Qt::ArrowCursor};
-    QCOMPARE(shapes, expected);
-    QVERIFY(!applicationWaits);
-}
-
-void TestNewConfigurationDlg::onlyPermittedCharactersCanBeTyped_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::newRow("description") << "lineEdit_desc";
-    QTest::newRow("owner") << "lineEdit_owner";
-}
-
-void TestNewConfigurationDlg::onlyPermittedCharactersCanBeTyped()
-{
-    QFETCH(const QString, field);
-    QString typed;
-    runDialog([&](QDialog *dialog) {
-        type(dialog, qPrintable(field), "a\"b\\c'd#e%f\u00e4g\u20ach<i>j&k");
-        type(dialog, qPrintable(field), "AZ09 _-+=.,;:/");
-        typed = textOf(dialog, qPrintable(field));
-        dialog->reject();
-    });
-    QCOMPARE(typed, "abcdefghijkAZ09 _-+=.,;:/");
-}
-
-void TestNewConfigurationDlg::aHundredCharactersAreTheLimit()
-{
-    const QString hundred(100, 'x');
-    runDialog([&hundred](QDialog *dialog) {
-        type(dialog, "lineEdit_desc", hundred + 'y');
-        type(dialog, "lineEdit_owner", hundred + 'z');
-        click(dialog, "pushButton_create");
-    });
-    QCOMPARE(withoutStamp(m_channel->trace()),
-             creation("clone_config configSTAMP standard", hundred, hundred));
-}
-
-void TestNewConfigurationDlg::theHostMayDestroyItUnderTheWarning()
-{
-    QPointer<NewConfigurationDlg> dialog = new NewConfigurationDlg(m_channel.get(), nullptr);
-    m_driver->expectDialog("NewConfigurationDialog",
-                           [](QDialog *shown) { click(shown, "pushButton_create"); });
-    m_driver->expectDialog("", [&dialog](QDialog *) { delete dialog.data(); });
-    QCOMPARE(dialog->update_and_exec(), int(QDialog::Rejected));
-    QVERIFY(dialog.isNull());
-    QCOMPARE(m_channel->trace(), QStringList());
-}
 
 VELTRA4_TEST(TestNewConfigurationDlg)
 #include "tst_newconfigurationdlg.moc"

@@ -143,187 +143,184 @@ private slots:
     void cleanup() { m_home.reset(); }
 
     void everyControlHasAName_data() { dialogs(); }
-    void everyControlHasAName();
-    void everyControlSaysWhatItIsFor_data() { dialogs(); }
-    void everyControlSaysWhatItIsFor();
-    void tabReachesEverythingInReadingOrder_data() { dialogs(); }
-    void tabReachesEverythingInReadingOrder();
-    void mnemonicsAreUnique_data() { dialogs(); }
-    void mnemonicsAreUnique();
-    void everyFieldHasALabel_data() { dialogs(); }
-    void everyFieldHasALabel();
 
-    void configurationsAreMadeAndSavedWithoutAMouse();
+    void everyControlHasAName()
+    {
+        visit([](QDialog *dialog) {
+            QVERIFY(!accessibleText(dialog, QAccessible::Name).isEmpty());
+            const QVector<QWidget *> controls = controlsOf(dialog);
+            QVERIFY(controls.size() >= 4);
+            for (QWidget *control : controls) {
+                const QString name = accessibleText(control, QAccessible::Name);
+                QVERIFY2(!name.isEmpty() && !name.contains(QLatin1Char('&')),
+                         qPrintable(control->objectName() + QStringLiteral(": ") + name));
+            }
+        });
+    }
+
+    void everyControlSaysWhatItIsFor_data() { dialogs(); }
+
+    void everyControlSaysWhatItIsFor()
+    {
+        visit([](QDialog *dialog) {
+            const QVector<QWidget *> controls = controlsOf(dialog);
+            for (QWidget *control : controls) {
+                // One that only displays tells the text that it shows.
+                const QString expected =
+                    control->objectName() == QLatin1String("lineEdit_activeConfig")
+                    ? UserInput::textOf(dialog, "lineEdit_activeConfig")
+                    : control->whatsThis();
+                QCOMPARE(accessibleText(control, QAccessible::Description), expected);
+            }
+        });
+    }
+
+    void tabReachesEverythingInReadingOrder_data() { dialogs(); }
+
+    void tabReachesEverythingInReadingOrder()
+    {
+        visit([](QDialog *dialog) {
+            const QVector<QWidget *> stops = tabStopsOf(dialog);
+            const QVector<QWidget *> visited = tabWalk(dialog, stops.size());
+            for (QWidget *stop : stops) {
+                QVERIFY2(visited.contains(stop), qPrintable(names(visited)));
+            }
+            int jumpsBack = 0;
+            for (int i = 0; i < visited.size(); ++i) {
+                const QWidget *next = visited.at((i + 1) % visited.size());
+                if (!comesAfter(placeIn(dialog, next), placeIn(dialog, visited.at(i)))) {
+                    ++jumpsBack;
+                }
+            }
+            QVERIFY2(jumpsBack == 1, qPrintable(names(visited)));
+        });
+    }
+
+    void mnemonicsAreUnique_data() { dialogs(); }
+
+    void mnemonicsAreUnique()
+    {
+        visit([](QDialog *dialog) {
+            QMap<QString, QString> owners;
+            const QList<QWidget *> widgets = dialog->findChildren<QWidget *>();
+            for (const QWidget *widget : widgets) {
+                const QString mnemonic = QKeySequence::mnemonic(mnemonicText(widget)).toString();
+                if (mnemonic.isEmpty() || !widget->isVisible()) {
+                    continue;
+                }
+                QVERIFY2(
+                    !owners.contains(mnemonic),
+                    qPrintable(QStringLiteral("%1: %2 and %3")
+                                   .arg(mnemonic, owners.value(mnemonic), widget->objectName())));
+                owners.insert(mnemonic, widget->objectName());
+            }
+        });
+    }
+
+    void everyFieldHasALabel_data() { dialogs(); }
+
+    void everyFieldHasALabel()
+    {
+        visit([](QDialog *dialog) {
+            QVector<const QWidget *> labelled;
+            const QList<QLabel *> labels = dialog->findChildren<QLabel *>();
+            for (const QLabel *label : labels) {
+                labelled << label->buddy();
+            }
+            const QList<QLineEdit *> fields = dialog->findChildren<QLineEdit *>();
+            for (const QLineEdit *field : fields) {
+                QVERIFY2(labelled.contains(field), qPrintable(field->objectName()));
+            }
+        });
+    }
+
+    void configurationsAreMadeAndSavedWithoutAMouse()
+    {
+        FrontEnd frontEnd;
+        const QString file = m_home->filePath(QStringLiteral("two.dat"));
+        const auto create = [](QDialog *dialog) {
+            QTest::keyClicks(dialog->focusWidget(), QStringLiteral("Made by keyboard"));
+            UserInput::press(dialog, Qt::Key_Return);
+        };
+        const auto saveFirstTwo = [&](QDialog *dialog) {
+            pressAt(dialog, QStringLiteral("checkBox_allSettings"), Qt::Key_Space);
+            pressAt(dialog, QStringLiteral("pushButton_clearSelection"), Qt::Key_Space);
+            pressAt(dialog, QStringLiteral("tableWidget_selectConfigs"), Qt::Key_Space);
+            UserInput::press(dialog, Qt::Key_Down);
+            UserInput::press(dialog, Qt::Key_Space);
+            frontEnd.driver.expectFileDialog(QStringLiteral("Save configuration(s)"), file);
+            frontEnd.driver.expectBox(
+                {QMessageBox::Information, QStringLiteral("Save Configurations"),
+                 QStringLiteral("Configuration data successfully written to the file\n%1")
+                     .arg(file)});
+            pressAt(dialog, QStringLiteral("pushButton_save"), Qt::Key_Space);
+            UserInput::press(dialog, Qt::Key_Escape);
+        };
+        frontEnd.useList([&](QDialog *list) {
+            frontEnd.driver.expectDialog(QStringLiteral("NewConfigurationDialog"), create);
+            pressAt(list, QStringLiteral("pushButton_new"), Qt::Key_Space);
+            frontEnd.driver.expectDialog(saveDialog, saveFirstTwo);
+            pressAt(list, QStringLiteral("pushButton_save"), Qt::Key_Space);
+        });
+        const QVector<Configuration> &configurations = frontEnd.state().configurations;
+        QCOMPARE(configurations.constLast().description, QByteArrayLiteral("Made by keyboard"));
+        QVector<Archive::Item> items;
+        QString problem;
+        QVERIFY2(Archive::unpack(TransferFiles::contentsOf(file), &items, &problem),
+                 qPrintable(problem));
+        QCOMPARE(items.size(), 2);
+    }
 
 private:
-    static void dialogs();
+    static void dialogs()
+    {
+        QTest::addColumn<QString>("dialog");
+        QTest::addColumn<QString>("button"); // of the list, which opens the dialog
+        QTest::newRow("list") << listDialog << QString();
+        QTest::newRow("new") << "NewConfigurationDialog"
+                             << "pushButton_new";
+        QTest::newRow("edit") << "EditConfigDialog"
+                              << "pushButton_edit";
+        QTest::newRow("lock") << lockDialog << "pushButton_lock";
+        QTest::newRow("unlock") << unlockDialog << "pushButton_lock";
+        QTest::newRow("save") << saveDialog << "pushButton_save";
+        QTest::newRow("load") << loadDialog << "pushButton_load";
+    }
+
     // Opens the dialog of the test's data, runs @p action on it, and closes it.
-    void visit(const std::function<void(QDialog *dialog)> &action) const;
+    void visit(const std::function<void(QDialog *dialog)> &action) const
+    {
+        QFETCH(const QString, dialog);
+        QFETCH(const QString, button);
+        FrontEnd frontEnd(stateFor(dialog));
+        bool isVisited = false;
+        const auto look = [&](QDialog *window) {
+            if (dialog == saveDialog) {
+                UserInput::click(window, "checkBox_allSettings"); // enables all the rest
+            }
+            action(window);
+            isVisited = true;
+            window->reject();
+        };
+        if (button.isEmpty()) {
+            frontEnd.openList(look);
+        } else {
+            frontEnd.useList([&](QDialog *list) {
+                if (dialog == loadDialog) {
+                    const QString file =
+                        TransferFiles::write(m_home->filePath(QStringLiteral("cells.dat")),
+                                             TransferFiles::wholeArchive(frontEnd.state()));
+                    frontEnd.driver.expectFileDialog(QStringLiteral("Load Configurations"), file);
+                }
+                frontEnd.driver.expectDialog(dialog, look);
+                UserInput::click(list, button.toLatin1().constData());
+            });
+        }
+        QVERIFY(isVisited);
+    }
 
     std::optional<TemporaryHome> m_home;
 };
-
-void TestEndToEndAccessibility::dialogs()
-{
-    QTest::addColumn<QString>("dialog");
-    QTest::addColumn<QString>("button"); // of the list, which opens the dialog
-    QTest::newRow("list") << listDialog << QString();
-    QTest::newRow("new") << "NewConfigurationDialog"
-                         << "pushButton_new";
-    QTest::newRow("edit") << "EditConfigDialog"
-                          << "pushButton_edit";
-    QTest::newRow("lock") << lockDialog << "pushButton_lock";
-    QTest::newRow("unlock") << unlockDialog << "pushButton_lock";
-    QTest::newRow("save") << saveDialog << "pushButton_save";
-    QTest::newRow("load") << loadDialog << "pushButton_load";
-}
-
-void TestEndToEndAccessibility::visit(const std::function<void(QDialog *)> &action) const
-{
-    QFETCH(const QString, dialog);
-    QFETCH(const QString, button);
-    FrontEnd frontEnd(stateFor(dialog));
-    bool isVisited = false;
-    const auto look = [&](QDialog *window) {
-        if (dialog == saveDialog) {
-            UserInput::click(window, "checkBox_allSettings"); // enables all the rest
-        }
-        action(window);
-        isVisited = true;
-        window->reject();
-    };
-    if (button.isEmpty()) {
-        frontEnd.openList(look);
-    } else {
-        frontEnd.useList([&](QDialog *list) {
-            if (dialog == loadDialog) {
-                const QString file =
-                    TransferFiles::write(m_home->filePath(QStringLiteral("cells.dat")),
-                                         TransferFiles::wholeArchive(frontEnd.state()));
-                frontEnd.driver.expectFileDialog(QStringLiteral("Load Configurations"), file);
-            }
-            frontEnd.driver.expectDialog(dialog, look);
-            UserInput::click(list, button.toLatin1().constData());
-        });
-    }
-    QVERIFY(isVisited);
-}
-
-void TestEndToEndAccessibility::everyControlHasAName()
-{
-    visit([](QDialog *dialog) {
-        QVERIFY(!accessibleText(dialog, QAccessible::Name).isEmpty());
-        const QVector<QWidget *> controls = controlsOf(dialog);
-        QVERIFY(controls.size() >= 4);
-        for (QWidget *control : controls) {
-            const QString name = accessibleText(control, QAccessible::Name);
-            QVERIFY2(!name.isEmpty() && !name.contains(QLatin1Char('&')),
-                     qPrintable(control->objectName() + QStringLiteral(": ") + name));
-        }
-    });
-}
-
-void TestEndToEndAccessibility::everyControlSaysWhatItIsFor()
-{
-    visit([](QDialog *dialog) {
-        const QVector<QWidget *> controls = controlsOf(dialog);
-        for (QWidget *control : controls) {
-            // One that only displays tells the text that it shows.
-            const QString expected = control->objectName() == QLatin1String("lineEdit_activeConfig")
-                ? UserInput::textOf(dialog, "lineEdit_activeConfig")
-                : control->whatsThis();
-            QCOMPARE(accessibleText(control, QAccessible::Description), expected);
-        }
-    });
-}
-
-void TestEndToEndAccessibility::tabReachesEverythingInReadingOrder()
-{
-    visit([](QDialog *dialog) {
-        const QVector<QWidget *> stops = tabStopsOf(dialog);
-        const QVector<QWidget *> visited = tabWalk(dialog, stops.size());
-        for (QWidget *stop : stops) {
-            QVERIFY2(visited.contains(stop), qPrintable(names(visited)));
-        }
-        int jumpsBack = 0;
-        for (int i = 0; i < visited.size(); ++i) {
-            const QWidget *next = visited.at((i + 1) % visited.size());
-            if (!comesAfter(placeIn(dialog, next), placeIn(dialog, visited.at(i)))) {
-                ++jumpsBack;
-            }
-        }
-        QVERIFY2(jumpsBack == 1, qPrintable(names(visited)));
-    });
-}
-
-void TestEndToEndAccessibility::mnemonicsAreUnique()
-{
-    visit([](QDialog *dialog) {
-        QMap<QString, QString> owners;
-        const QList<QWidget *> widgets = dialog->findChildren<QWidget *>();
-        for (const QWidget *widget : widgets) {
-            const QString mnemonic = QKeySequence::mnemonic(mnemonicText(widget)).toString();
-            if (mnemonic.isEmpty() || !widget->isVisible()) {
-                continue;
-            }
-            QVERIFY2(!owners.contains(mnemonic),
-                     qPrintable(QStringLiteral("%1: %2 and %3")
-                                    .arg(mnemonic, owners.value(mnemonic), widget->objectName())));
-            owners.insert(mnemonic, widget->objectName());
-        }
-    });
-}
-
-void TestEndToEndAccessibility::everyFieldHasALabel()
-{
-    visit([](QDialog *dialog) {
-        QVector<const QWidget *> labelled;
-        const QList<QLabel *> labels = dialog->findChildren<QLabel *>();
-        for (const QLabel *label : labels) {
-            labelled << label->buddy();
-        }
-        const QList<QLineEdit *> fields = dialog->findChildren<QLineEdit *>();
-        for (const QLineEdit *field : fields) {
-            QVERIFY2(labelled.contains(field), qPrintable(field->objectName()));
-        }
-    });
-}
-
-void TestEndToEndAccessibility::configurationsAreMadeAndSavedWithoutAMouse()
-{
-    FrontEnd frontEnd;
-    const QString file = m_home->filePath(QStringLiteral("two.dat"));
-    const auto create = [](QDialog *dialog) {
-        QTest::keyClicks(dialog->focusWidget(), QStringLiteral("Made by keyboard"));
-        UserInput::press(dialog, Qt::Key_Return);
-    };
-    const auto saveFirstTwo = [&](QDialog *dialog) {
-        pressAt(dialog, QStringLiteral("checkBox_allSettings"), Qt::Key_Space);
-        pressAt(dialog, QStringLiteral("pushButton_clearSelection"), Qt::Key_Space);
-        pressAt(dialog, QStringLiteral("tableWidget_selectConfigs"), Qt::Key_Space);
-        UserInput::press(dialog, Qt::Key_Down);
-        UserInput::press(dialog, Qt::Key_Space);
-        frontEnd.driver.expectFileDialog(QStringLiteral("Save configuration(s)"), file);
-        frontEnd.driver.expectBox(
-            {QMessageBox::Information, QStringLiteral("Save Configurations"),
-             QStringLiteral("Configuration data successfully written to the file\n%1").arg(file)});
-        pressAt(dialog, QStringLiteral("pushButton_save"), Qt::Key_Space);
-        UserInput::press(dialog, Qt::Key_Escape);
-    };
-    frontEnd.useList([&](QDialog *list) {
-        frontEnd.driver.expectDialog(QStringLiteral("NewConfigurationDialog"), create);
-        pressAt(list, QStringLiteral("pushButton_new"), Qt::Key_Space);
-        frontEnd.driver.expectDialog(saveDialog, saveFirstTwo);
-        pressAt(list, QStringLiteral("pushButton_save"), Qt::Key_Space);
-    });
-    const QVector<Configuration> &configurations = frontEnd.state().configurations;
-    QCOMPARE(configurations.constLast().description, QByteArrayLiteral("Made by keyboard"));
-    QVector<Archive::Item> items;
-    QString problem;
-    QVERIFY2(Archive::unpack(TransferFiles::contentsOf(file), &items, &problem),
-             qPrintable(problem));
-    QCOMPARE(items.size(), 2);
-}
 
 VELTRA4_TEST(TestEndToEndAccessibility)
 #include "tst_endtoendaccessibility.moc"

@@ -98,42 +98,38 @@ class TestEndToEndCommands : public QObject
     Q_OBJECT
 
 private slots:
-    void theHostIsGivenTheFormatsAsTheyAre();
-    void eachIsWrittenDownOnce_data();
-    void eachIsWrittenDownOnce();
+    // Over everything that users and hosts do.
+    void theHostIsGivenTheFormatsAsTheyAre()
+    {
+        QSet<QByteArray> formats;
+        const auto operations = allOperations();
+        for (const Operation &operation : operations) {
+            Scene scene;
+            operation.prepare(scene);
+            operation.play(scene);
+            scene.frontEnd.driver.verify();
+            formats.unite(scene.frontEnd.record.formats());
+        }
+        const auto expected = QSet<QByteArray>(vocabulary.cbegin(), vocabulary.cend());
+        QCOMPARE(QSet<QByteArray>(formats).subtract(expected).values(), QByteArrayList());
+        QCOMPARE(QSet<QByteArray>(expected).subtract(formats).values(), QByteArrayList());
+    }
+
+    void eachIsWrittenDownOnce_data()
+    {
+        QTest::addColumn<QByteArray>("format");
+        for (const QByteArray &entry : vocabulary) {
+            QTest::newRow(entry) << literal(entry);
+        }
+    }
+
+    void eachIsWrittenDownOnce()
+    {
+        static const QByteArray sources = sourcesOfThePlugIn();
+        QFETCH(const QByteArray, format);
+        QCOMPARE(sources.count(format), 1);
+    }
 };
-
-// Over everything that users and hosts do.
-void TestEndToEndCommands::theHostIsGivenTheFormatsAsTheyAre()
-{
-    QSet<QByteArray> formats;
-    const auto operations = allOperations();
-    for (const Operation &operation : operations) {
-        Scene scene;
-        operation.prepare(scene);
-        operation.play(scene);
-        scene.frontEnd.driver.verify();
-        formats.unite(scene.frontEnd.record.formats());
-    }
-    const auto expected = QSet<QByteArray>(vocabulary.cbegin(), vocabulary.cend());
-    QCOMPARE(QSet<QByteArray>(formats).subtract(expected).values(), QByteArrayList());
-    QCOMPARE(QSet<QByteArray>(expected).subtract(formats).values(), QByteArrayList());
-}
-
-void TestEndToEndCommands::eachIsWrittenDownOnce_data()
-{
-    QTest::addColumn<QByteArray>("format");
-    for (const QByteArray &entry : vocabulary) {
-        QTest::newRow(entry) << literal(entry);
-    }
-}
-
-void TestEndToEndCommands::eachIsWrittenDownOnce()
-{
-    static const QByteArray sources = sourcesOfThePlugIn();
-    QFETCH(const QByteArray, format);
-    QCOMPARE(sources.count(format), 1);
-}
 
 VELTRA4_TEST(TestEndToEndCommands)
 #include "tst_endtoendcommands.moc"

@@ -49,9 +49,48 @@ class TestEndToEndExitInCommand : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void theHostLeavesWithinEachCall_data();
-    void theHostLeavesWithinEachCall();
+    void initTestCase()
+    {
+        for (const Operation &operation : allOperations()) {
+            if (operation.name == QByteArray("refresh")) {
+                m_refresh = playUndisturbed(operation.prepare, operation.play);
+            }
+        }
+        QVERIFY(!m_refresh.isEmpty());
+    }
+
+    void theHostLeavesWithinEachCall_data()
+    {
+        QTest::addColumn<Step>("prepare");
+        QTest::addColumn<Step>("play");
+        const auto operations = allOperations();
+        for (const Operation &operation : operations) {
+            QTest::newRow(operation.name) << operation.prepare << operation.play;
+        }
+    }
+
+    // The ways to leave take turns, but for the calls in which hosts are most likely to leave: the
+    // first, the last, and those that tell them something.
+    void theHostLeavesWithinEachCall()
+    {
+        QFETCH(const Step, prepare);
+        QFETCH(const Step, play);
+        const QVector<Call> calls = playUndisturbed(prepare, play);
+        QVERIFY(!calls.isEmpty());
+        for (const int call : callsToLeaveIn(calls)) {
+            const bool takesAllTurns =
+                calls.at(call - 1).tells || call == 1 || call == calls.size();
+            for (int turn = 0; turn < pullCount; ++turn) {
+                if (takesAllTurns || turn == call % pullCount) {
+                    playUntil(call, prepare, play, pulls[turn]);
+                }
+                if (QTest::currentTestFailed()) {
+                    qWarning("call %d of %d, turn %d", call, calls.size(), turn);
+                    return;
+                }
+            }
+        }
+    }
 
 private:
     struct Call
@@ -60,125 +99,77 @@ private:
         bool tells;         // the host something
     };
 
-    static QVector<Call> playUndisturbed(Step prepare, Step play);
-    bool isRefreshAt(const QVector<Call> &calls, int begin) const;
-    QVector<int> callsToLeaveIn(const QVector<Call> &calls) const;
-    static void playUntil(int lastCall, Step prepare, Step play, Pull pull);
+    static QVector<Call> playUndisturbed(Step prepare, Step play)
+    {
+        Scene scene;
+        prepare(scene);
+        QVector<Call> calls;
+        QByteArray command;
+        Record &record = scene.frontEnd.record;
+        record.takeMessages();
+        record.onCommand = [&](const QByteArray &sent) { command = sent; };
+        record.onCall = [&] {
+            calls.append({command, !record.takeMessages().isEmpty()});
+            command.clear();
+        };
+        play(scene);
+        record.onCommand = {};
+        record.onCall = {};
+        scene.frontEnd.driver.verify();
+        return calls;
+    }
+
+    bool isRefreshAt(const QVector<Call> &calls, int begin) const
+    {
+        return begin >= 0 && begin + m_refresh.size() <= calls.size()
+            && std::equal(m_refresh.cbegin(), m_refresh.cend(), calls.cbegin() + begin,
+                          [](const Call &left, const Call &right) {
+                              return left.command == right.command && left.tells == right.tells;
+                          });
+    }
+
+    // Counted from 1. Nearly all operations begin and end with reading the list, which is an
+    // operation of its own: of these calls only those at the borders are left in again.
+    QVector<int> callsToLeaveIn(const QVector<Call> &calls) const
+    {
+        const bool isMore = calls.size() > m_refresh.size();
+        const int first = isMore && isRefreshAt(calls, 0) ? m_refresh.size() : 1;
+        const int lastRefresh = calls.size() - m_refresh.size();
+        const int last = isMore && isRefreshAt(calls, lastRefresh) ? lastRefresh + 1 : calls.size();
+        QVector<int> chosen;
+        for (int call = first; call <= last; ++call) {
+            chosen << call;
+        }
+        if (last < calls.size()) {
+            chosen << calls.size();
+        }
+        return chosen;
+    }
+
+    static void playUntil(int lastCall, Step prepare, Step play, Pull pull)
+    {
+        Scene scene;
+        prepare(scene);
+        int calls = 0;
+        scene.frontEnd.record.onCall = [&] {
+            if (++calls == lastCall) {
+                pull(scene.frontEnd);
+            }
+        };
+        play(scene);
+        QCOMPARE(calls, lastCall); // the plug-in falls silent
+        QCOMPARE(scene.frontEnd.channel.receiverCount(), 0);
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(!QGuiApplication::overrideCursor());
+        for (const QString &problem : scene.frontEnd.driver.takeProblems()) {
+            QVERIFY2(problem.startsWith("never seen"), qPrintable(problem));
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        scene.frontEnd.triggerAction(); // the menu may still show it
+    }
 
     QVector<Call> m_refresh; // what reading the list asks for, with nothing else around it
 };
-
-void TestEndToEndExitInCommand::initTestCase()
-{
-    for (const Operation &operation : allOperations()) {
-        if (operation.name == QByteArray("refresh")) {
-            m_refresh = playUndisturbed(operation.prepare, operation.play);
-        }
-    }
-    QVERIFY(!m_refresh.isEmpty());
-}
-
-QVector<TestEndToEndExitInCommand::Call> TestEndToEndExitInCommand::playUndisturbed(Step prepare,
-                                                                                    Step play)
-{
-    Scene scene;
-    prepare(scene);
-    QVector<Call> calls;
-    QByteArray command;
-    Record &record = scene.frontEnd.record;
-    record.takeMessages();
-    record.onCommand = [&](const QByteArray &sent) { command = sent; };
-    record.onCall = [&] {
-        calls.append({command, !record.takeMessages().isEmpty()});
-        command.clear();
-    };
-    play(scene);
-    record.onCommand = {};
-    record.onCall = {};
-    scene.frontEnd.driver.verify();
-    return calls;
-}
-
-bool TestEndToEndExitInCommand::isRefreshAt(const QVector<Call> &calls, int begin) const
-{
-    return begin >= 0 && begin + m_refresh.size() <= calls.size()
-        && std::equal(m_refresh.cbegin(), m_refresh.cend(), calls.cbegin() + begin,
-                      [](const Call &left, const Call &right) {
-                          return left.command == right.command && left.tells == right.tells;
-                      });
-}
-
-// Counted from 1. Nearly all operations begin and end with reading the list, which is an operation
-// of its own: of these calls only those at the borders are left in again.
-QVector<int> TestEndToEndExitInCommand::callsToLeaveIn(const QVector<Call> &calls) const
-{
-    const bool isMore = calls.size() > m_refresh.size();
-    const int first = isMore && isRefreshAt(calls, 0) ? m_refresh.size() : 1;
-    const int lastRefresh = calls.size() - m_refresh.size();
-    const int last = isMore && isRefreshAt(calls, lastRefresh) ? lastRefresh + 1 : calls.size();
-    QVector<int> chosen;
-    for (int call = first; call <= last; ++call) {
-        chosen << call;
-    }
-    if (last < calls.size()) {
-        chosen << calls.size();
-    }
-    return chosen;
-}
-
-void TestEndToEndExitInCommand::playUntil(int lastCall, Step prepare, Step play, Pull pull)
-{
-    Scene scene;
-    prepare(scene);
-    int calls = 0;
-    scene.frontEnd.record.onCall = [&] {
-        if (++calls == lastCall) {
-            pull(scene.frontEnd);
-        }
-    };
-    play(scene);
-    QCOMPARE(calls, lastCall); // the plug-in falls silent
-    QCOMPARE(scene.frontEnd.channel.receiverCount(), 0);
-    QVERIFY(!QApplication::activeModalWidget());
-    QVERIFY(!QGuiApplication::overrideCursor());
-    for (const QString &problem : scene.frontEnd.driver.takeProblems()) {
-        QVERIFY2(problem.startsWith("never seen"), qPrintable(problem));
-    }
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    scene.frontEnd.triggerAction(); // the menu may still show it
-}
-
-void TestEndToEndExitInCommand::theHostLeavesWithinEachCall_data()
-{
-    QTest::addColumn<Step>("prepare");
-    QTest::addColumn<Step>("play");
-    const auto operations = allOperations();
-    for (const Operation &operation : operations) {
-        QTest::newRow(operation.name) << operation.prepare << operation.play;
-    }
-}
-
-// The ways to leave take turns, but for the calls in which hosts are most likely to leave: the
-// first, the last, and those that tell them something.
-void TestEndToEndExitInCommand::theHostLeavesWithinEachCall()
-{
-    QFETCH(const Step, prepare);
-    QFETCH(const Step, play);
-    const QVector<Call> calls = playUndisturbed(prepare, play);
-    QVERIFY(!calls.isEmpty());
-    for (const int call : callsToLeaveIn(calls)) {
-        const bool takesAllTurns = calls.at(call - 1).tells || call == 1 || call == calls.size();
-        for (int turn = 0; turn < pullCount; ++turn) {
-            if (takesAllTurns || turn == call % pullCount) {
-                playUntil(call, prepare, play, pulls[turn]);
-            }
-            if (QTest::currentTestFailed()) {
-                qWarning("call %d of %d, turn %d", call, calls.size(), turn);
-                return;
-            }
-        }
-    }
-}
 
 VELTRA4_TEST(TestEndToEndExitInCommand)
 #include "tst_endtoendexitincommand.moc"

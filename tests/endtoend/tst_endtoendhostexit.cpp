@@ -637,109 +637,89 @@ class TestEndToEndHostExit : public QObject
     Q_OBJECT
 
 private slots:
-    void theHostReleasesTheModule_data();
-    void theHostReleasesTheModule();
-    void theHostDestroysItsWindow_data();
-    void theHostDestroysItsWindow();
-    void theHostDoesBoth_data();
-    void theHostDoesBoth();
-    void theHostQuits_data();
-    void theHostQuits();
+    void theHostReleasesTheModule_data()
+    {
+        QTest::addColumn<Play>("play");
+        for (const Row &row : rows) {
+            QTest::newRow(row.name) << row.play;
+        }
+    }
+
+    void theHostReleasesTheModule()
+    {
+        QFETCH(Play, play);
+        run(play, [](FrontEnd &frontEnd) { frontEnd.release(); });
+    }
+
+    void theHostDestroysItsWindow_data() { theHostReleasesTheModule_data(); }
+
+    void theHostDestroysItsWindow()
+    {
+        QFETCH(Play, play);
+        run(play, [](FrontEnd &frontEnd) { frontEnd.destroyWindow(); });
+    }
+
+    void theHostDoesBoth_data() { theHostReleasesTheModule_data(); }
+
+    void theHostDoesBoth()
+    {
+        QFETCH(Play, play);
+        run(play, [](FrontEnd &frontEnd) {
+            frontEnd.release();
+            frontEnd.destroyWindow();
+            frontEnd.release();
+        });
+    }
+
+    void theHostQuits_data() { theHostReleasesTheModule_data(); }
+
+    // All windows close and all event loops end, the host's own at last; then the host cleans up.
+    void theHostQuits()
+    {
+        QFETCH(Play, play);
+        Scene scene(unlockedSample());
+        int pulls = 0;
+        scene.pull = [&pulls](QDialog *) {
+            ++pulls;
+            QApplication::closeAllWindows();
+            QCoreApplication::quit();
+        };
+        QTimer::singleShot(0, this, [&scene, play] {
+            play(scene);
+            QCoreApplication::quit(); // however the play went
+        });
+        QCoreApplication::exec();
+        QCOMPARE(pulls, 1);
+        scene.frontEnd.release();
+        QCOMPARE(scene.frontEnd.channel.receiverCount(), 0);
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
 
 private:
-    static void run(Play play, const std::function<void(FrontEnd &)> &pull);
-};
-
-void TestEndToEndHostExit::run(Play play, const std::function<void(FrontEnd &)> &pull)
-{
-    Scene scene(unlockedSample());
-    int pulls = 0;
-    scene.pull = [&](QDialog *window) {
-        const QPointer<QDialog> watched(window);
-        ++pulls;
-        pull(scene.frontEnd);
-        // A box without a parent is nobody's; the user closes it.
-        if (watched && watched->isVisible()) {
-            QVERIFY(!watched->parentWidget());
-            watched->reject();
-        }
-    };
-    play(scene);
-    QCOMPARE(pulls, 1);
-    QCOMPARE(scene.frontEnd.channel.receiverCount(), 0);
-    QVERIFY(!QApplication::activeModalWidget());
-    QVERIFY(!QGuiApplication::overrideCursor());
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    scene.frontEnd.triggerAction(); // the menu may still show it
-}
-
-void TestEndToEndHostExit::theHostReleasesTheModule_data()
-{
-    QTest::addColumn<Play>("play");
-    for (const Row &row : rows) {
-        QTest::newRow(row.name) << row.play;
-    }
-}
-
-void TestEndToEndHostExit::theHostReleasesTheModule()
-{
-    QFETCH(Play, play);
-    run(play, [](FrontEnd &frontEnd) { frontEnd.release(); });
-}
-
-void TestEndToEndHostExit::theHostDestroysItsWindow_data()
-{
-    theHostReleasesTheModule_data();
-}
-
-void TestEndToEndHostExit::theHostDestroysItsWindow()
-{
-    QFETCH(Play, play);
-    run(play, [](FrontEnd &frontEnd) { frontEnd.destroyWindow(); });
-}
-
-void TestEndToEndHostExit::theHostDoesBoth_data()
-{
-    theHostReleasesTheModule_data();
-}
-
-void TestEndToEndHostExit::theHostDoesBoth()
-{
-    QFETCH(Play, play);
-    run(play, [](FrontEnd &frontEnd) {
-        frontEnd.release();
-        frontEnd.destroyWindow();
-        frontEnd.release();
-    });
-}
-
-void TestEndToEndHostExit::theHostQuits_data()
-{
-    theHostReleasesTheModule_data();
-}
-
-// All windows close and all event loops end, the host's own at last; then the host cleans up.
-void TestEndToEndHostExit::theHostQuits()
-{
-    QFETCH(Play, play);
-    Scene scene(unlockedSample());
-    int pulls = 0;
-    scene.pull = [&pulls](QDialog *) {
-        ++pulls;
-        QApplication::closeAllWindows();
-        QCoreApplication::quit();
-    };
-    QTimer::singleShot(0, this, [&scene, play] {
+    static void run(Play play, const std::function<void(FrontEnd &)> &pull)
+    {
+        Scene scene(unlockedSample());
+        int pulls = 0;
+        scene.pull = [&](QDialog *window) {
+            const QPointer<QDialog> watched(window);
+            ++pulls;
+            pull(scene.frontEnd);
+            // A box without a parent is nobody's; the user closes it.
+            if (watched && watched->isVisible()) {
+                QVERIFY(!watched->parentWidget());
+                watched->reject();
+            }
+        };
         play(scene);
-        QCoreApplication::quit(); // however the play went
-    });
-    QCoreApplication::exec();
-    QCOMPARE(pulls, 1);
-    scene.frontEnd.release();
-    QCOMPARE(scene.frontEnd.channel.receiverCount(), 0);
-    QVERIFY(!QApplication::activeModalWidget());
-    QVERIFY(!QGuiApplication::overrideCursor());
-}
+        QCOMPARE(pulls, 1);
+        QCOMPARE(scene.frontEnd.channel.receiverCount(), 0);
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(!QGuiApplication::overrideCursor());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        scene.frontEnd.triggerAction(); // the menu may still show it
+    }
+};
 
 VELTRA4_TEST(TestEndToEndHostExit)
 #include "tst_endtoendhostexit.moc"

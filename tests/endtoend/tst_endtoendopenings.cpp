@@ -228,86 +228,79 @@ class TestEndToEndOpenings : public QObject
     Q_OBJECT
 
 private slots:
-    void theListLeavesNothingBehind();
-    void itsWindowsLeaveNothingBehind_data();
-    void itsWindowsLeaveNothingBehind();
+    void theListLeavesNothingBehind()
+    {
+        Scene scene;
+        openAgainAndAgain(
+            scene.frontEnd,
+            [&scene] {
+                scene.expect("ConfigurationDialog", cancel);
+                scene.frontEnd.tryAction();
+            },
+            0);
+    }
+
+    void itsWindowsLeaveNothingBehind_data()
+    {
+        QTest::addColumn<Step>("prepare");
+        QTest::addColumn<Opening>("open");
+        QTest::addColumn<bool>("isFileValidated");
+        for (const Window &window : windows) {
+            QTest::newRow(window.name) << window.prepare << window.open << window.isFileValidated;
+        }
+    }
+
+    void itsWindowsLeaveNothingBehind()
+    {
+        QFETCH(const Step, prepare);
+        QFETCH(const Opening, open);
+        QFETCH(const bool, isFileValidated);
+        Scene scene;
+        prepare(scene);
+        const qint64 knownLoss = isFileValidated ? lossPerValidation(scene.file) : 0;
+        scene.expect("ConfigurationDialog", [&](QDialog *list) {
+            openAgainAndAgain(
+                scene.frontEnd, [&] { open(scene, list); }, knownLoss);
+            list->reject();
+        });
+        scene.frontEnd.triggerAction();
+    }
 
 private:
+    // The @p knownLoss, bytes per opening, is not ours.
     static void openAgainAndAgain(FrontEnd &frontEnd, const std::function<void()> &open,
-                                  qint64 knownLoss);
-    static qint64 lossPerValidation(const QString &path);
+                                  qint64 knownLoss)
+    {
+        const auto openOnce = [&] {
+            open();
+            frontEnd.driver.verify();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            frontEnd.record.takeCommands();
+            frontEnd.record.takeMessages();
+        };
+        for (int i = 0; i < warmUp; ++i) {
+            openOnce();
+        }
+        const Holdings before = holdings(frontEnd);
+        const qint64 loss = lossPerTime(openOnce);
+        const Holdings after = holdings(frontEnd);
+        QCOMPARE(after.objects, before.objects);
+        QCOMPARE(after.widgets, before.widgets);
+        QCOMPARE(after.windows, before.windows);
+        QCOMPARE(after.files, before.files);
+        qInfo("%d openings, %lld bytes lost by each, %lld of them known", openings(), loss,
+              knownLoss);
+        if (isHeapMeasured()) {
+            QVERIFY(loss - knownLoss < bytesOfNoise);
+        }
+    }
+
+    // Qt's validator forgets some memory with each document.
+    static qint64 lossPerValidation(const QString &path)
+    {
+        return lossPerTime([&path] { BackupSchema::validate(path); });
+    }
 };
-
-// The @p knownLoss, bytes per opening, is not ours.
-void TestEndToEndOpenings::openAgainAndAgain(FrontEnd &frontEnd, const std::function<void()> &open,
-                                             qint64 knownLoss)
-{
-    const auto openOnce = [&] {
-        open();
-        frontEnd.driver.verify();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        frontEnd.record.takeCommands();
-        frontEnd.record.takeMessages();
-    };
-    for (int i = 0; i < warmUp; ++i) {
-        openOnce();
-    }
-    const Holdings before = holdings(frontEnd);
-    const qint64 loss = lossPerTime(openOnce);
-    const Holdings after = holdings(frontEnd);
-    QCOMPARE(after.objects, before.objects);
-    QCOMPARE(after.widgets, before.widgets);
-    QCOMPARE(after.windows, before.windows);
-    QCOMPARE(after.files, before.files);
-    qInfo("%d openings, %lld bytes lost by each, %lld of them known", openings(), loss, knownLoss);
-    if (isHeapMeasured()) {
-        QVERIFY(loss - knownLoss < bytesOfNoise);
-    }
-}
-
-// Qt's validator forgets some memory with each document.
-qint64 TestEndToEndOpenings::lossPerValidation(const QString &path)
-{
-    return lossPerTime([&path] { BackupSchema::validate(path); });
-}
-
-void TestEndToEndOpenings::theListLeavesNothingBehind()
-{
-    Scene scene;
-    openAgainAndAgain(
-        scene.frontEnd,
-        [&scene] {
-            scene.expect("ConfigurationDialog", cancel);
-            scene.frontEnd.tryAction();
-        },
-        0);
-}
-
-void TestEndToEndOpenings::itsWindowsLeaveNothingBehind_data()
-{
-    QTest::addColumn<Step>("prepare");
-    QTest::addColumn<Opening>("open");
-    QTest::addColumn<bool>("isFileValidated");
-    for (const Window &window : windows) {
-        QTest::newRow(window.name) << window.prepare << window.open << window.isFileValidated;
-    }
-}
-
-void TestEndToEndOpenings::itsWindowsLeaveNothingBehind()
-{
-    QFETCH(const Step, prepare);
-    QFETCH(const Opening, open);
-    QFETCH(const bool, isFileValidated);
-    Scene scene;
-    prepare(scene);
-    const qint64 knownLoss = isFileValidated ? lossPerValidation(scene.file) : 0;
-    scene.expect("ConfigurationDialog", [&](QDialog *list) {
-        openAgainAndAgain(
-            scene.frontEnd, [&] { open(scene, list); }, knownLoss);
-        list->reject();
-    });
-    scene.frontEnd.triggerAction();
-}
 
 VELTRA4_TEST(TestEndToEndOpenings)
 #include "tst_endtoendopenings.moc"

@@ -92,132 +92,124 @@ class TestEndToEndWindows : public QObject
 private slots:
     void cleanup() { QApplication::setPalette(QPalette()); }
 
-    void closedWindowsArePaintedOverBeforeTheNextCommand_data();
-    void closedWindowsArePaintedOverBeforeTheNextCommand();
-    void theButtonOfTheReturnKeyStandsOut_data();
-    void theButtonOfTheReturnKeyStandsOut();
-    void whatCannotBeTypedIntoLooksLikeIt_data();
-    void whatCannotBeTypedIntoLooksLikeIt();
-    void aLongActiveDescriptionIsToldInATip();
-    void afterALoadTheListHasTheKeyboard();
-};
-
-void TestEndToEndWindows::closedWindowsArePaintedOverBeforeTheNextCommand_data()
-{
-    QTest::addColumn<int>("index");
-    const auto operations = allOperations();
-    for (int i = 0; i < operations.size(); ++i) {
-        QTest::newRow(operations.at(i).name) << i;
-    }
-}
-
-void TestEndToEndWindows::closedWindowsArePaintedOverBeforeTheNextCommand()
-{
-    QFETCH(const int, index);
-    const Operation operation = allOperations().at(index);
-    Scene scene;
-    operation.prepare(scene);
-    std::optional<PaintWatch> watch;
-    scene.frontEnd.record.onCommand = [&](const QByteArray &command) {
-        const auto *list = scene.frontEnd.window->findChild<QDialog *>("ConfigurationDialog");
-        if (list == nullptr || !list->isVisible()) {
-            watch.reset();
-        } else if (!watch) {
-            watch.emplace(list);
+    void closedWindowsArePaintedOverBeforeTheNextCommand_data()
+    {
+        QTest::addColumn<int>("index");
+        const auto operations = allOperations();
+        for (int i = 0; i < operations.size(); ++i) {
+            QTest::newRow(operations.at(i).name) << i;
         }
-        QVERIFY2(!watch || watch->isUpToDate(), command.constData());
-    };
-    operation.play(scene);
-}
+    }
 
-void TestEndToEndWindows::theButtonOfTheReturnKeyStandsOut_data()
-{
-    QTest::addColumn<QByteArray>("button");
-    QTest::addColumn<QByteArray>("dialog");
-    const auto row = [](const char *button, const char *dialog) {
-        QTest::newRow(dialog) << QByteArray(button) << QByteArray(dialog);
-    };
-    row("pushButton_new", "NewConfigurationDialog");
-    row("pushButton_edit", "EditConfigDialog");
-    row("pushButton_lock", "LockConfigurationDialog");
-    row("pushButton_save", "ConfigSaveDlgClass");
-}
+    void closedWindowsArePaintedOverBeforeTheNextCommand()
+    {
+        QFETCH(const int, index);
+        const Operation operation = allOperations().at(index);
+        Scene scene;
+        operation.prepare(scene);
+        std::optional<PaintWatch> watch;
+        scene.frontEnd.record.onCommand = [&](const QByteArray &command) {
+            const auto *list = scene.frontEnd.window->findChild<QDialog *>("ConfigurationDialog");
+            if (list == nullptr || !list->isVisible()) {
+                watch.reset();
+            } else if (!watch) {
+                watch.emplace(list);
+            }
+            QVERIFY2(!watch || watch->isUpToDate(), command.constData());
+        };
+        operation.play(scene);
+    }
 
-void TestEndToEndWindows::theButtonOfTheReturnKeyStandsOut()
-{
-    QFETCH(const QByteArray, button);
-    QFETCH(const QByteArray, dialog);
-    visit(button, dialog, [](QDialog *opened) {
-        const QStringList bold = boldButtons(opened);
-        QCOMPARE(bold.size(), 1);
-        QVERIFY(UserInput::named<QPushButton>(opened, qPrintable(bold.first()))->isDefault());
-        QCOMPARE(boldButtons(qobject_cast<QDialog *>(opened->parentWidget())),
-                 QStringList("pushButton_apply"));
-        opened->reject();
-    });
-}
+    void theButtonOfTheReturnKeyStandsOut_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::addColumn<QByteArray>("dialog");
+        const auto row = [](const char *button, const char *dialog) {
+            QTest::newRow(dialog) << QByteArray(button) << QByteArray(dialog);
+        };
+        row("pushButton_new", "NewConfigurationDialog");
+        row("pushButton_edit", "EditConfigDialog");
+        row("pushButton_lock", "LockConfigurationDialog");
+        row("pushButton_save", "ConfigSaveDlgClass");
+    }
 
-void TestEndToEndWindows::whatCannotBeTypedIntoLooksLikeIt_data()
-{
-    QTest::addColumn<QPalette>("palette");
-    QTest::newRow("light") << QPalette(Qt::lightGray);
-    QTest::newRow("dark") << QPalette(Qt::darkGray, QColor(32, 32, 32));
-}
+    void theButtonOfTheReturnKeyStandsOut()
+    {
+        QFETCH(const QByteArray, button);
+        QFETCH(const QByteArray, dialog);
+        visit(button, dialog, [](QDialog *opened) {
+            const QStringList bold = boldButtons(opened);
+            QCOMPARE(bold.size(), 1);
+            QVERIFY(UserInput::named<QPushButton>(opened, qPrintable(bold.first()))->isDefault());
+            QCOMPARE(boldButtons(qobject_cast<QDialog *>(opened->parentWidget())),
+                     QStringList("pushButton_apply"));
+            opened->reject();
+        });
+    }
 
-void TestEndToEndWindows::whatCannotBeTypedIntoLooksLikeIt()
-{
-    QFETCH(const QPalette, palette);
-    Scene scene;
-    QApplication::setPalette(palette); // as a desktop may in the evening
-    const auto looksLikeItsWindow = [](QDialog *dialog, const char *name) {
-        QWidget *field = UserInput::widgetNamed(dialog, QString::fromLatin1(name));
-        const QPalette &around = dialog->palette();
-        return backgroundOf(field) == around.color(QPalette::Window)
-            && field->palette().color(QPalette::Text) == around.color(QPalette::WindowText);
-    };
-    load(scene, [&](QDialog *dialog) {
-        QVERIFY(looksLikeItsWindow(dialog, "lineEdit_path"));
-        dialog->reject();
-    });
-    scene.useList([&](QDialog *list) {
-        QVERIFY(looksLikeItsWindow(list, "lineEdit_activeConfig"));
-        scene.expect("EditConfigDialog", [&](QDialog *dialog) {
-            QVERIFY(looksLikeItsWindow(dialog, "lineEdit_configId"));
-            QVERIFY(!looksLikeItsWindow(dialog, "lineEdit_desc"));
+    void whatCannotBeTypedIntoLooksLikeIt_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("light") << QPalette(Qt::lightGray);
+        QTest::newRow("dark") << QPalette(Qt::darkGray, QColor(32, 32, 32));
+    }
+
+    void whatCannotBeTypedIntoLooksLikeIt()
+    {
+        QFETCH(const QPalette, palette);
+        Scene scene;
+        QApplication::setPalette(palette); // as a desktop may in the evening
+        const auto looksLikeItsWindow = [](QDialog *dialog, const char *name) {
+            QWidget *field = UserInput::widgetNamed(dialog, QString::fromLatin1(name));
+            const QPalette &around = dialog->palette();
+            return backgroundOf(field) == around.color(QPalette::Window)
+                && field->palette().color(QPalette::Text) == around.color(QPalette::WindowText);
+        };
+        load(scene, [&](QDialog *dialog) {
+            QVERIFY(looksLikeItsWindow(dialog, "lineEdit_path"));
             dialog->reject();
         });
-        UserInput::click(list, "pushButton_edit");
-    });
-}
+        scene.useList([&](QDialog *list) {
+            QVERIFY(looksLikeItsWindow(list, "lineEdit_activeConfig"));
+            scene.expect("EditConfigDialog", [&](QDialog *dialog) {
+                QVERIFY(looksLikeItsWindow(dialog, "lineEdit_configId"));
+                QVERIFY(!looksLikeItsWindow(dialog, "lineEdit_desc"));
+                dialog->reject();
+            });
+            UserInput::click(list, "pushButton_edit");
+        });
+    }
 
-void TestEndToEndWindows::aLongActiveDescriptionIsToldInATip()
-{
-    ControllerState state = ControllerState::sample();
-    configurationIn(state, state.activeIdentifier).description = "a < b & <b>c</b>";
-    FrontEnd frontEnd(state);
-    frontEnd.useList([](QDialog *list) {
-        const QWidget *field = UserInput::widgetNamed(list, "lineEdit_activeConfig");
-        QVERIFY(Qt::mightBeRichText(field->toolTip()));
-        QTextDocument told;
-        told.setHtml(field->toolTip());
-        QCOMPARE(told.toPlainText(), "a < b & <b>c</b>");
-    });
-}
+    void aLongActiveDescriptionIsToldInATip()
+    {
+        ControllerState state = ControllerState::sample();
+        configurationIn(state, state.activeIdentifier).description = "a < b & <b>c</b>";
+        FrontEnd frontEnd(state);
+        frontEnd.useList([](QDialog *list) {
+            const QWidget *field = UserInput::widgetNamed(list, "lineEdit_activeConfig");
+            QVERIFY(Qt::mightBeRichText(field->toolTip()));
+            QTextDocument told;
+            told.setHtml(field->toolTip());
+            QCOMPARE(told.toPlainText(), "a < b & <b>c</b>");
+        });
+    }
 
-void TestEndToEndWindows::afterALoadTheListHasTheKeyboard()
-{
-    Scene scene;
-    const auto loadAll = [&scene](QDialog *dialog) {
-        scene.answer(QMessageBox::Ok);
-        UserInput::click(dialog, "pushButton_load");
-        // As window managers do that give the keyboard to the window that had it before all others.
-        QApplication::setActiveWindow(scene.frontEnd.window.get());
-    };
-    load(scene, loadAll, [](QDialog *list) {
-        QTRY_VERIFY(list->isActiveWindow());
-        QCOMPARE(UserInput::focusOf(list), "tableWidget");
-    });
-}
+    void afterALoadTheListHasTheKeyboard()
+    {
+        Scene scene;
+        const auto loadAll = [&scene](QDialog *dialog) {
+            scene.answer(QMessageBox::Ok);
+            UserInput::click(dialog, "pushButton_load");
+            // As window managers do that give the keyboard to the window that had it before all
+            // others.
+            QApplication::setActiveWindow(scene.frontEnd.window.get());
+        };
+        load(scene, loadAll, [](QDialog *list) {
+            QTRY_VERIFY(list->isActiveWindow());
+            QCOMPARE(UserInput::focusOf(list), "tableWidget");
+        });
+    }
+};
 
 VELTRA4_TEST(TestEndToEndWindows)
 #include "tst_endtoendwindows.moc"

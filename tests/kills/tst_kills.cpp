@@ -77,203 +77,198 @@ class TestKills : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase()
+    {
+        const int each = killsOfEach();
+        qInfo("%d kills of each operation", each);
+    }
+
     void aSaveLeavesTheOldFileOrTheNew_data() { addBlocks(); }
-    void aSaveLeavesTheOldFileOrTheNew();
+
+    void aSaveLeavesTheOldFileOrTheNew()
+    {
+        QFETCH(const int, kills);
+        start();
+        const QString path = m_home->filePath("saved.dat");
+        QVector<Archive::Item> items;
+        for (const Configuration &configuration : m_state.configurations) {
+            items << TransferFiles::item(configuration);
+        }
+        TransferFiles::write(path, Archive::pack(items));
+        int inTheMiddle = 0;
+        for (int i = 0; i < kills; ++i) {
+            killDuring("save", "saved.dat");
+            checkState();
+            if (QTest::currentTestFailed()) {
+                return;
+            }
+            if (!isWholeSave(path, m_state)) {
+                ++inTheMiddle;
+                QVERIFY(isWholeSave(path + ".bak", m_state));
+                // The user takes the older one, before the next save makes the half one the older
+                // one.
+                QFile::remove(path);
+                QVERIFY(QFile::rename(path + ".bak", path));
+            }
+        }
+        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
+    }
+
     void aBackupByHandIsWholeOrNotThere_data() { addBlocks(); }
-    void aBackupByHandIsWholeOrNotThere();
+
+    void aBackupByHandIsWholeOrNotThere()
+    {
+        QFETCH(const int, kills);
+        start();
+        const QString path = m_home->filePath("all.xml");
+        int inTheMiddle = 0;
+        bool wasThere = false;
+        for (int i = 0; i < kills; ++i) {
+            inTheMiddle += killDuring("manual", "all.xml") ? 1 : 0;
+            checkState();
+            if (QTest::currentTestFailed()) {
+                return;
+            }
+            const bool isThere = QFile::exists(path);
+            QVERIFY(isThere || !wasThere); // the one before it is not lost
+            QVERIFY(!isThere || isWholeBackup(path, m_state));
+            wasThere = isThere;
+        }
+        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
+    }
+
     void anAutomaticBackupIsWholeOrNotThere_data() { addBlocks(); }
-    void anAutomaticBackupIsWholeOrNotThere();
+
+    void anAutomaticBackupIsWholeOrNotThere()
+    {
+        QFETCH(const int, kills);
+        start();
+        const QString folder = ".ZOR/VELTRA4/v4.12.3/backup";
+        QVERIFY(QDir(m_home->path()).mkpath(folder));
+        const QDir directory(m_home->filePath(folder));
+        const QString host = QString::fromLatin1(m_state.hostName) + ".xml";
+        const QString today =
+            QStringLiteral("backup_%1_").arg(QDate::currentDate().toString(Qt::ISODate)) + host;
+        const QString newestOlder = TransferFiles::write(
+            directory.filePath("backup_2024-02-01_" + host), "the newest older");
+        int inTheMiddle = 0;
+        for (int i = 0; i < kills; ++i) {
+            TransferFiles::write(directory.filePath("backup_2024-01-01_" + host), "the oldest");
+            inTheMiddle += killDuring("automatic", folder + "/" + today) ? 1 : 0;
+            checkState();
+            if (QTest::currentTestFailed()) {
+                return;
+            }
+            const QString path = directory.filePath(today);
+            QVERIFY(!QFile::exists(path) || isWholeBackup(path, m_state));
+            QCOMPARE(TransferFiles::contentsOf(newestOlder), QByteArray("the newest older"));
+        }
+        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
+    }
+
     void theControllersStateIsWhole_data() { addBlocks(); }
-    void theControllersStateIsWhole();
+
+    void theControllersStateIsWhole()
+    {
+        QFETCH(const int, kills);
+        start();
+        int inTheMiddle = 0;
+        for (int i = 0; i < kills; ++i) {
+            inTheMiddle += killDuring("edit", "state.json") ? 1 : 0;
+            checkState();
+            if (QTest::currentTestFailed()) {
+                return;
+            }
+        }
+        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
+    }
 
 private:
-    static void addBlocks();
-    void start();
-    bool killDuring(const QString &operation, const QString &fileName);
-    void waitForTheMoment(qint64 process, const QString &fileName);
-    bool isWriting(qint64 process, const QString &fileName) const;
-    void checkState();
+    static void addBlocks()
+    {
+        QTest::addColumn<int>("kills");
+        for (int done = 0; done < killsOfEach(); done += killsPerBlock) {
+            const int kills = qMin(killsPerBlock, killsOfEach() - done);
+            QTest::addRow("kills %d to %d", done + 1, done + kills) << kills;
+        }
+    }
+
+    // A new home, with a controller that has never been killed.
+    void start()
+    {
+        m_home = std::make_unique<QTemporaryDir>();
+        QString error;
+        QVERIFY2(StateFile::save(m_home->filePath("state.json"), m_state, &error),
+                 qPrintable(error));
+    }
+
+    // While the operation goes on that writes fileName. Returns whether it was just being written.
+    bool killDuring(const QString &operation, const QString &fileName)
+    {
+        QProcess victim;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("HOME", m_home->path());
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        victim.setProcessEnvironment(environment);
+        victim.start(VELTRA4_VICTIM_PATH, {operation});
+        const bool isAtWork = victim.waitForReadyRead(patienceMs);
+        waitForTheMoment(victim.processId(), fileName);
+        // Stopped first, so that there is time to look.
+        ::kill(pid_t(victim.processId()), SIGSTOP);
+        const bool isInTheMiddle = isWriting(victim.processId(), fileName);
+        if (!isAtWork || victim.state() != QProcess::Running) {
+            QTest::qFail(victim.readAllStandardError().constData(), __FILE__, __LINE__);
+        }
+        victim.kill();
+        victim.waitForFinished(patienceMs);
+        return isInTheMiddle;
+    }
+
+    // Any moment; every other time one at which the file is being written, which is soon over.
+    void waitForTheMoment(qint64 process, const QString &fileName)
+    {
+        QThread::msleep(m_random.bounded(latestKillMs));
+        if (m_random.bounded(2U) == 0) {
+            return;
+        }
+        QElapsedTimer timer;
+        timer.start();
+        while (!isWriting(process, fileName) && timer.elapsed() < longestAimMs) {
+            QThread::usleep(50);
+        }
+        QThread::usleep(m_random.bounded(latestAimedKillUs));
+    }
+
+    // What is written has no name until it is whole, or another one where the disk cannot do that.
+    bool isWriting(qint64 process, const QString &fileName) const
+    {
+        const QFileInfo file(m_home->filePath(fileName));
+        const QFileInfoList open = QDir(QStringLiteral("/proc/%1/fd").arg(process)).entryInfoList();
+        return std::any_of(open.cbegin(), open.cend(), [&file](const QFileInfo &descriptor) {
+            const QString path = descriptor.symLinkTarget();
+            return path.startsWith(file.path() + "/#") || path.startsWith(file.filePath());
+        });
+    }
+
+    // Whatever was under way, the controller starts again with all its configurations.
+    void checkState()
+    {
+        ControllerState state;
+        QString error;
+        QVERIFY2(StateFile::load(m_home->filePath("state.json"), &state, &error),
+                 qPrintable(error));
+        QCOMPARE(state.configurations.size(), m_state.configurations.size());
+        for (int i = 0; i < state.configurations.size(); ++i) {
+            QCOMPARE(state.configurations.at(i).identifier,
+                     m_state.configurations.at(i).identifier);
+            QCOMPARE(state.configurations.at(i).data, m_state.configurations.at(i).data);
+        }
+    }
 
     std::unique_ptr<QTemporaryDir> m_home;
     const ControllerState m_state = unlockedState();
     QRandomGenerator m_random = QRandomGenerator::securelySeeded();
 };
-
-void TestKills::addBlocks()
-{
-    QTest::addColumn<int>("kills");
-    for (int done = 0; done < killsOfEach(); done += killsPerBlock) {
-        const int kills = qMin(killsPerBlock, killsOfEach() - done);
-        QTest::addRow("kills %d to %d", done + 1, done + kills) << kills;
-    }
-}
-
-void TestKills::initTestCase()
-{
-    const int each = killsOfEach();
-    qInfo("%d kills of each operation", each);
-}
-
-// A new home, with a controller that has never been killed.
-void TestKills::start()
-{
-    m_home = std::make_unique<QTemporaryDir>();
-    QString error;
-    QVERIFY2(StateFile::save(m_home->filePath("state.json"), m_state, &error), qPrintable(error));
-}
-
-// While the operation goes on that writes fileName. Returns whether it was just being written.
-bool TestKills::killDuring(const QString &operation, const QString &fileName)
-{
-    QProcess victim;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("HOME", m_home->path());
-    environment.insert("QT_QPA_PLATFORM", "offscreen");
-    victim.setProcessEnvironment(environment);
-    victim.start(VELTRA4_VICTIM_PATH, {operation});
-    const bool isAtWork = victim.waitForReadyRead(patienceMs);
-    waitForTheMoment(victim.processId(), fileName);
-    // Stopped first, so that there is time to look.
-    ::kill(pid_t(victim.processId()), SIGSTOP);
-    const bool isInTheMiddle = isWriting(victim.processId(), fileName);
-    if (!isAtWork || victim.state() != QProcess::Running) {
-        QTest::qFail(victim.readAllStandardError().constData(), __FILE__, __LINE__);
-    }
-    victim.kill();
-    victim.waitForFinished(patienceMs);
-    return isInTheMiddle;
-}
-
-// Whatever was under way, the controller starts again with all its configurations.
-void TestKills::checkState()
-{
-    ControllerState state;
-    QString error;
-    QVERIFY2(StateFile::load(m_home->filePath("state.json"), &state, &error), qPrintable(error));
-    QCOMPARE(state.configurations.size(), m_state.configurations.size());
-    for (int i = 0; i < state.configurations.size(); ++i) {
-        QCOMPARE(state.configurations.at(i).identifier, m_state.configurations.at(i).identifier);
-        QCOMPARE(state.configurations.at(i).data, m_state.configurations.at(i).data);
-    }
-}
-
-// Any moment; every other time one at which the file is being written, which is soon over.
-void TestKills::waitForTheMoment(qint64 process, const QString &fileName)
-{
-    QThread::msleep(m_random.bounded(latestKillMs));
-    if (m_random.bounded(2U) == 0) {
-        return;
-    }
-    QElapsedTimer timer;
-    timer.start();
-    while (!isWriting(process, fileName) && timer.elapsed() < longestAimMs) {
-        QThread::usleep(50);
-    }
-    QThread::usleep(m_random.bounded(latestAimedKillUs));
-}
-
-// What is written has no name until it is whole, or another one where the disk cannot do that.
-bool TestKills::isWriting(qint64 process, const QString &fileName) const
-{
-    const QFileInfo file(m_home->filePath(fileName));
-    const QFileInfoList open = QDir(QStringLiteral("/proc/%1/fd").arg(process)).entryInfoList();
-    return std::any_of(open.cbegin(), open.cend(), [&file](const QFileInfo &descriptor) {
-        const QString path = descriptor.symLinkTarget();
-        return path.startsWith(file.path() + "/#") || path.startsWith(file.filePath());
-    });
-}
-
-void TestKills::aSaveLeavesTheOldFileOrTheNew()
-{
-    QFETCH(const int, kills);
-    start();
-    const QString path = m_home->filePath("saved.dat");
-    QVector<Archive::Item> items;
-    for (const Configuration &configuration : m_state.configurations) {
-        items << TransferFiles::item(configuration);
-    }
-    TransferFiles::write(path, Archive::pack(items));
-    int inTheMiddle = 0;
-    for (int i = 0; i < kills; ++i) {
-        killDuring("save", "saved.dat");
-        checkState();
-        if (QTest::currentTestFailed()) {
-            return;
-        }
-        if (!isWholeSave(path, m_state)) {
-            ++inTheMiddle;
-            QVERIFY(isWholeSave(path + ".bak", m_state));
-            // The user takes the older one, before the next save makes the half one the older one.
-            QFile::remove(path);
-            QVERIFY(QFile::rename(path + ".bak", path));
-        }
-    }
-    qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
-}
-
-void TestKills::aBackupByHandIsWholeOrNotThere()
-{
-    QFETCH(const int, kills);
-    start();
-    const QString path = m_home->filePath("all.xml");
-    int inTheMiddle = 0;
-    bool wasThere = false;
-    for (int i = 0; i < kills; ++i) {
-        inTheMiddle += killDuring("manual", "all.xml") ? 1 : 0;
-        checkState();
-        if (QTest::currentTestFailed()) {
-            return;
-        }
-        const bool isThere = QFile::exists(path);
-        QVERIFY(isThere || !wasThere); // the one before it is not lost
-        QVERIFY(!isThere || isWholeBackup(path, m_state));
-        wasThere = isThere;
-    }
-    qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
-}
-
-void TestKills::anAutomaticBackupIsWholeOrNotThere()
-{
-    QFETCH(const int, kills);
-    start();
-    const QString folder = ".ZOR/VELTRA4/v4.12.3/backup";
-    QVERIFY(QDir(m_home->path()).mkpath(folder));
-    const QDir directory(m_home->filePath(folder));
-    const QString host = QString::fromLatin1(m_state.hostName) + ".xml";
-    const QString today =
-        QStringLiteral("backup_%1_").arg(QDate::currentDate().toString(Qt::ISODate)) + host;
-    const QString newestOlder =
-        TransferFiles::write(directory.filePath("backup_2024-02-01_" + host), "the newest older");
-    int inTheMiddle = 0;
-    for (int i = 0; i < kills; ++i) {
-        TransferFiles::write(directory.filePath("backup_2024-01-01_" + host), "the oldest");
-        inTheMiddle += killDuring("automatic", folder + "/" + today) ? 1 : 0;
-        checkState();
-        if (QTest::currentTestFailed()) {
-            return;
-        }
-        const QString path = directory.filePath(today);
-        QVERIFY(!QFile::exists(path) || isWholeBackup(path, m_state));
-        QCOMPARE(TransferFiles::contentsOf(newestOlder), QByteArray("the newest older"));
-    }
-    qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
-}
-
-void TestKills::theControllersStateIsWhole()
-{
-    QFETCH(const int, kills);
-    start();
-    int inTheMiddle = 0;
-    for (int i = 0; i < kills; ++i) {
-        inTheMiddle += killDuring("edit", "state.json") ? 1 : 0;
-        checkState();
-        if (QTest::currentTestFailed()) {
-            return;
-        }
-    }
-    qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
-}
 
 VELTRA4_TEST(TestKills)
 #include "tst_kills.moc"

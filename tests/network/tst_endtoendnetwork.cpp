@@ -309,230 +309,228 @@ class TestEndToEndNetwork : public QObject
 
 private slots:
     void init() { m_home.emplace(); }
-    void cleanup();
+
+    void cleanup()
+    {
+        m_home.reset();
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
 
     void refreshing_data() { troubles(); }
-    void refreshing();
+
+    void refreshing()
+    {
+        QFETCH(const Trouble, trouble);
+        Scene scene(lightSample());
+        const QStringList before = scene.listLines();
+        QCOMPARE(before.size(), 12);
+        QCOMPARE(scene.host.record.takeMessages(), QStringList());
+
+        scene.expectTrouble(trouble, "^config desc_of_config ", 3);
+        const QStringList during = scene.listLines();
+        const QStringList messages = scene.host.record.takeMessages();
+        QCOMPARE(during.size(), 12);
+        if (trouble == Trouble::Restart) {
+            QCOMPARE(messages, QStringList());
+            QCOMPARE(during, before);
+        } else if (trouble == Trouble::Slow) {
+            QCOMPARE(messages,
+                     QStringList{errorMessage("Unable to get whether configuration has pasword")});
+        } else {
+            QCOMPARE(messages.size(), 1 + 9 * 4); // all that was left to be asked
+            scene.host.driver.expectBox(noContactBox());
+            scene.host.triggerAction();
+            QCOMPARE(scene.host.record.takeMessages(), refreshErrors());
+        }
+
+        scene.recover();
+        QCOMPARE(scene.listLines(), before);
+        QCOMPARE(scene.host.record.takeMessages(), QStringList());
+        QCOMPARE(scene.server.state(), lightSample());
+    }
+
     void saving_data() { troubles(); }
-    void saving();
+
+    void saving()
+    {
+        QFETCH(const Trouble, trouble);
+        Scene scene(lightSample());
+        scene.expectTrouble(trouble, "^system download [0-9]+$", 5);
+        scene.save(path("broken.dat"), {notSavedBox(path("broken.dat"))});
+        const QStringList messages = scene.host.record.takeMessages();
+        if (Scene::isReachable(trouble)) {
+            // The copy is gone, and the one that was active is so again.
+            QCOMPARE(messages, QStringList());
+            QCOMPARE(scene.server.state(), lightSample());
+        } else {
+            QCOMPARE(messages.size(), 2);
+            QVERIFY2(messages.at(0).startsWith(errorMessage(
+                         "Error save configuration: Cannot delete configuration config")),
+                     qPrintable(messages.at(0)));
+            QCOMPARE(messages.at(1),
+                     errorMessage("Error save configuration: Cannot set active configuration '"
+                                  + QString::fromLatin1(Sample::active) + '\''));
+        }
+
+        scene.recover();
+        scene.save(path("whole.dat"), {savedBox(path("whole.dat"))});
+        QCOMPARE(scene.host.record.takeMessages(), QStringList());
+        verifyNothingIsMissing(scene.server.state(), lightSample());
+        QVector<Archive::Item> items;
+        QString error;
+        QVERIFY2(Archive::unpack(TransferFiles::contentsOf(path("whole.dat")), &items, &error),
+                 qPrintable(error));
+        QCOMPARE(items.size(), 1);
+        QCOMPARE(items.at(0).data, configurationIn(lightSample(), Sample::fair).data);
+    }
+
     void backingUp_data() { troubles(); }
-    void backingUp();
-    void backingUpEveryDay();
+
+    void backingUp()
+    {
+        QFETCH(const Trouble, trouble);
+        Scene scene(lightSample());
+        scene.expectTrouble(trouble, "^system download [0-9]+$", 50);
+        scene.backUp(path("broken.xml"), notBackedUpBox());
+        QVERIFY(!QFileInfo::exists(path("broken.xml")));
+        QCOMPARE(scene.host.record.takeMessages(), QStringList());
+
+        scene.recover();
+        scene.backUp(path("whole.xml"), backedUpBox());
+        QVERIFY(QFileInfo::exists(path("whole.xml")));
+        QCOMPARE(scene.host.record.takeMessages(), QStringList());
+        QCOMPARE(scene.server.state(), lightSample());
+    }
+
+    void backingUpEveryDay()
+    {
+        Scene scene(lightSample());
+        scene.host.tellVersion(HostVersion::current);
+        scene.expectTrouble(Trouble::Kill, "^system download [0-9]+$", 50);
+        QStringList messages;
+        QTRY_VERIFY_WITH_TIMEOUT((messages += scene.host.record.takeMessages()).size() == 1,
+                                 patienceMs);
+        QCOMPARE(messages, QStringList{errorMessage("Error execute the automatic backup")});
+        QCOMPARE(QDir(path(".ZOR/VELTRA4/v4.2.0/backup")).entryList(QDir::Files), QStringList());
+        scene.recover();
+        QCOMPARE(scene.listLines().size(), 12);
+        QCOMPARE(scene.server.state(), lightSample());
+    }
+
     void uploading_data() { troubles(); }
-    void uploading();
+
+    void uploading()
+    {
+        QFETCH(const Trouble, trouble);
+        ControllerState state = lightSample();
+        const Configuration fair = configurationIn(state, Sample::fair);
+        TransferFiles::write(path("one.dat"), Archive::pack({TransferFiles::item(fair)}));
+        removeConfiguration(state, Sample::fair);
+        Scene scene(state);
+        state.configurations << fair; // as it is to be in the end
+
+        scene.expectTrouble(trouble, "^system upload [0-9]+ ", 20);
+        if (trouble == Trouble::Slow) {
+            // The chunk was taken in spite of it, and nobody asked for the result.
+            scene.load(path("one.dat"), {loadBox("successfully")});
+            QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
+            scene.recover();
+        } else {
+            const QStringList error{errorMessage("Error: Unable to get loaded configurations")};
+            const bool isReachable = Scene::isReachable(trouble);
+            scene.chooseToLoad(path("one.dat"),
+                               isReachable ? QVector<ExpectedBox>()
+                                           : QVector<ExpectedBox>{noContactBox()});
+            QCOMPARE(scene.host.record.takeMessages(),
+                     isReachable ? error : error + refreshErrors());
+            scene.recover();
+            scene.load(path("one.dat"), {loadBox("successfully")});
+            QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
+        }
+        QCOMPARE(scene.server.state(), state);
+    }
+
     void importing_data() { troubles(); }
-    void importing();
+
+    // What is to be replaced is deleted before; then the controller is not there.
+    void importing()
+    {
+        QFETCH(const Trouble, trouble);
+        const ControllerState before = lightSample();
+        TransferFiles::write(
+            path("two.dat"),
+            Archive::pack({TransferFiles::item(configurationIn(before, Sample::fair)),
+                           TransferFiles::item(configurationIn(before, Sample::rotor))}));
+        Scene scene(before);
+        scene.expectTrouble(trouble, "^veltra2 config delete_config ", 1);
+        if (trouble == Trouble::Slow) {
+            scene.load(path("two.dat"), {loadBox("successfully")});
+            QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
+            scene.recover();
+        } else {
+            const bool isReachable = Scene::isReachable(trouble);
+            QVector<ExpectedBox> boxes{loadBox("unsuccessfully")};
+            if (!isReachable) {
+                boxes << noContactBox(); // from the list behind the dialog
+            }
+            scene.load(path("two.dat"), boxes);
+            const QStringList event{changeEvent()};
+            QCOMPARE(scene.host.record.takeMessages(),
+                     isReachable ? event : event + refreshErrors());
+            scene.recover();
+            scene.load(path("two.dat"), {loadBox("successfully")});
+        }
+        const ControllerState after = scene.server.state();
+        QCOMPARE(after.configurations.size(), before.configurations.size());
+        verifyNothingIsMissing(after, before);
+        QCOMPARE(after.activeIdentifier, before.activeIdentifier);
+    }
+
     void restoring_data() { troubles(); }
-    void restoring();
+
+    void restoring()
+    {
+        QFETCH(const Trouble, trouble);
+        const ControllerState before = unlockedSample();
+        Scene scene(before);
+        scene.backUp(path("backup.xml"), backedUpBox());
+        QCOMPARE(scene.channel.sendCommand("system net dhcp"), 0);
+        std::array<char, LineChannel::replyCapacity> reply = {};
+        QCOMPARE(scene.channel.sendCommandReply(reply.data(), "veltra2 config delete_config %s",
+                                                Sample::fair.constData()),
+                 0);
+        scene.host.record.takeMessages();
+
+        scene.expectTrouble(trouble, "^system import 'config'", 4);
+        QVector<ExpectedBox> boxes{notRestoredBox(path("backup.xml"))};
+        if (!Scene::isReachable(trouble)) {
+            boxes << noContactBox();
+        }
+        scene.restore(path("backup.xml"), boxes);
+        QCOMPARE(scene.host.record.takeMessages(),
+                 Scene::isReachable(trouble) ? QStringList() : refreshErrors());
+        QVERIFY(scene.server.state() != before);
+
+        scene.recover();
+        scene.restore(path("backup.xml"), {restoredBox()});
+        QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
+        QCOMPARE(scene.server.state(), before);
+    }
 
 private:
-    static void troubles();
+    static void troubles()
+    {
+        QTest::addColumn<Trouble>("trouble");
+        QTest::newRow("killed") << Trouble::Kill;
+        QTest::newRow("stopped") << Trouble::Stop;
+        QTest::newRow("restarted") << Trouble::Restart;
+        QTest::newRow("slow") << Trouble::Slow;
+    }
+
     QString path(const QString &name) const { return m_home->filePath(name); }
 
     std::optional<TemporaryHome> m_home;
 };
-
-void TestEndToEndNetwork::cleanup()
-{
-    m_home.reset();
-    QVERIFY(!QGuiApplication::overrideCursor());
-}
-
-void TestEndToEndNetwork::troubles()
-{
-    QTest::addColumn<Trouble>("trouble");
-    QTest::newRow("killed") << Trouble::Kill;
-    QTest::newRow("stopped") << Trouble::Stop;
-    QTest::newRow("restarted") << Trouble::Restart;
-    QTest::newRow("slow") << Trouble::Slow;
-}
-
-void TestEndToEndNetwork::refreshing()
-{
-    QFETCH(const Trouble, trouble);
-    Scene scene(lightSample());
-    const QStringList before = scene.listLines();
-    QCOMPARE(before.size(), 12);
-    QCOMPARE(scene.host.record.takeMessages(), QStringList());
-
-    scene.expectTrouble(trouble, "^config desc_of_config ", 3);
-    const QStringList during = scene.listLines();
-    const QStringList messages = scene.host.record.takeMessages();
-    QCOMPARE(during.size(), 12);
-    if (trouble == Trouble::Restart) {
-        QCOMPARE(messages, QStringList());
-        QCOMPARE(during, before);
-    } else if (trouble == Trouble::Slow) {
-        QCOMPARE(messages,
-                 QStringList{errorMessage("Unable to get whether configuration has pasword")});
-    } else {
-        QCOMPARE(messages.size(), 1 + 9 * 4); // all that was left to be asked
-        scene.host.driver.expectBox(noContactBox());
-        scene.host.triggerAction();
-        QCOMPARE(scene.host.record.takeMessages(), refreshErrors());
-    }
-
-    scene.recover();
-    QCOMPARE(scene.listLines(), before);
-    QCOMPARE(scene.host.record.takeMessages(), QStringList());
-    QCOMPARE(scene.server.state(), lightSample());
-}
-
-void TestEndToEndNetwork::saving()
-{
-    QFETCH(const Trouble, trouble);
-    Scene scene(lightSample());
-    scene.expectTrouble(trouble, "^system download [0-9]+$", 5);
-    scene.save(path("broken.dat"), {notSavedBox(path("broken.dat"))});
-    const QStringList messages = scene.host.record.takeMessages();
-    if (Scene::isReachable(trouble)) {
-        // The copy is gone, and the one that was active is so again.
-        QCOMPARE(messages, QStringList());
-        QCOMPARE(scene.server.state(), lightSample());
-    } else {
-        QCOMPARE(messages.size(), 2);
-        QVERIFY2(messages.at(0).startsWith(
-                     errorMessage("Error save configuration: Cannot delete configuration config")),
-                 qPrintable(messages.at(0)));
-        QCOMPARE(messages.at(1),
-                 errorMessage("Error save configuration: Cannot set active configuration '"
-                              + QString::fromLatin1(Sample::active) + '\''));
-    }
-
-    scene.recover();
-    scene.save(path("whole.dat"), {savedBox(path("whole.dat"))});
-    QCOMPARE(scene.host.record.takeMessages(), QStringList());
-    verifyNothingIsMissing(scene.server.state(), lightSample());
-    QVector<Archive::Item> items;
-    QString error;
-    QVERIFY2(Archive::unpack(TransferFiles::contentsOf(path("whole.dat")), &items, &error),
-             qPrintable(error));
-    QCOMPARE(items.size(), 1);
-    QCOMPARE(items.at(0).data, configurationIn(lightSample(), Sample::fair).data);
-}
-
-void TestEndToEndNetwork::backingUp()
-{
-    QFETCH(const Trouble, trouble);
-    Scene scene(lightSample());
-    scene.expectTrouble(trouble, "^system download [0-9]+$", 50);
-    scene.backUp(path("broken.xml"), notBackedUpBox());
-    QVERIFY(!QFileInfo::exists(path("broken.xml")));
-    QCOMPARE(scene.host.record.takeMessages(), QStringList());
-
-    scene.recover();
-    scene.backUp(path("whole.xml"), backedUpBox());
-    QVERIFY(QFileInfo::exists(path("whole.xml")));
-    QCOMPARE(scene.host.record.takeMessages(), QStringList());
-    QCOMPARE(scene.server.state(), lightSample());
-}
-
-void TestEndToEndNetwork::backingUpEveryDay()
-{
-    Scene scene(lightSample());
-    scene.host.tellVersion(HostVersion::current);
-    scene.expectTrouble(Trouble::Kill, "^system download [0-9]+$", 50);
-    QStringList messages;
-    QTRY_VERIFY_WITH_TIMEOUT((messages += scene.host.record.takeMessages()).size() == 1,
-                             patienceMs);
-    QCOMPARE(messages, QStringList{errorMessage("Error execute the automatic backup")});
-    QCOMPARE(QDir(path(".ZOR/VELTRA4/v4.2.0/backup")).entryList(QDir::Files), QStringList());
-    scene.recover();
-    QCOMPARE(scene.listLines().size(), 12);
-    QCOMPARE(scene.server.state(), lightSample());
-}
-
-void TestEndToEndNetwork::uploading()
-{
-    QFETCH(const Trouble, trouble);
-    ControllerState state = lightSample();
-    const Configuration fair = configurationIn(state, Sample::fair);
-    TransferFiles::write(path("one.dat"), Archive::pack({TransferFiles::item(fair)}));
-    removeConfiguration(state, Sample::fair);
-    Scene scene(state);
-    state.configurations << fair; // as it is to be in the end
-
-    scene.expectTrouble(trouble, "^system upload [0-9]+ ", 20);
-    if (trouble == Trouble::Slow) {
-        // The chunk was taken in spite of it, and nobody asked for the result.
-        scene.load(path("one.dat"), {loadBox("successfully")});
-        QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-        scene.recover();
-    } else {
-        const QStringList error{errorMessage("Error: Unable to get loaded configurations")};
-        const bool isReachable = Scene::isReachable(trouble);
-        scene.chooseToLoad(path("one.dat"),
-                           isReachable ? QVector<ExpectedBox>()
-                                       : QVector<ExpectedBox>{noContactBox()});
-        QCOMPARE(scene.host.record.takeMessages(), isReachable ? error : error + refreshErrors());
-        scene.recover();
-        scene.load(path("one.dat"), {loadBox("successfully")});
-        QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-    }
-    QCOMPARE(scene.server.state(), state);
-}
-
-// What is to be replaced is deleted before; then the controller is not there.
-void TestEndToEndNetwork::importing()
-{
-    QFETCH(const Trouble, trouble);
-    const ControllerState before = lightSample();
-    TransferFiles::write(
-        path("two.dat"),
-        Archive::pack({TransferFiles::item(configurationIn(before, Sample::fair)),
-                       TransferFiles::item(configurationIn(before, Sample::rotor))}));
-    Scene scene(before);
-    scene.expectTrouble(trouble, "^veltra2 config delete_config ", 1);
-    if (trouble == Trouble::Slow) {
-        scene.load(path("two.dat"), {loadBox("successfully")});
-        QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-        scene.recover();
-    } else {
-        const bool isReachable = Scene::isReachable(trouble);
-        QVector<ExpectedBox> boxes{loadBox("unsuccessfully")};
-        if (!isReachable) {
-            boxes << noContactBox(); // from the list behind the dialog
-        }
-        scene.load(path("two.dat"), boxes);
-        const QStringList event{changeEvent()};
-        QCOMPARE(scene.host.record.takeMessages(), isReachable ? event : event + refreshErrors());
-        scene.recover();
-        scene.load(path("two.dat"), {loadBox("successfully")});
-    }
-    const ControllerState after = scene.server.state();
-    QCOMPARE(after.configurations.size(), before.configurations.size());
-    verifyNothingIsMissing(after, before);
-    QCOMPARE(after.activeIdentifier, before.activeIdentifier);
-}
-
-void TestEndToEndNetwork::restoring()
-{
-    QFETCH(const Trouble, trouble);
-    const ControllerState before = unlockedSample();
-    Scene scene(before);
-    scene.backUp(path("backup.xml"), backedUpBox());
-    QCOMPARE(scene.channel.sendCommand("system net dhcp"), 0);
-    std::array<char, LineChannel::replyCapacity> reply = {};
-    QCOMPARE(scene.channel.sendCommandReply(reply.data(), "veltra2 config delete_config %s",
-                                            Sample::fair.constData()),
-             0);
-    scene.host.record.takeMessages();
-
-    scene.expectTrouble(trouble, "^system import 'config'", 4);
-    QVector<ExpectedBox> boxes{notRestoredBox(path("backup.xml"))};
-    if (!Scene::isReachable(trouble)) {
-        boxes << noContactBox();
-    }
-    scene.restore(path("backup.xml"), boxes);
-    QCOMPARE(scene.host.record.takeMessages(),
-             Scene::isReachable(trouble) ? QStringList() : refreshErrors());
-    QVERIFY(scene.server.state() != before);
-
-    scene.recover();
-    scene.restore(path("backup.xml"), {restoredBox()});
-    QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-    QCOMPARE(scene.server.state(), before);
-}
 
 VELTRA4_TEST(TestEndToEndNetwork)
 #include "tst_endtoendnetwork.moc"

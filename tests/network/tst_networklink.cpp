@@ -38,68 +38,64 @@ class TestNetworkLink : public QObject
     Q_OBJECT
 
 private slots:
-    void theWindowShowsWhereTheControllerIs();
-    void theWindowShowsThatTheContactIsLostAndRegained();
-    void theWindowShowsThatTheControllerIsSilent();
-    void theHostMayBeStartedFirst();
+    void theWindowShowsWhereTheControllerIs()
+    {
+        const ServerProcess server(ControllerState::sample());
+        NetworkLink link(server.address());
+        HostSession session(link, probe());
+        start(session);
+        QCOMPARE(label(session, "label_connection"), server.address().toText());
+        QCOMPARE(label(session, "label_hostName"), QStringLiteral("tracker-lab2"));
+    }
+
+    void theWindowShowsThatTheContactIsLostAndRegained()
+    {
+        ServerProcess server(ControllerState::sample());
+        NetworkLink link(server.address());
+        HostSession session(link, probe());
+        start(session);
+        server.kill();
+        QTRY_COMPARE(label(session, "label_connection"),
+                     server.address().toText() + " (no contact)");
+        server.restart();
+        QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
+        QCOMPARE(label(session, "label_connection"), server.address().toText());
+        QTRY_COMPARE(label(session, "label_hostName"), QStringLiteral("renamed"));
+    }
+
+    void theWindowShowsThatTheControllerIsSilent()
+    {
+        ServerProcess server(ControllerState::sample());
+        NetworkLink link(server.address());
+        HostSession session(link, probe());
+        start(session);
+        QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
+        server.stop();
+        link.moduleChannel().setTimeout(0, 50, 1);
+        QVERIFY(link.moduleChannel().sendCommand("system hostname again") != 0);
+        QCOMPARE(label(session, "label_connection"), server.address().toText() + " (no answer)");
+        server.resume();
+        QTRY_COMPARE(label(session, "label_connection"), server.address().toText());
+        // What had to wait was done in the end.
+        QTRY_COMPARE(label(session, "label_hostName"), QStringLiteral("again"));
+    }
+
+    // The module is told the model when the controller can be asked for it.
+    void theHostMayBeStartedFirst()
+    {
+        ServerProcess server(ControllerState::sample());
+        server.kill();
+        NetworkLink link(server.address());
+        HostSession session(link, probe());
+        start(session);
+        QCOMPARE(label(session, "label_connection"), server.address().toText() + " (no contact)");
+        QCOMPARE(label(session, "label_model"), QStringLiteral("\u2014"));
+        server.restart();
+        QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
+        QTRY_COMPARE(label(session, "label_model"), QStringLiteral("Indoor Tracker 5"));
+        QCOMPARE(session.versions().systemModel, QStringLiteral("Indoor Tracker 5"));
+    }
 };
-
-void TestNetworkLink::theWindowShowsWhereTheControllerIs()
-{
-    const ServerProcess server(ControllerState::sample());
-    NetworkLink link(server.address());
-    HostSession session(link, probe());
-    start(session);
-    QCOMPARE(label(session, "label_connection"), server.address().toText());
-    QCOMPARE(label(session, "label_hostName"), QStringLiteral("tracker-lab2"));
-}
-
-void TestNetworkLink::theWindowShowsThatTheContactIsLostAndRegained()
-{
-    ServerProcess server(ControllerState::sample());
-    NetworkLink link(server.address());
-    HostSession session(link, probe());
-    start(session);
-    server.kill();
-    QTRY_COMPARE(label(session, "label_connection"), server.address().toText() + " (no contact)");
-    server.restart();
-    QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
-    QCOMPARE(label(session, "label_connection"), server.address().toText());
-    QTRY_COMPARE(label(session, "label_hostName"), QStringLiteral("renamed"));
-}
-
-void TestNetworkLink::theWindowShowsThatTheControllerIsSilent()
-{
-    ServerProcess server(ControllerState::sample());
-    NetworkLink link(server.address());
-    HostSession session(link, probe());
-    start(session);
-    QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
-    server.stop();
-    link.moduleChannel().setTimeout(0, 50, 1);
-    QVERIFY(link.moduleChannel().sendCommand("system hostname again") != 0);
-    QCOMPARE(label(session, "label_connection"), server.address().toText() + " (no answer)");
-    server.resume();
-    QTRY_COMPARE(label(session, "label_connection"), server.address().toText());
-    // What had to wait was done in the end.
-    QTRY_COMPARE(label(session, "label_hostName"), QStringLiteral("again"));
-}
-
-// The module is told the model when the controller can be asked for it.
-void TestNetworkLink::theHostMayBeStartedFirst()
-{
-    ServerProcess server(ControllerState::sample());
-    server.kill();
-    NetworkLink link(server.address());
-    HostSession session(link, probe());
-    start(session);
-    QCOMPARE(label(session, "label_connection"), server.address().toText() + " (no contact)");
-    QCOMPARE(label(session, "label_model"), QStringLiteral("\u2014"));
-    server.restart();
-    QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
-    QTRY_COMPARE(label(session, "label_model"), QStringLiteral("Indoor Tracker 5"));
-    QCOMPARE(session.versions().systemModel, QStringLiteral("Indoor Tracker 5"));
-}
 
 VELTRA4_TEST(TestNetworkLink)
 #include "tst_networklink.moc"

@@ -66,106 +66,102 @@ class TestCommandTable : public QObject
     Q_OBJECT
 
 private slots:
-    void whatIsNoCommandIsRefusedWithAReason_data();
-    void whatIsNoCommandIsRefusedWithAReason();
-    void randomBytesAreRefused();
-    void spoiledCommandsAreAnsweredShortOrRefusedWithAReason();
-    void noAnswerIsLongerThanABufferTakes();
-};
-
-void TestCommandTable::whatIsNoCommandIsRefusedWithAReason_data()
-{
-    QTest::addColumn<QByteArray>("command");
-    QTest::addColumn<QByteArray>("reason");
-    const QByteArray unknown = "refused: unknown command";
-    const QByteArray noLine = "refused: not a command line";
-    QTest::newRow("nothing") << QByteArray() << unknown;
-    QTest::newRow("blank") << QByteArray(" ") << unknown;
-    QTest::newRow("half a name") << QByteArray("config") << unknown;
-    QTest::newRow("other case") << QByteArray("Config free_space") << unknown;
-    QTest::newRow("two blanks") << QByteArray("config  free_space") << unknown;
-    QTest::newRow("blank in front") << QByteArray(" config free_space") << unknown;
-    QTest::newRow("prefix missing") << QByteArray("config new_config x") << unknown;
-    QTest::newRow("prefix too much") << QByteArray("veltra2 config free_space") << unknown;
-    QTest::newRow("longer name") << QByteArray("config descr") << unknown;
-    QTest::newRow("argument too much")
-        << QByteArray("config free_space now") << QByteArray("refused: takes no argument");
-    QTest::newRow("blank too much")
-        << QByteArray("config free_space ") << QByteArray("refused: takes no argument");
-    QTest::newRow("argument missing")
-        << QByteArray("config config") << QByteArray("refused: an argument is missing");
-    QTest::newRow("line end") << QByteArray("config free_space\n") << noLine;
-    QTest::newRow("NUL") << QByteArray("config\0free_space", 17) << noLine;
-    QTest::newRow("DEL") << QByteArray("config desc \"\x7f\"") << noLine;
-    QTest::newRow("very long") << QByteArray("config desc \"") + QByteArray(100000, 'x') + '"'
-                               << noLine;
-}
-
-void TestCommandTable::whatIsNoCommandIsRefusedWithAReason()
-{
-    QFETCH(const QByteArray, command);
-    QFETCH(const QByteArray, reason);
-    SimulatedController controller(smallState());
-    QCOMPARE(answer(controller, command), reason);
-    QVERIFY(controller.state() == smallState());
-}
-
-void TestCommandTable::randomBytesAreRefused()
-{
-    QRandomGenerator generator(1);
-    SimulatedController controller(smallState());
-    for (int i = 0; i < 20000; ++i) {
-        const Reply reply = controller.execute(randomBytes(generator, generator.bounded(60)));
-        QVERIFY(!reply.ok);
-        QVERIFY(!reply.reason.isEmpty());
+    void whatIsNoCommandIsRefusedWithAReason_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QByteArray>("reason");
+        const QByteArray unknown = "refused: unknown command";
+        const QByteArray noLine = "refused: not a command line";
+        QTest::newRow("nothing") << QByteArray() << unknown;
+        QTest::newRow("blank") << QByteArray(" ") << unknown;
+        QTest::newRow("half a name") << QByteArray("config") << unknown;
+        QTest::newRow("other case") << QByteArray("Config free_space") << unknown;
+        QTest::newRow("two blanks") << QByteArray("config  free_space") << unknown;
+        QTest::newRow("blank in front") << QByteArray(" config free_space") << unknown;
+        QTest::newRow("prefix missing") << QByteArray("config new_config x") << unknown;
+        QTest::newRow("prefix too much") << QByteArray("veltra2 config free_space") << unknown;
+        QTest::newRow("longer name") << QByteArray("config descr") << unknown;
+        QTest::newRow("argument too much")
+            << QByteArray("config free_space now") << QByteArray("refused: takes no argument");
+        QTest::newRow("blank too much")
+            << QByteArray("config free_space ") << QByteArray("refused: takes no argument");
+        QTest::newRow("argument missing")
+            << QByteArray("config config") << QByteArray("refused: an argument is missing");
+        QTest::newRow("line end") << QByteArray("config free_space\n") << noLine;
+        QTest::newRow("NUL") << QByteArray("config\0free_space", 17) << noLine;
+        QTest::newRow("DEL") << QByteArray("config desc \"\x7f\"") << noLine;
+        QTest::newRow("very long")
+            << QByteArray("config desc \"") + QByteArray(100000, 'x') + '"' << noLine;
     }
-    QVERIFY(controller.state() == smallState());
-}
 
-void TestCommandTable::spoiledCommandsAreAnsweredShortOrRefusedWithAReason()
-{
-    QRandomGenerator generator(2);
-    SimulatedController controller(smallState());
-    for (int i = 0; i < 50000; ++i) {
-        QByteArray command = vocabulary.at(generator.bounded(vocabulary.size()));
-        const int position = generator.bounded(command.size());
-        switch (generator.bounded(4)) {
-        case 0:
-            command.truncate(position);
-            break;
-        case 1:
-            command.insert(position, randomBytes(generator, generator.bounded(4)));
-            break;
-        case 2:
-            command[position] = static_cast<char>(0x20 + generator.bounded(0xe0));
-            break;
-        default:
-            break;
+    void whatIsNoCommandIsRefusedWithAReason()
+    {
+        QFETCH(const QByteArray, command);
+        QFETCH(const QByteArray, reason);
+        SimulatedController controller(smallState());
+        QCOMPARE(answer(controller, command), reason);
+        QVERIFY(controller.state() == smallState());
+    }
+
+    void randomBytesAreRefused()
+    {
+        QRandomGenerator generator(1);
+        SimulatedController controller(smallState());
+        for (int i = 0; i < 20000; ++i) {
+            const Reply reply = controller.execute(randomBytes(generator, generator.bounded(60)));
+            QVERIFY(!reply.ok);
+            QVERIFY(!reply.reason.isEmpty());
         }
-        const Reply reply = controller.execute(command);
-        QVERIFY(reply.text.size() <= Reply::maxLength);
-        QCOMPARE(reply.reason.isEmpty(), reply.ok);
+        QVERIFY(controller.state() == smallState());
     }
-}
 
-void TestCommandTable::noAnswerIsLongerThanABufferTakes()
-{
-    ControllerState state = smallState();
-    for (QByteArray *text : {&state.hostName, &state.serial, &state.model, &state.modelDescription,
-                             &state.net, &state.activity, &state.slaves[0].name}) {
-        *text = QByteArray(300, 'x');
+    void spoiledCommandsAreAnsweredShortOrRefusedWithAReason()
+    {
+        QRandomGenerator generator(2);
+        SimulatedController controller(smallState());
+        for (int i = 0; i < 50000; ++i) {
+            QByteArray command = vocabulary.at(generator.bounded(vocabulary.size()));
+            const int position = generator.bounded(command.size());
+            switch (generator.bounded(4)) {
+            case 0:
+                command.truncate(position);
+                break;
+            case 1:
+                command.insert(position, randomBytes(generator, generator.bounded(4)));
+                break;
+            case 2:
+                command[position] = static_cast<char>(0x20 + generator.bounded(0xe0));
+                break;
+            default:
+                break;
+            }
+            const Reply reply = controller.execute(command);
+            QVERIFY(reply.text.size() <= Reply::maxLength);
+            QCOMPARE(reply.reason.isEmpty(), reply.ok);
+        }
     }
-    const QByteArray identifier(64, 'i');
-    state.configurations << Configuration{
-        identifier, QByteArray(100, 'o'), QByteArray(100, 'd'), {}, QByteArray(1000, '0')};
-    state.activeIdentifier = identifier;
-    SimulatedController controller(state);
-    QList<QByteArray> commands = vocabulary;
-    commands << "config owner_of_config " + identifier << "config desc_of_config " + identifier;
-    for (const QByteArray &command : commands) {
-        QVERIFY2(controller.execute(command).text.size() <= Reply::maxLength, command.constData());
+
+    void noAnswerIsLongerThanABufferTakes()
+    {
+        ControllerState state = smallState();
+        for (QByteArray *text :
+             {&state.hostName, &state.serial, &state.model, &state.modelDescription, &state.net,
+              &state.activity, &state.slaves[0].name}) {
+            *text = QByteArray(300, 'x');
+        }
+        const QByteArray identifier(64, 'i');
+        state.configurations << Configuration{
+            identifier, QByteArray(100, 'o'), QByteArray(100, 'd'), {}, QByteArray(1000, '0')};
+        state.activeIdentifier = identifier;
+        SimulatedController controller(state);
+        QList<QByteArray> commands = vocabulary;
+        commands << "config owner_of_config " + identifier << "config desc_of_config " + identifier;
+        for (const QByteArray &command : commands) {
+            QVERIFY2(controller.execute(command).text.size() <= Reply::maxLength,
+                     command.constData());
+        }
     }
-}
+};
 
 VELTRA4_TEST(TestCommandTable)
 #include "tst_commandtable.moc"

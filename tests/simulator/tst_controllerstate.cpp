@@ -13,149 +13,142 @@ class TestControllerState : public QObject
     Q_OBJECT
 
 private slots:
-    void theSampleIsTheSameAtEachCall();
-    void theSampleIsPlausible();
-    void theSamplesPasswordsAreAsSaid();
-    void anyDifferenceMakesStatesUnequal_data();
-    void anyDifferenceMakesStatesUnequal();
-    void problemsAreNamed_data();
-    void problemsAreNamed();
-    void changesAreAnnouncedOnce();
+    void theSampleIsTheSameAtEachCall()
+    {
+        QVERIFY(ControllerState::sample() == ControllerState::sample());
+    }
+
+    void theSampleIsPlausible()
+    {
+        const ControllerState sample = ControllerState::sample();
+        QCOMPARE(sample.problem(), QString());
+        QCOMPARE(sample.configurations.size(), 12);
+        QCOMPARE(sample.configurations.at(0).identifier, QByteArray("standard"));
+        QVERIFY(sample.usedBytes() > 300000 && sample.usedBytes() < 999999);
+        QVERIFY(sample.freeFraction() > 0.2);
+        int locked = 0;
+        for (const Configuration &configuration : sample.configurations) {
+            QVERIFY(!configuration.owner.isEmpty() && !configuration.description.isEmpty());
+            locked += configuration.isLocked() ? 1 : 0;
+        }
+        QCOMPARE(locked, 1);
+    }
+
+    void theSamplesPasswordsAreAsSaid()
+    {
+        const ControllerState sample = ControllerState::sample();
+        QVERIFY(sample.superPassword.matches("super"));
+        for (const Configuration &configuration : sample.configurations) {
+            QCOMPARE(configuration.password.matches("lock"), configuration.isLocked());
+        }
+    }
+
+    void anyDifferenceMakesStatesUnequal_data()
+    {
+        using State = ControllerState;
+        QTest::addColumn<Change>("change");
+        const auto row = [](const char *name, const Change &change) {
+            QTest::newRow(name) << change;
+        };
+        row("hostName", [](State &s) { s.hostName = "x"; });
+        row("serial", [](State &s) { s.serial = "x"; });
+        row("model", [](State &s) { s.model = "x"; });
+        row("modelDescription", [](State &s) { s.modelDescription = "x"; });
+        row("isEmbedded", [](State &s) { s.isEmbedded = false; });
+        row("net", [](State &s) { s.net = "x"; });
+        row("domainName", [](State &s) { s.domainName = "x"; });
+        row("nameServer", [](State &s) { s.nameServer = "x"; });
+        row("ntpServer", [](State &s) { s.ntpServer = "x"; });
+        row("activity", [](State &s) { s.activity = "x"; });
+        row("storeCapacity", [](State &s) { ++s.storeCapacity; });
+        row("activeIdentifier", [](State &s) { s.activeIdentifier = "second"; });
+        row("baseData", [](State &s) { s.baseData = "x"; });
+        row("superPassword", [](State &s) { s.superPassword.hash = "x"; });
+        row("superPassword salt", [](State &s) { s.superPassword.salt = "x"; });
+        row("fewer configurations", [](State &s) { s.configurations.removeLast(); });
+        row("identifier", [](State &s) { s.configurations[1].identifier = "x"; });
+        row("owner", [](State &s) { s.configurations[1].owner = "x"; });
+        row("description", [](State &s) { s.configurations[1].description = "x"; });
+        row("password", [](State &s) { s.configurations[1].password = SaltedHash::of("x"); });
+        row("data", [](State &s) { s.configurations[1].data[7] = 'x'; });
+        row("fewer slaves", [](State &s) { s.slaves.removeLast(); });
+        row("slave name", [](State &s) { s.slaves[0].name = "x"; });
+        row("slave connected", [](State &s) { s.slaves[0].isConnected = false; });
+        row("slave available", [](State &s) { s.slaves[0].isAvailable = false; });
+        row("slave scanned", [](State &s) { s.slaves[0].isScanned = false; });
+    }
+
+    void anyDifferenceMakesStatesUnequal()
+    {
+        QFETCH(const Change, change);
+        ControllerState state = smallState();
+        QVERIFY(state == smallState());
+        change(state);
+        QVERIFY(state != smallState());
+    }
+
+    void problemsAreNamed_data()
+    {
+        using State = ControllerState;
+        QTest::addColumn<Change>("change");
+        QTest::addColumn<QString>("problem");
+        const auto row = [](const char *name, const Change &change, const char *problem) {
+            QTest::newRow(name) << change << QString(problem);
+        };
+        row(
+            "none", [](State &) {}, "");
+        row(
+            "identifier", [](State &s) { s.configurations[1].identifier = "a b"; },
+            "\"a b\" is not an identifier");
+        row(
+            "base", [](State &s) { s.configurations[1].identifier = "__base"; },
+            "\"__base\" is not an identifier");
+        row(
+            "twice", [](State &s) { s.configurations[2].identifier = "first"; },
+            "\"first\" is stored twice");
+        row(
+            "long owner", [](State &s) { s.configurations[1].owner = QByteArray(101, 'o'); },
+            "owner or description of \"first\" is too long");
+        row(
+            "long description",
+            [](State &s) { s.configurations[1].description = QByteArray(101, 'd'); },
+            "owner or description of \"first\" is too long");
+        row(
+            "no standard", [](State &s) { s.configurations.removeFirst(); },
+            "\"standard\" is not stored");
+        row(
+            "active", [](State &s) { s.activeIdentifier = "nobody"; }, "\"nobody\" is not stored");
+    }
+
+    void problemsAreNamed()
+    {
+        QFETCH(const Change, change);
+        QFETCH(const QString, problem);
+        ControllerState state = smallState();
+        change(state);
+        QCOMPARE(state.problem(), problem);
+    }
+
+    void changesAreAnnouncedOnce()
+    {
+        SimulatedController controller(smallState());
+        int changes = 0;
+        controller.setChangeCallback([&changes] { ++changes; });
+        answer(controller, "config desc");
+        answer(controller, "config active_config first");
+        answer(controller, "config active_config nobody");
+        answer(controller, "config password 'x'");
+        answer(controller, "system download prepare 'config' 'first'");
+        answer(controller, "veltra2 cascade add_scanned_slave ready");
+        QCOMPARE(changes, 0);
+        answer(controller, "veltra2 config new_config new");
+        QCOMPARE(changes, 1);
+        answer(controller, "veltra2 config delete_config new");
+        QCOMPARE(changes, 2);
+        controller.setState(smallState());
+        QCOMPARE(changes, 3);
+    }
 };
-
-void TestControllerState::theSampleIsTheSameAtEachCall()
-{
-    QVERIFY(ControllerState::sample() == ControllerState::sample());
-}
-
-void TestControllerState::theSampleIsPlausible()
-{
-    const ControllerState sample = ControllerState::sample();
-    QCOMPARE(sample.problem(), QString());
-    QCOMPARE(sample.configurations.size(), 12);
-    QCOMPARE(sample.configurations.at(0).identifier, QByteArray("standard"));
-    QVERIFY(sample.usedBytes() > 300000 && sample.usedBytes() < 999999);
-    QVERIFY(sample.freeFraction() > 0.2);
-    int locked = 0;
-    for (const Configuration &configuration : sample.configurations) {
-        QVERIFY(!configuration.owner.isEmpty() && !configuration.description.isEmpty());
-        locked += configuration.isLocked() ? 1 : 0;
-    }
-    QCOMPARE(locked, 1);
-}
-
-void TestControllerState::theSamplesPasswordsAreAsSaid()
-{
-    const ControllerState sample = ControllerState::sample();
-    QVERIFY(sample.superPassword.matches("super"));
-    for (const Configuration &configuration : sample.configurations) {
-        QCOMPARE(configuration.password.matches("lock"), configuration.isLocked());
-    }
-}
-
-void TestControllerState::anyDifferenceMakesStatesUnequal_data()
-{
-    using State = ControllerState;
-    QTest::addColumn<Change>("change");
-    const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
-    row("hostName", [](State &s) { s.hostName = "x"; });
-    row("serial", [](State &s) { s.serial = "x"; });
-    row("model", [](State &s) { s.model = "x"; });
-    row("modelDescription", [](State &s) { s.modelDescription = "x"; });
-    row("isEmbedded", [](State &s) { s.isEmbedded = false; });
-    row("net", [](State &s) { s.net = "x"; });
-    row("domainName", [](State &s) { s.domainName = "x"; });
-    row("nameServer", [](State &s) { s.nameServer = "x"; });
-    row("ntpServer", [](State &s) { s.ntpServer = "x"; });
-    row("activity", [](State &s) { s.activity = "x"; });
-    row("storeCapacity", [](State &s) { ++s.storeCapacity; });
-    row("activeIdentifier", [](State &s) { s.activeIdentifier = "second"; });
-    row("baseData", [](State &s) { s.baseData = "x"; });
-    row("superPassword", [](State &s) { s.superPassword.hash = "x"; });
-    row("superPassword salt", [](State &s) { s.superPassword.salt = "x"; });
-    row("fewer configurations", [](State &s) { s.configurations.removeLast(); });
-    row("identifier", [](State &s) { s.configurations[1].identifier = "x"; });
-    row("owner", [](State &s) { s.configurations[1].owner = "x"; });
-    row("description", [](State &s) { s.configurations[1].description = "x"; });
-    row("password", [](State &s) { s.configurations[1].password = SaltedHash::of("x"); });
-    row("data", [](State &s) { s.configurations[1].data[7] = 'x'; });
-    row("fewer slaves", [](State &s) { s.slaves.removeLast(); });
-    row("slave name", [](State &s) { s.slaves[0].name = "x"; });
-    row("slave connected", [](State &s) { s.slaves[0].isConnected = false; });
-    row("slave available", [](State &s) { s.slaves[0].isAvailable = false; });
-    row("slave scanned", [](State &s) { s.slaves[0].isScanned = false; });
-}
-
-void TestControllerState::anyDifferenceMakesStatesUnequal()
-{
-    QFETCH(const Change, change);
-    ControllerState state = smallState();
-    QVERIFY(state == smallState());
-    change(state);
-    QVERIFY(state != smallState());
-}
-
-void TestControllerState::problemsAreNamed_data()
-{
-    using State = ControllerState;
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<QString>("problem");
-    const auto row = [](const char *name, const Change &change, const char *problem) {
-        QTest::newRow(name) << change << QString(problem);
-    };
-    row(
-        "none", [](State &) {}, "");
-    row(
-        "identifier", [](State &s) { s.configurations[1].identifier = "a b"; },
-        "\"a b\" is not an identifier");
-    row(
-        "base", [](State &s) { s.configurations[1].identifier = "__base"; },
-        "\"__base\" is not an identifier");
-    row(
-        "twice", [](State &s) { s.configurations[2].identifier = "first"; },
-        "\"first\" is stored twice");
-    row(
-        "long owner", [](State &s) { s.configurations[1].owner = QByteArray(101, 'o'); },
-        "owner or description of \"first\" is too long");
-    row(
-        "long description",
-        [](State &s) { s.configurations[1].description = QByteArray(101, 'd'); },
-        "owner or description of \"first\" is too long");
-    row(
-        "no standard", [](State &s) { s.configurations.removeFirst(); },
-        "\"standard\" is not stored");
-    row(
-        "active", [](State &s) { s.activeIdentifier = "nobody"; }, "\"nobody\" is not stored");
-}
-
-void TestControllerState::problemsAreNamed()
-{
-    QFETCH(const Change, change);
-    QFETCH(const QString, problem);
-    ControllerState state = smallState();
-    change(state);
-    QCOMPARE(state.problem(), problem);
-}
-
-void TestControllerState::changesAreAnnouncedOnce()
-{
-    SimulatedController controller(smallState());
-    int changes = 0;
-    controller.setChangeCallback([&changes] { ++changes; });
-    answer(controller, "config desc");
-    answer(controller, "config active_config first");
-    answer(controller, "config active_config nobody");
-    answer(controller, "config password 'x'");
-    answer(controller, "system download prepare 'config' 'first'");
-    answer(controller, "veltra2 cascade add_scanned_slave ready");
-    QCOMPARE(changes, 0);
-    answer(controller, "veltra2 config new_config new");
-    QCOMPARE(changes, 1);
-    answer(controller, "veltra2 config delete_config new");
-    QCOMPARE(changes, 2);
-    controller.setState(smallState());
-    QCOMPARE(changes, 3);
-}
 
 VELTRA4_TEST(TestControllerState)
 #include "tst_controllerstate.moc"

@@ -8,41 +8,36 @@ class TestSaltedHash : public QObject
     Q_OBJECT
 
 private slots:
-    void onlyThePasswordItselfMatches();
-    void theHashDependsOnTheSalt();
-    void eachPasswordGetsASaltOfItsOwn();
-    void nothingMatchesWhereNoneIsSet();
-};
-
-void TestSaltedHash::onlyThePasswordItselfMatches()
-{
-    const SaltedHash hash = SaltedHash::of("secret");
-    QVERIFY(hash.isSet());
-    QVERIFY(hash.matches("secret"));
-    for (const QByteArray other : {"", "Secret", "secret ", "secre"}) {
-        QVERIFY(!hash.matches(other));
+    void onlyThePasswordItselfMatches()
+    {
+        const SaltedHash hash = SaltedHash::of("secret");
+        QVERIFY(hash.isSet());
+        QVERIFY(hash.matches("secret"));
+        for (const QByteArray other : {"", "Secret", "secret ", "secre"}) {
+            QVERIFY(!hash.matches(other));
+        }
     }
-}
 
-void TestSaltedHash::theHashDependsOnTheSalt()
-{
-    const SaltedHash one = SaltedHash::of("secret", "salt");
-    QVERIFY(one == SaltedHash::of("secret", "salt"));
-    QVERIFY(one.hash != SaltedHash::of("secret", "pepper").hash);
-}
+    void theHashDependsOnTheSalt()
+    {
+        const SaltedHash one = SaltedHash::of("secret", "salt");
+        QVERIFY(one == SaltedHash::of("secret", "salt"));
+        QVERIFY(one.hash != SaltedHash::of("secret", "pepper").hash);
+    }
 
-void TestSaltedHash::eachPasswordGetsASaltOfItsOwn()
-{
-    QVERIFY(SaltedHash::of("secret").salt != SaltedHash::of("secret").salt);
-    QCOMPARE(SaltedHash::of("secret").salt.size(), 16);
-}
+    void eachPasswordGetsASaltOfItsOwn()
+    {
+        QVERIFY(SaltedHash::of("secret").salt != SaltedHash::of("secret").salt);
+        QCOMPARE(SaltedHash::of("secret").salt.size(), 16);
+    }
 
-void TestSaltedHash::nothingMatchesWhereNoneIsSet()
-{
-    QVERIFY(!SaltedHash().isSet());
-    QVERIFY(!SaltedHash().matches(""));
-    QVERIFY(!SaltedHash().matches("x"));
-}
+    void nothingMatchesWhereNoneIsSet()
+    {
+        QVERIFY(!SaltedHash().isSet());
+        QVERIFY(!SaltedHash().matches(""));
+        QVERIFY(!SaltedHash().matches("x"));
+    }
+};
 
 VELTRA4_TEST(TestSaltedHash)
 #include "tst_saltedhash.moc"

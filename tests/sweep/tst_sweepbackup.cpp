@@ -107,47 +107,47 @@ class TestSweepBackup : public QObject
 
 private slots:
     void manual_data() { Sweep::addRows(); }
-    void manual();
+
+    // Over an older backup, which stays as it is unless a whole one takes its place.
+    void manual()
+    {
+        Operation operation;
+        operation.before = Samples::small();
+        operation.files = {{manualName, BackupContents::of(ControllerState::sample()).document()}};
+        operation.perform = [](Stage &stage) {
+            stage.chooseFile(manualName);
+            stage.onDialog("ConfigSaveDlgClass", [&stage](QDialog *dialog) {
+                stage.begin();
+                UserInput::click(dialog, "pushButton_save"); // everything is chosen at first
+                UserInput::click(dialog, "pushButton_exit");
+            });
+            stage.useList([](QDialog *list) { UserInput::click(list, "pushButton_save"); });
+        };
+        operation.rehearse = rehearseManual;
+        Sweep::run(operation);
+    }
+
     void automatic_data() { Sweep::addRowsOfVariant(); }
-    void automatic();
+
+    void automatic()
+    {
+        Operation operation;
+        operation.before = Samples::small();
+        const QString hostName = QString::fromLatin1(operation.before.hostName);
+        operation.files = {{automaticName("2024-01-01", hostName), "January"},
+                           {automaticName("2024-02-01", hostName), "February"},
+                           {automaticName("2024-01-01", "another"), "not ours"},
+                           {automaticName("2024-02-01", "another"), "not ours either"}};
+        operation.perform = [](Stage &stage) {
+            stage.begin();
+            stage.backUpAutomatically();
+        };
+        operation.rehearse = rehearseAutomatic;
+        Sweep::run(operation);
+    }
+
     void cleanupTestCase() { Sweep::sayTotal(); }
 };
-
-// Over an older backup, which stays as it is unless a whole one takes its place.
-void TestSweepBackup::manual()
-{
-    Operation operation;
-    operation.before = Samples::small();
-    operation.files = {{manualName, BackupContents::of(ControllerState::sample()).document()}};
-    operation.perform = [](Stage &stage) {
-        stage.chooseFile(manualName);
-        stage.onDialog("ConfigSaveDlgClass", [&stage](QDialog *dialog) {
-            stage.begin();
-            UserInput::click(dialog, "pushButton_save"); // everything is chosen at first
-            UserInput::click(dialog, "pushButton_exit");
-        });
-        stage.useList([](QDialog *list) { UserInput::click(list, "pushButton_save"); });
-    };
-    operation.rehearse = rehearseManual;
-    Sweep::run(operation);
-}
-
-void TestSweepBackup::automatic()
-{
-    Operation operation;
-    operation.before = Samples::small();
-    const QString hostName = QString::fromLatin1(operation.before.hostName);
-    operation.files = {{automaticName("2024-01-01", hostName), "January"},
-                       {automaticName("2024-02-01", hostName), "February"},
-                       {automaticName("2024-01-01", "another"), "not ours"},
-                       {automaticName("2024-02-01", "another"), "not ours either"}};
-    operation.perform = [](Stage &stage) {
-        stage.begin();
-        stage.backUpAutomatically();
-    };
-    operation.rehearse = rehearseAutomatic;
-    Sweep::run(operation);
-}
 
 VELTRA4_TEST(TestSweepBackup)
 #include "tst_sweepbackup.moc"

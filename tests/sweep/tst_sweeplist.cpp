@@ -34,76 +34,76 @@ class TestSweepList : public QObject
 
 private slots:
     void refresh_data() { Sweep::addRows(); }
-    void refresh();
+
+    void refresh()
+    {
+        Operation operation;
+        operation.before = Samples::small();
+        operation.perform = [](Stage &stage) {
+            stage.begin();
+            stage.useList([](QDialog *) {});
+        };
+        operation.rehearse = [](Rehearsal &rehearsal) {
+            if (rehearseRefresh(rehearsal)) {
+                rehearsal.openWindow("ConfigurationDialog");
+            }
+        };
+        Sweep::run(operation);
+    }
+
     void activate_data() { Sweep::addRows(); }
-    void activate();
+
+    void activate()
+    {
+        Operation operation;
+        operation.before = Samples::small();
+        operation.perform = [](Stage &stage) {
+            stage.useList([&stage](QDialog *list) {
+                Table::click(list, Sample::fairText);
+                stage.begin();
+                UserInput::click(list, "pushButton_apply");
+            });
+        };
+        operation.rehearse = [](Rehearsal &rehearsal) {
+            rehearsal.follow(activateRules);
+            if (!rehearsal.send("config active_config " + Sample::fair)) {
+                return;
+            }
+            rehearsal.ask("config active_config");
+            rehearsal.ask("system hostname");
+            rehearsal.ask("config desc");
+            rehearsal.announce();
+            rehearseRefresh(rehearsal);
+        };
+        Sweep::run(operation);
+    }
+
     void deleteOne_data() { Sweep::addRows(); }
-    void deleteOne();
+
+    void deleteOne()
+    {
+        Operation operation;
+        operation.before = Samples::small();
+        operation.risked = {Sample::fair};
+        operation.perform = [](Stage &stage) {
+            stage.useList([&stage](QDialog *list) {
+                Table::click(list, Sample::fairText);
+                stage.begin();
+                UserInput::click(list, "pushButton_delete");
+            });
+        };
+        operation.rehearse = [](Rehearsal &rehearsal) {
+            rehearsal.follow(deleteRules);
+            rehearsal.show(deleteQuestion);
+            rehearsal.sendStructural("veltra2 config delete_config " + Sample::fair);
+            rehearsal.announce();
+            rehearseRefresh(rehearsal);
+        };
+        Sweep::run(operation);
+    }
+
     void cleanupTestCase() { Sweep::sayTotal(); }
 };
-
-void TestSweepList::refresh()
-{
-    Operation operation;
-    operation.before = Samples::small();
-    operation.perform = [](Stage &stage) {
-        stage.begin();
-        stage.useList([](QDialog *) {});
-    };
-    operation.rehearse = [](Rehearsal &rehearsal) {
-        if (rehearseRefresh(rehearsal)) {
-            rehearsal.openWindow("ConfigurationDialog");
-        }
-    };
-    Sweep::run(operation);
-}
-
-void TestSweepList::activate()
-{
-    Operation operation;
-    operation.before = Samples::small();
-    operation.perform = [](Stage &stage) {
-        stage.useList([&stage](QDialog *list) {
-            Table::click(list, Sample::fairText);
-            stage.begin();
-            UserInput::click(list, "pushButton_apply");
-        });
-    };
-    operation.rehearse = [](Rehearsal &rehearsal) {
-        rehearsal.follow(activateRules);
-        if (!rehearsal.send("config active_config " + Sample::fair)) {
-            return;
-        }
-        rehearsal.ask("config active_config");
-        rehearsal.ask("system hostname");
-        rehearsal.ask("config desc");
-        rehearsal.announce();
-        rehearseRefresh(rehearsal);
-    };
-    Sweep::run(operation);
-}
-
-void TestSweepList::deleteOne()
-{
-    Operation operation;
-    operation.before = Samples::small();
-    operation.risked = {Sample::fair};
-    operation.perform = [](Stage &stage) {
-        stage.useList([&stage](QDialog *list) {
-            Table::click(list, Sample::fairText);
-            stage.begin();
-            UserInput::click(list, "pushButton_delete");
-        });
-    };
-    operation.rehearse = [](Rehearsal &rehearsal) {
-        rehearsal.follow(deleteRules);
-        rehearsal.show(deleteQuestion);
-        rehearsal.sendStructural("veltra2 config delete_config " + Sample::fair);
-        rehearsal.announce();
-        rehearseRefresh(rehearsal);
-    };
-    Sweep::run(operation);
-}
 
 VELTRA4_TEST(TestSweepList)
 #include "tst_sweeplist.moc"

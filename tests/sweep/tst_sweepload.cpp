@@ -110,31 +110,31 @@ class TestSweepLoad : public QObject
 
 private slots:
     void load_data() { Sweep::addRows(); }
-    void load();
+
+    void load()
+    {
+        Operation operation;
+        operation.before = withoutFair();
+        operation.files = {{fileName, archive()}};
+        operation.risked = {Sample::active};
+        operation.perform = [](Stage &stage) {
+            stage.chooseFile(fileName);
+            stage.onDialog("ConfigLoadDlgClass",
+                           [](QDialog *dialog) { UserInput::click(dialog, "pushButton_load"); });
+            stage.useList([&stage](QDialog *list) {
+                stage.begin();
+                UserInput::click(list, "pushButton_load");
+            });
+        };
+        operation.rehearse = [](Rehearsal &rehearsal) {
+            rehearseLoading(rehearsal);
+            rehearseRefresh(rehearsal);
+        };
+        Sweep::run(operation);
+    }
+
     void cleanupTestCase() { Sweep::sayTotal(); }
 };
-
-void TestSweepLoad::load()
-{
-    Operation operation;
-    operation.before = withoutFair();
-    operation.files = {{fileName, archive()}};
-    operation.risked = {Sample::active};
-    operation.perform = [](Stage &stage) {
-        stage.chooseFile(fileName);
-        stage.onDialog("ConfigLoadDlgClass",
-                       [](QDialog *dialog) { UserInput::click(dialog, "pushButton_load"); });
-        stage.useList([&stage](QDialog *list) {
-            stage.begin();
-            UserInput::click(list, "pushButton_load");
-        });
-    };
-    operation.rehearse = [](Rehearsal &rehearsal) {
-        rehearseLoading(rehearsal);
-        rehearseRefresh(rehearsal);
-    };
-    Sweep::run(operation);
-}
 
 VELTRA4_TEST(TestSweepLoad)
 #include "tst_sweepload.moc"

@@ -317,41 +317,39 @@ private slots:
     void restore_data() { Sweep::addRows(); }
     void restore() { sweep(changed()); }
     void restoreWithoutNetwork_data() { Sweep::addRowsOfVariant(); }
-    void restoreWithoutNetwork();
+
+    // The network of a controller that is not embedded is none of its business.
+    void restoreWithoutNetwork()
+    {
+        ControllerState state = changed();
+        state.isEmbedded = false;
+        sweep(state);
+    }
+
     void cleanupTestCase() { Sweep::sayTotal(); }
 
 private:
-    static void sweep(const ControllerState &before);
+    static void sweep(const ControllerState &before)
+    {
+        QString path;
+        Operation operation;
+        operation.before = before;
+        operation.files = {{fileName, BackupContents::of(backedUp()).document()}};
+        operation.risked = {Sample::standard, Sample::active, Sample::locked};
+        operation.perform = [&path](Stage &stage) {
+            path = stage.chooseFile(fileName);
+            stage.useList([&stage](QDialog *list) {
+                stage.begin();
+                UserInput::click(list, "pushButton_load");
+            });
+        };
+        operation.rehearse = [&path](Rehearsal &rehearsal) {
+            rehearse(rehearsal, path);
+            rehearseRefresh(rehearsal);
+        };
+        Sweep::run(operation);
+    }
 };
-
-// The network of a controller that is not embedded is none of its business.
-void TestSweepRestore::restoreWithoutNetwork()
-{
-    ControllerState state = changed();
-    state.isEmbedded = false;
-    sweep(state);
-}
-
-void TestSweepRestore::sweep(const ControllerState &before)
-{
-    QString path;
-    Operation operation;
-    operation.before = before;
-    operation.files = {{fileName, BackupContents::of(backedUp()).document()}};
-    operation.risked = {Sample::standard, Sample::active, Sample::locked};
-    operation.perform = [&path](Stage &stage) {
-        path = stage.chooseFile(fileName);
-        stage.useList([&stage](QDialog *list) {
-            stage.begin();
-            UserInput::click(list, "pushButton_load");
-        });
-    };
-    operation.rehearse = [&path](Rehearsal &rehearsal) {
-        rehearse(rehearsal, path);
-        rehearseRefresh(rehearsal);
-    };
-    Sweep::run(operation);
-}
 
 VELTRA4_TEST(TestSweepRestore)
 #include "tst_sweeprestore.moc"

@@ -151,33 +151,33 @@ class TestSweepSave : public QObject
 
 private slots:
     void save_data() { Sweep::addRows(); }
-    void save();
+
+    // Over an older file, which stays under another name whatever happens.
+    void save()
+    {
+        QString path;
+        Operation operation;
+        operation.before = Samples::small();
+        operation.files = {{fileName, "the older one"}, {backupName, "the oldest one"}};
+        operation.perform = [&path](Stage &stage) {
+            path = stage.chooseFile(fileName);
+            stage.onDialog("ConfigSaveDlgClass", [&stage](QDialog *dialog) {
+                UserInput::click(dialog, "checkBox_allSettings");
+                UserInput::click(dialog, "pushButton_clearSelection");
+                Table::click(dialog, Sample::activeText, Qt::ControlModifier);
+                Table::click(dialog, Sample::fairText, Qt::ControlModifier);
+                stage.begin();
+                UserInput::click(dialog, "pushButton_save");
+                UserInput::click(dialog, "pushButton_exit");
+            });
+            stage.useList([](QDialog *list) { UserInput::click(list, "pushButton_save"); });
+        };
+        operation.rehearse = [&path](Rehearsal &rehearsal) { rehearse(rehearsal, path); };
+        Sweep::run(operation);
+    }
+
     void cleanupTestCase() { Sweep::sayTotal(); }
 };
-
-// Over an older file, which stays under another name whatever happens.
-void TestSweepSave::save()
-{
-    QString path;
-    Operation operation;
-    operation.before = Samples::small();
-    operation.files = {{fileName, "the older one"}, {backupName, "the oldest one"}};
-    operation.perform = [&path](Stage &stage) {
-        path = stage.chooseFile(fileName);
-        stage.onDialog("ConfigSaveDlgClass", [&stage](QDialog *dialog) {
-            UserInput::click(dialog, "checkBox_allSettings");
-            UserInput::click(dialog, "pushButton_clearSelection");
-            Table::click(dialog, Sample::activeText, Qt::ControlModifier);
-            Table::click(dialog, Sample::fairText, Qt::ControlModifier);
-            stage.begin();
-            UserInput::click(dialog, "pushButton_save");
-            UserInput::click(dialog, "pushButton_exit");
-        });
-        stage.useList([](QDialog *list) { UserInput::click(list, "pushButton_save"); });
-    };
-    operation.rehearse = [&path](Rehearsal &rehearsal) { rehearse(rehearsal, path); };
-    Sweep::run(operation);
-}
 
 VELTRA4_TEST(TestSweepSave)
 #include "tst_sweepsave.moc"

@@ -59,179 +59,165 @@ class TestSweepSmallDialogs : public QObject
 
 private slots:
     void newEmpty_data() { Sweep::addRows(); }
-    void newEmpty();
+
+    void newEmpty() { sweepNew(false); }
+
     void newClone_data() { Sweep::addRows(); }
-    void newClone();
+
+    void newClone() { sweepNew(true); }
+
     void edit_data() { Sweep::addRows(); }
-    void edit();
+
+    void edit()
+    {
+        Operation operation;
+        operation.before = Samples::small();
+        // Owner and description go to whatever is active, which is another one if the edited one
+        // could not be made so.
+        operation.risked = {Sample::fair, Sample::active};
+        operation.perform = [](Stage &stage) {
+            stage.onDialog("EditConfigDialog", [](QDialog *dialog) {
+                retype(dialog, "lineEdit_desc", "Hall 5");
+                retype(dialog, "lineEdit_owner", "me");
+                UserInput::click(dialog, "pushButton_ok");
+            });
+            stage.useList([&stage](QDialog *list) {
+                Table::click(list, Sample::fairText);
+                stage.begin();
+                UserInput::click(list, "pushButton_edit");
+            });
+        };
+        operation.rehearse = [](Rehearsal &rehearsal) {
+            rehearsal.follow(editRules);
+            rehearsal.ask("config owner_of_config " + Sample::fair);
+            rehearsal.ask("config desc_of_config " + Sample::fair);
+            rehearsal.openWindow("EditConfigDialog");
+            rehearsal.send("config active_config " + Sample::fair);
+            rehearsal.send("config owner \"me\"");
+            rehearsal.send("config desc \"Hall 5\"");
+            rehearsal.announce();
+            rehearseRefresh(rehearsal);
+        };
+        Sweep::run(operation);
+    }
+
     void lock_data() { Sweep::addRows(); }
-    void lock();
+
+    void lock()
+    {
+        Operation operation;
+        operation.before = Samples::small();
+        operation.risked = {Sample::active};
+        operation.perform = [](Stage &stage) {
+            stage.onDialog("LockConfigurationDialog", [](QDialog *dialog) {
+                UserInput::type(dialog, "lineEdit_new_password", newPassword);
+                UserInput::type(dialog, "lineEdit_new_password_repeat", newPassword);
+                UserInput::click(dialog, "pushButton_ok");
+            });
+            stage.useList([&stage](QDialog *list) {
+                stage.begin();
+                UserInput::click(list, "pushButton_lock");
+            });
+        };
+        operation.rehearse = [](Rehearsal &rehearsal) {
+            rehearsal.follow(lockRules);
+            rehearsal.ask("config desc_of_config " + Sample::active);
+            rehearsal.openWindow("LockConfigurationDialog");
+            rehearsal.send(QByteArray("config new_password '") + newPassword + '\'');
+            rehearsal.announce();
+            rehearseRefresh(rehearsal);
+        };
+        Sweep::run(operation);
+    }
+
     void unlock_data() { Sweep::addRows(); }
-    void unlock();
+
+    void unlock() { sweepUnlock(false); }
+
     void unlockWithSuperPassword_data() { Sweep::addRows(); }
-    void unlockWithSuperPassword();
+
+    void unlockWithSuperPassword() { sweepUnlock(true); }
+
     void cleanupTestCase() { Sweep::sayTotal(); }
 
 private:
-    static void sweepNew(bool isClone);
-    static void sweepUnlock(bool isSuper);
-};
-
-void TestSweepSmallDialogs::newEmpty()
-{
-    sweepNew(false);
-}
-
-void TestSweepSmallDialogs::newClone()
-{
-    sweepNew(true);
-}
-
-void TestSweepSmallDialogs::sweepNew(bool isClone)
-{
-    Operation operation;
-    operation.before = Samples::small();
-    // Owner and description go to whatever is active, which is the older one if nothing was
-    // created.
-    operation.risked = {Sample::active};
-    operation.perform = [isClone](Stage &stage) {
-        stage.onDialog("NewConfigurationDialog", [isClone](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_desc", "Hall 5");
-            UserInput::type(dialog, "lineEdit_owner", "me");
-            UserInput::click(dialog, isClone ? "radioButton_clone" : "radioButton_new");
-            UserInput::click(dialog, "pushButton_create");
-        });
-        stage.useList([&stage](QDialog *list) {
-            stage.begin();
-            UserInput::click(list, "pushButton_new");
-        });
-    };
-    operation.rehearse = [isClone](Rehearsal &rehearsal) {
-        rehearsal.follow(newRules);
-        rehearsal.openWindow("NewConfigurationDialog");
-        QByteArray active;
-        rehearsal.ask("config active_config", &active);
-        const QByteArray created = rehearsal.newIdentifier();
-        rehearsal.sendStructural(isClone ? "veltra2 config clone_config " + created + ' ' + active
+    static void sweepNew(bool isClone)
+    {
+        Operation operation;
+        operation.before = Samples::small();
+        // Owner and description go to whatever is active, which is the older one if nothing was
+        // created.
+        operation.risked = {Sample::active};
+        operation.perform = [isClone](Stage &stage) {
+            stage.onDialog("NewConfigurationDialog", [isClone](QDialog *dialog) {
+                UserInput::type(dialog, "lineEdit_desc", "Hall 5");
+                UserInput::type(dialog, "lineEdit_owner", "me");
+                UserInput::click(dialog, isClone ? "radioButton_clone" : "radioButton_new");
+                UserInput::click(dialog, "pushButton_create");
+            });
+            stage.useList([&stage](QDialog *list) {
+                stage.begin();
+                UserInput::click(list, "pushButton_new");
+            });
+        };
+        operation.rehearse = [isClone](Rehearsal &rehearsal) {
+            rehearsal.follow(newRules);
+            rehearsal.openWindow("NewConfigurationDialog");
+            QByteArray active;
+            rehearsal.ask("config active_config", &active);
+            const QByteArray created = rehearsal.newIdentifier();
+            rehearsal.sendStructural(isClone
+                                         ? "veltra2 config clone_config " + created + ' ' + active
                                          : "veltra2 config new_config " + created);
-        rehearsal.send("config new_password none");
-        rehearsal.send("config owner \"me\" ");
-        rehearsal.send("config desc \"Hall 5\" ");
-        rehearsal.announce();
-        rehearseRefresh(rehearsal);
-    };
-    Sweep::run(operation);
-}
+            rehearsal.send("config new_password none");
+            rehearsal.send("config owner \"me\" ");
+            rehearsal.send("config desc \"Hall 5\" ");
+            rehearsal.announce();
+            rehearseRefresh(rehearsal);
+        };
+        Sweep::run(operation);
+    }
 
-void TestSweepSmallDialogs::edit()
-{
-    Operation operation;
-    operation.before = Samples::small();
-    // Owner and description go to whatever is active, which is another one if the edited one could
-    // not be made so.
-    operation.risked = {Sample::fair, Sample::active};
-    operation.perform = [](Stage &stage) {
-        stage.onDialog("EditConfigDialog", [](QDialog *dialog) {
-            retype(dialog, "lineEdit_desc", "Hall 5");
-            retype(dialog, "lineEdit_owner", "me");
-            UserInput::click(dialog, "pushButton_ok");
-        });
-        stage.useList([&stage](QDialog *list) {
-            Table::click(list, Sample::fairText);
-            stage.begin();
-            UserInput::click(list, "pushButton_edit");
-        });
-    };
-    operation.rehearse = [](Rehearsal &rehearsal) {
-        rehearsal.follow(editRules);
-        rehearsal.ask("config owner_of_config " + Sample::fair);
-        rehearsal.ask("config desc_of_config " + Sample::fair);
-        rehearsal.openWindow("EditConfigDialog");
-        rehearsal.send("config active_config " + Sample::fair);
-        rehearsal.send("config owner \"me\"");
-        rehearsal.send("config desc \"Hall 5\"");
-        rehearsal.announce();
-        rehearseRefresh(rehearsal);
-    };
-    Sweep::run(operation);
-}
-
-void TestSweepSmallDialogs::lock()
-{
-    Operation operation;
-    operation.before = Samples::small();
-    operation.risked = {Sample::active};
-    operation.perform = [](Stage &stage) {
-        stage.onDialog("LockConfigurationDialog", [](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_new_password", newPassword);
-            UserInput::type(dialog, "lineEdit_new_password_repeat", newPassword);
-            UserInput::click(dialog, "pushButton_ok");
-        });
-        stage.useList([&stage](QDialog *list) {
-            stage.begin();
-            UserInput::click(list, "pushButton_lock");
-        });
-    };
-    operation.rehearse = [](Rehearsal &rehearsal) {
-        rehearsal.follow(lockRules);
-        rehearsal.ask("config desc_of_config " + Sample::active);
-        rehearsal.openWindow("LockConfigurationDialog");
-        rehearsal.send(QByteArray("config new_password '") + newPassword + '\'');
-        rehearsal.announce();
-        rehearseRefresh(rehearsal);
-    };
-    Sweep::run(operation);
-}
-
-void TestSweepSmallDialogs::unlock()
-{
-    sweepUnlock(false);
-}
-
-void TestSweepSmallDialogs::unlockWithSuperPassword()
-{
-    sweepUnlock(true);
-}
-
-void TestSweepSmallDialogs::sweepUnlock(bool isSuper)
-{
-    Operation operation;
-    operation.before = Samples::lockedActive();
-    operation.risked = {Sample::locked};
-    operation.perform = [isSuper](Stage &stage) {
-        stage.onDialog("UnlockConfigurationDialog", [isSuper](QDialog *dialog) {
-            if (isSuper) {
-                UserInput::click(dialog, "checkBox_use_super_password");
-            }
-            UserInput::type(dialog, "lineEdit_password", isSuper ? "super" : "lock");
-            UserInput::click(dialog, "pushButton_ok");
-        });
-        stage.useList([&stage](QDialog *list) {
-            stage.begin();
-            UserInput::click(list, "pushButton_lock");
-        });
-    };
-    operation.rehearse = [isSuper](Rehearsal &rehearsal) {
-        rehearsal.follow(unlockRules);
-        rehearsal.ask("config desc_of_config " + Sample::locked);
-        rehearsal.openWindow("UnlockConfigurationDialog");
-        rehearsal.send(isSuper ? "config super_password 'super'" : "config password 'lock'");
-        QByteArray isChangeable;
-        if (rehearsal.ask("config is_changeable", &isChangeable)) {
-            if (isChangeable == "yes") {
-                rehearsal.send("config new_password none");
-                rehearsal.announce();
+    static void sweepUnlock(bool isSuper)
+    {
+        Operation operation;
+        operation.before = Samples::lockedActive();
+        operation.risked = {Sample::locked};
+        operation.perform = [isSuper](Stage &stage) {
+            stage.onDialog("UnlockConfigurationDialog", [isSuper](QDialog *dialog) {
                 if (isSuper) {
-                    rehearsal.send("config super_password '.'");
+                    UserInput::click(dialog, "checkBox_use_super_password");
                 }
-            } else {
-                rehearsal.show(isSuper ? wrongSuperPassword : wrongPassword);
+                UserInput::type(dialog, "lineEdit_password", isSuper ? "super" : "lock");
+                UserInput::click(dialog, "pushButton_ok");
+            });
+            stage.useList([&stage](QDialog *list) {
+                stage.begin();
+                UserInput::click(list, "pushButton_lock");
+            });
+        };
+        operation.rehearse = [isSuper](Rehearsal &rehearsal) {
+            rehearsal.follow(unlockRules);
+            rehearsal.ask("config desc_of_config " + Sample::locked);
+            rehearsal.openWindow("UnlockConfigurationDialog");
+            rehearsal.send(isSuper ? "config super_password 'super'" : "config password 'lock'");
+            QByteArray isChangeable;
+            if (rehearsal.ask("config is_changeable", &isChangeable)) {
+                if (isChangeable == "yes") {
+                    rehearsal.send("config new_password none");
+                    rehearsal.announce();
+                    if (isSuper) {
+                        rehearsal.send("config super_password '.'");
+                    }
+                } else {
+                    rehearsal.show(isSuper ? wrongSuperPassword : wrongPassword);
+                }
             }
-        }
-        rehearseRefresh(rehearsal);
-    };
-    Sweep::run(operation);
-}
+            rehearseRefresh(rehearsal);
+        };
+        Sweep::run(operation);
+    }
+};
 
 VELTRA4_TEST(TestSweepSmallDialogs)
 #include "tst_sweepsmalldialogs.moc"

@@ -50,53 +50,49 @@ class TestBackupFile : public QObject
     Q_OBJECT
 
 private slots:
-    void holdsWhatTheFileSays();
-    void noticesThatTheFileChangesMeanwhile();
-    void judgesManyInTheirOrder();
+    void holdsWhatTheFileSays()
+    {
+        const BackupFile file(SampleBackup::makeFile(m_folder.path(), SampleBackup::document()));
+        QVERIFY(!file.refusal());
+        QCOMPARE(SampleBackup::describe(file.record()), SampleBackup::description());
+        QCOMPARE(file.creationDate(), QString("2024-03-05T14:07:09"));
+    }
+
+    void noticesThatTheFileChangesMeanwhile()
+    {
+        const QString path = SampleBackup::makeFile(m_folder.path(), SampleBackup::document());
+        const Writer writer(path);
+        Judgement judgement = judge(path);
+        while (!judgement.refusal) { // the writer may come too late
+            judgement = judge(path);
+        }
+        QCOMPARE(judgement.refusal->text, QString("The file changed while it was read."));
+        QCOMPARE(judgement.refusal->stage, Refusal::Stage::File);
+        QVERIFY(judgement.fields.isEmpty());
+    }
+
+    // By far more than there are threads, every third of them broken.
+    void judgesManyInTheirOrder()
+    {
+        const QString good = SampleBackup::makeFile(m_folder.path(), SampleBackup::document());
+        const QString broken = SampleBackup::makeFile(
+            m_folder.path(), SampleBackup::documentWith("<domain>", "<a/><domain>"));
+        QStringList paths;
+        for (int i = 0; i < 300; ++i) {
+            paths << (i % 3 == 0 ? broken : good);
+        }
+        const QVector<Judgement> judgements = judgeAll(paths);
+        QCOMPARE(judgements.size(), paths.size());
+        for (int i = 0; i < paths.size(); ++i) {
+            QCOMPARE(judgements.at(i).path, paths.at(i));
+            QCOMPARE(judgements.at(i).refusal.has_value(), i % 3 == 0);
+            QCOMPARE(judgements.at(i).fields.isEmpty(), i % 3 == 0);
+        }
+    }
 
 private:
     const QTemporaryDir m_folder;
 };
-
-void TestBackupFile::holdsWhatTheFileSays()
-{
-    const BackupFile file(SampleBackup::makeFile(m_folder.path(), SampleBackup::document()));
-    QVERIFY(!file.refusal());
-    QCOMPARE(SampleBackup::describe(file.record()), SampleBackup::description());
-    QCOMPARE(file.creationDate(), QString("2024-03-05T14:07:09"));
-}
-
-void TestBackupFile::noticesThatTheFileChangesMeanwhile()
-{
-    const QString path = SampleBackup::makeFile(m_folder.path(), SampleBackup::document());
-    const Writer writer(path);
-    Judgement judgement = judge(path);
-    while (!judgement.refusal) { // the writer may come too late
-        judgement = judge(path);
-    }
-    QCOMPARE(judgement.refusal->text, QString("The file changed while it was read."));
-    QCOMPARE(judgement.refusal->stage, Refusal::Stage::File);
-    QVERIFY(judgement.fields.isEmpty());
-}
-
-// By far more than there are threads, every third of them broken.
-void TestBackupFile::judgesManyInTheirOrder()
-{
-    const QString good = SampleBackup::makeFile(m_folder.path(), SampleBackup::document());
-    const QString broken = SampleBackup::makeFile(
-        m_folder.path(), SampleBackup::documentWith("<domain>", "<a/><domain>"));
-    QStringList paths;
-    for (int i = 0; i < 300; ++i) {
-        paths << (i % 3 == 0 ? broken : good);
-    }
-    const QVector<Judgement> judgements = judgeAll(paths);
-    QCOMPARE(judgements.size(), paths.size());
-    for (int i = 0; i < paths.size(); ++i) {
-        QCOMPARE(judgements.at(i).path, paths.at(i));
-        QCOMPARE(judgements.at(i).refusal.has_value(), i % 3 == 0);
-        QCOMPARE(judgements.at(i).fields.isEmpty(), i % 3 == 0);
-    }
-}
 
 VELTRA4_TEST(TestBackupFile)
 #include "tst_backupfile.moc"

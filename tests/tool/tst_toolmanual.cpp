@@ -51,79 +51,72 @@ class TestToolManual : public QObject
     Q_OBJECT
 
 private slots:
-    void thePageNamesAllOptionsAndNoOthers();
-    void thePageIsWellFormed();
-    void theOptionsOfACommandAreCompleted_data();
-    void theOptionsOfACommandAreCompleted();
-    void commandsAreCompleted();
-    void filesAreCompleted();
-    void fieldsAreCompleted();
+    void thePageNamesAllOptionsAndNoOthers()
+    {
+        QFile page(manual);
+        QVERIFY(page.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(page.readAll()).remove('\\');
+        QCOMPARE(optionsIn(text), optionsIn(Tool::run({"--help"}).output));
+        for (const char *command : {"verify", "list", "show", "diff", "extract"}) {
+            QVERIFY2(text.contains(QString("\n.B veltra4-backup %1\n").arg(command)), command);
+            QVERIFY2(text.contains(QString("\n.TP\n.B %1\n").arg(command)), command);
+        }
+    }
+
+    void thePageIsWellFormed()
+    {
+        QProcess groff;
+        groff.start("groff", {"-man", "-ww", "-z", manual});
+        if (!groff.waitForStarted()) {
+            QSKIP("there is no groff");
+        }
+        QVERIFY(groff.waitForFinished(-1));
+        QCOMPARE(groff.readAllStandardError(), QByteArray());
+        QCOMPARE(groff.exitCode(), 0);
+    }
+
+    void theOptionsOfACommandAreCompleted_data()
+    {
+        QTest::addColumn<QStringList>("words");
+        for (const char *command : {"verify", "list", "show", "diff", "extract"}) {
+            QTest::newRow(command) << QStringList{command};
+        }
+    }
+
+    void theOptionsOfACommandAreCompleted()
+    {
+        QFETCH(const QStringList, words);
+        const QString help = Tool::run(words + QStringList{"--help"}).output;
+        const QString options = help.section("Options:", 1).section("Exit status", 0, 0);
+        QCOMPARE(completionsOf(words + QStringList{"--"}, QString()), optionsIn(options));
+    }
+
+    void commandsAreCompleted()
+    {
+        QCOMPARE(completionsOf({""}, QString()),
+                 (QStringList{"diff", "extract", "list", "show", "verify"}));
+        QCOMPARE(completionsOf({"--json", "v"}, QString()), QStringList{"verify"});
+    }
+
+    void filesAreCompleted()
+    {
+        const QTemporaryDir folder;
+        for (const char *name : {"a b.xml", "b.XML", "c.dat", "d.txt", "e/f.xml"}) {
+            Tool::makeFile(folder.filePath(name), "");
+        }
+        QCOMPARE(completionsOf({"show", ""}, folder.path()),
+                 (QStringList{"a b.xml", "b.XML", "e"}));
+        QCOMPARE(completionsOf({"extract", "a b.xml", ""}, folder.path()),
+                 (QStringList{"a b.xml", "b.XML", "c.dat", "e"}));
+        QCOMPARE(completionsOf({"list", "--controller", ""}, folder.path()), QStringList());
+    }
+
+    void fieldsAreCompleted()
+    {
+        QCOMPARE(completionsOf({"diff", "--ignore", "n"}, QString()),
+                 (QStringList{"name", "nameServer", "net", "ntpServer"}));
+    }
 };
-
-void TestToolManual::thePageNamesAllOptionsAndNoOthers()
-{
-    QFile page(manual);
-    QVERIFY(page.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(page.readAll()).remove('\\');
-    QCOMPARE(optionsIn(text), optionsIn(Tool::run({"--help"}).output));
-    for (const char *command : {"verify", "list", "show", "diff", "extract"}) {
-        QVERIFY2(text.contains(QString("\n.B veltra4-backup %1\n").arg(command)), command);
-        QVERIFY2(text.contains(QString("\n.TP\n.B %1\n").arg(command)), command);
-    }
-}
-
-void TestToolManual::thePageIsWellFormed()
-{
-    QProcess groff;
-    groff.start("groff", {"-man", "-ww", "-z", manual});
-    if (!groff.waitForStarted()) {
-        QSKIP("there is no groff");
-    }
-    QVERIFY(groff.waitForFinished(-1));
-    QCOMPARE(groff.readAllStandardError(), QByteArray());
-    QCOMPARE(groff.exitCode(), 0);
-}
-
-void TestToolManual::theOptionsOfACommandAreCompleted_data()
-{
-    QTest::addColumn<QStringList>("words");
-    for (const char *command : {"verify", "list", "show", "diff", "extract"}) {
-        QTest::newRow(command) << QStringList{command};
-    }
-}
-
-void TestToolManual::theOptionsOfACommandAreCompleted()
-{
-    QFETCH(const QStringList, words);
-    const QString help = Tool::run(words + QStringList{"--help"}).output;
-    const QString options = help.section("Options:", 1).section("Exit status", 0, 0);
-    QCOMPARE(completionsOf(words + QStringList{"--"}, QString()), optionsIn(options));
-}
-
-void TestToolManual::commandsAreCompleted()
-{
-    QCOMPARE(completionsOf({""}, QString()),
-             (QStringList{"diff", "extract", "list", "show", "verify"}));
-    QCOMPARE(completionsOf({"--json", "v"}, QString()), QStringList{"verify"});
-}
-
-void TestToolManual::filesAreCompleted()
-{
-    const QTemporaryDir folder;
-    for (const char *name : {"a b.xml", "b.XML", "c.dat", "d.txt", "e/f.xml"}) {
-        Tool::makeFile(folder.filePath(name), "");
-    }
-    QCOMPARE(completionsOf({"show", ""}, folder.path()), (QStringList{"a b.xml", "b.XML", "e"}));
-    QCOMPARE(completionsOf({"extract", "a b.xml", ""}, folder.path()),
-             (QStringList{"a b.xml", "b.XML", "c.dat", "e"}));
-    QCOMPARE(completionsOf({"list", "--controller", ""}, folder.path()), QStringList());
-}
-
-void TestToolManual::fieldsAreCompleted()
-{
-    QCOMPARE(completionsOf({"diff", "--ignore", "n"}, QString()),
-             (QStringList{"name", "nameServer", "net", "ntpServer"}));
-}
 
 VELTRA4_TEST(TestToolManual)
 #include "tst_toolmanual.moc"

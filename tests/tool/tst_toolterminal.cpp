@@ -12,94 +12,85 @@ class TestToolTerminal : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase()
+    {
+        qputenv("TERM", "xterm");
+        qunsetenv("NO_COLOR");
+        m_first = Tool::makeFile(m_folder.filePath("a.xml"), SampleBackup::document());
+        m_second =
+            Tool::makeFile(m_folder.filePath("b.xml"), SampleBackup::documentWith("/24", "/25"));
+    }
 
-    void coloursVerdicts();
-    void coloursDifferences();
-    void takesNoColour_data();
-    void takesNoColour();
-    void showsHowFarItIs();
-    void saysNothingOfItInAPipe();
-    void noticesAClosedPipe();
+    void coloursVerdicts()
+    {
+        const QString broken = Tool::makeFile(m_folder.filePath("broken"), "<ZOR/>");
+        const QString shown = Tool::runInTerminal({"list", m_first, broken});
+        QVERIFY2(shown.contains("  \x1b[32mgood   \x1b[m  " + m_first), qPrintable(shown));
+        QVERIFY2(shown.contains("  \x1b[31mrefused\x1b[m  " + broken), qPrintable(shown));
+    }
+
+    void coloursDifferences()
+    {
+        const QString shown = Tool::runInTerminal({"diff", m_first, m_second});
+        QVERIFY2(shown.contains("\x1b[31m  - 192.168.0.7/24"), qPrintable(shown));
+        QVERIFY2(shown.contains("\x1b[32m  + 192.168.0.7/25"), qPrintable(shown));
+    }
+
+    void takesNoColour_data()
+    {
+        QTest::addColumn<QByteArray>("variable");
+        QTest::addColumn<QByteArray>("value");
+        QTest::newRow("NO_COLOR") << QByteArray("NO_COLOR") << QByteArray("1");
+        QTest::newRow("a terminal that has none") << QByteArray("TERM") << QByteArray("dumb");
+    }
+
+    void takesNoColour()
+    {
+        QFETCH(const QByteArray, variable);
+        QFETCH(const QByteArray, value);
+        const QByteArray before = qgetenv(variable);
+        qputenv(variable, value);
+        const QString shown = Tool::runInTerminal({"diff", m_first, m_second});
+        qputenv(variable, before);
+        QVERIFY2(shown.contains("  - 192.168.0.7/24"), qPrintable(shown));
+        QVERIFY2(!shown.contains("\x1b["), qPrintable(shown));
+    }
+
+    void showsHowFarItIs()
+    {
+        const QString shown = Tool::runInTerminal({"verify", m_first, m_second});
+        QVERIFY2(shown.contains("\r0 of 2"), qPrintable(shown));
+        const QString result = shown.section("\r\x1b[K", 1); // behind the line that was taken away
+        QVERIFY2(result.startsWith(m_first + ": A restore would"), qPrintable(shown));
+    }
+
+    void saysNothingOfItInAPipe()
+    {
+        const Tool::Run run = Tool::run({"list", m_first, m_second});
+        QCOMPARE(run.complaint, QString());
+        QVERIFY(!run.output.contains('\x1b'));
+    }
+
+    void noticesAClosedPipe()
+    {
+        const auto writeToNobody = [] {
+            int ends[2];
+            if (pipe(ends) != 0 || dup2(ends[1], STDOUT_FILENO) < 0) {
+                _exit(99);
+            }
+            close(ends[0]);
+            close(ends[1]);
+        };
+        const Tool::Run run = Tool::run({"list", m_first}, writeToNobody);
+        QCOMPARE(run.exitCode, 2);
+        QCOMPARE(run.complaint, QString("veltra4-backup: The output cannot be written.\n"));
+    }
 
 private:
     const QTemporaryDir m_folder;
     QString m_first;
     QString m_second;
 };
-
-void TestToolTerminal::initTestCase()
-{
-    qputenv("TERM", "xterm");
-    qunsetenv("NO_COLOR");
-    m_first = Tool::makeFile(m_folder.filePath("a.xml"), SampleBackup::document());
-    m_second = Tool::makeFile(m_folder.filePath("b.xml"), SampleBackup::documentWith("/24", "/25"));
-}
-
-void TestToolTerminal::coloursVerdicts()
-{
-    const QString broken = Tool::makeFile(m_folder.filePath("broken"), "<ZOR/>");
-    const QString shown = Tool::runInTerminal({"list", m_first, broken});
-    QVERIFY2(shown.contains("  \x1b[32mgood   \x1b[m  " + m_first), qPrintable(shown));
-    QVERIFY2(shown.contains("  \x1b[31mrefused\x1b[m  " + broken), qPrintable(shown));
-}
-
-void TestToolTerminal::coloursDifferences()
-{
-    const QString shown = Tool::runInTerminal({"diff", m_first, m_second});
-    QVERIFY2(shown.contains("\x1b[31m  - 192.168.0.7/24"), qPrintable(shown));
-    QVERIFY2(shown.contains("\x1b[32m  + 192.168.0.7/25"), qPrintable(shown));
-}
-
-void TestToolTerminal::takesNoColour_data()
-{
-    QTest::addColumn<QByteArray>("variable");
-    QTest::addColumn<QByteArray>("value");
-    QTest::newRow("NO_COLOR") << QByteArray("NO_COLOR") << QByteArray("1");
-    QTest::newRow("a terminal that has none") << QByteArray("TERM") << QByteArray("dumb");
-}
-
-void TestToolTerminal::takesNoColour()
-{
-    QFETCH(const QByteArray, variable);
-    QFETCH(const QByteArray, value);
-    const QByteArray before = qgetenv(variable);
-    qputenv(variable, value);
-    const QString shown = Tool::runInTerminal({"diff", m_first, m_second});
-    qputenv(variable, before);
-    QVERIFY2(shown.contains("  - 192.168.0.7/24"), qPrintable(shown));
-    QVERIFY2(!shown.contains("\x1b["), qPrintable(shown));
-}
-
-void TestToolTerminal::showsHowFarItIs()
-{
-    const QString shown = Tool::runInTerminal({"verify", m_first, m_second});
-    QVERIFY2(shown.contains("\r0 of 2"), qPrintable(shown));
-    const QString result = shown.section("\r\x1b[K", 1); // behind the line that was taken away
-    QVERIFY2(result.startsWith(m_first + ": A restore would"), qPrintable(shown));
-}
-
-void TestToolTerminal::saysNothingOfItInAPipe()
-{
-    const Tool::Run run = Tool::run({"list", m_first, m_second});
-    QCOMPARE(run.complaint, QString());
-    QVERIFY(!run.output.contains('\x1b'));
-}
-
-void TestToolTerminal::noticesAClosedPipe()
-{
-    const auto writeToNobody = [] {
-        int ends[2];
-        if (pipe(ends) != 0 || dup2(ends[1], STDOUT_FILENO) < 0) {
-            _exit(99);
-        }
-        close(ends[0]);
-        close(ends[1]);
-    };
-    const Tool::Run run = Tool::run({"list", m_first}, writeToNobody);
-    QCOMPARE(run.exitCode, 2);
-    QCOMPARE(run.complaint, QString("veltra4-backup: The output cannot be written.\n"));
-}
 
 VELTRA4_TEST(TestToolTerminal)
 #include "tst_toolterminal.moc"

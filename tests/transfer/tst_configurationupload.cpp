@@ -85,23 +85,183 @@ class TestConfigurationUpload : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void sendsTheFileInChunksOf100Bytes_data();
-    void sendsTheFileInChunksOf100Bytes();
-    void twoHundredFiftyBytesGiveTextsOf134And134And67Characters();
-    void oneByteGivesTwoCharacters_data();
-    void oneByteGivesTwoCharacters();
-    void anEmptyFileFailsWithoutAWord();
-    void whatCannotBeOpenedIsReported_data();
-    void whatCannotBeOpenedIsReported();
-    void aFileWithoutPermissionIsReported();
-    void aPipeIsNotWaitedFor();
-    void aFileThatShrinksOnTheWayIsReported();
-    void ofAFileThatGrowsOnTheWayOnlyTheOldSizeIsSent();
-    void refusedChunksDoNotEndTheUpload_data();
-    void refusedChunksDoNotEndTheUpload();
-    void aFileOfMoreChunksThanCanBeNumberedIsUnreadable();
-    void memoryDoesNotGrowWithTheFile();
+    void initTestCase() { QVERIFY(m_folder.isValid()); }
+
+    void sendsTheFileInChunksOf100Bytes_data()
+    {
+        QTest::addColumn<int>("size");
+        for (const int size : {1, 2, 99, 100, 101, 199, 200, 201, 250, 100000}) {
+            QTest::addRow("%d bytes", size) << size;
+        }
+    }
+
+    void sendsTheFileInChunksOf100Bytes()
+    {
+        QFETCH(const int, size);
+        const QByteArray bytes = someBytes(size);
+        ScriptedChannel channel;
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith(bytes)), 0);
+        QCOMPARE(channel.trace(), commandsFor(bytes));
+    }
+
+    void twoHundredFiftyBytesGiveTextsOf134And134And67Characters()
+    {
+        ScriptedChannel channel;
+        uploadConfigurationFile(Controller(&channel), fileWith(someBytes(250)));
+        const QStringList trace = channel.trace();
+        QCOMPARE(trace.size(), 3);
+        const QList<int> lengths{134, 134, 67};
+        for (int i = 0; i < 3; ++i) {
+            const QString start = QStringLiteral("sendCommand system upload 3 %1 ").arg(i + 1);
+            QVERIFY2(trace.at(i).startsWith(start), qPrintable(trace.at(i)));
+            QCOMPARE(trace.at(i).size() - start.size(), lengths.at(i));
+        }
+    }
+
+    void oneByteGivesTwoCharacters_data()
+    {
+        QTest::addColumn<QByteArray>("byte");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("01") << QByteArray("\x01") << "BA";
+        QTest::newRow("ff") << QByteArray("\xff") << "/D";
+        QTest::newRow("00") << QByteArray(1, '\0') << "AA";
+    }
+
+    void oneByteGivesTwoCharacters()
+    {
+        QFETCH(const QByteArray, byte);
+        QFETCH(const QString, text);
+        ScriptedChannel channel;
+        uploadConfigurationFile(Controller(&channel), fileWith(byte));
+        QCOMPARE(channel.trace(), QStringList("sendCommand system upload 1 1 " + text));
+    }
+
+    void anEmptyFileFailsWithoutAWord()
+    {
+        ScriptedChannel channel;
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith({})), -1);
+        QCOMPARE(channel.trace(), QStringList());
+    }
+
+    void whatCannotBeOpenedIsReported_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("missing") << m_folder.filePath("missing.dat");
+        QTest::newRow("folder") << m_folder.path();
+        QTest::newRow("device") << "/dev/zero";
+        QTest::newRow("no name") << "";
+    }
+
+    void whatCannotBeOpenedIsReported()
+    {
+        QFETCH(const QString, path);
+        ScriptedChannel channel;
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
+        QCOMPARE(channel.trace(),
+                 QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
+    }
+
+    void aFileWithoutPermissionIsReported()
+    {
+        if (geteuid() == 0) {
+            QSKIP("root may read everything");
+        }
+        const QString path = fileWith("data");
+        QVERIFY(QFile::setPermissions(path, {}));
+        ScriptedChannel channel;
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
+        QCOMPARE(channel.trace(),
+                 QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
+        QVERIFY(QFile::remove(path));
+    }
+
+    void aPipeIsNotWaitedFor()
+    {
+        const QString path = m_folder.filePath("pipe.dat");
+        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        ScriptedChannel channel;
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
+        QCOMPARE(channel.trace(),
+                 QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
+    }
+
+    void aFileThatShrinksOnTheWayIsReported()
+    {
+        const QByteArray bytes = someBytes(1000000);
+        const QString path = fileWith(bytes);
+        ScriptedChannel channel;
+        channel.whenSent(commandsFor(bytes).at(1).mid(12).toLatin1(),
+                         [path] { QVERIFY(QFile::resize(path, 150)); });
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -1);
+        // How far it got depends on how much was read ahead.
+        QVERIFY(channel.commandCount() < 1000);
+        QCOMPARE(channel.trace().last(), ScriptedChannel::reported("unable to read data: 0"));
+    }
+
+    void ofAFileThatGrowsOnTheWayOnlyTheOldSizeIsSent()
+    {
+        const QByteArray bytes = someBytes(250);
+        const QString path = fileWith(bytes);
+        ScriptedChannel channel;
+        channel.whenSent(commandsFor(bytes).at(0).mid(12).toLatin1(), [path] {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::Append));
+            file.write(QByteArray(1000, 'x'));
+        });
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), path), 0);
+        QCOMPARE(channel.commandCount(), 3);
+    }
+
+    void refusedChunksDoNotEndTheUpload_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<bool>("lasting");
+        for (int first = 1; first <= 3; ++first) {
+            QTest::addRow("chunk %d", first) << first << false;
+            QTest::addRow("from chunk %d on", first) << first << true;
+        }
+    }
+
+    void refusedChunksDoNotEndTheUpload()
+    {
+        QFETCH(const int, first);
+        QFETCH(const bool, lasting);
+        const QByteArray bytes = someBytes(250);
+        ScriptedChannel channel;
+        channel.failNth(first, lasting);
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith(bytes)), 0);
+        QCOMPARE(channel.trace(), commandsFor(bytes));
+    }
+
+    void aFileOfMoreChunksThanCanBeNumberedIsUnreadable()
+    {
+        const QString path = m_folder.filePath("endless.dat");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        if (!file.resize(qint64(100) * 2147483647)) {
+            QSKIP("no holes in files here");
+        }
+        ScriptedChannel channel;
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
+        QCOMPARE(channel.commandCount(), 0);
+        QVERIFY(file.remove());
+    }
+
+    void memoryDoesNotGrowWithTheFile()
+    {
+#ifdef __SANITIZE_ADDRESS__
+        QSKIP("the sanitizer keeps what was freed");
+#endif
+        constexpr qint64 size = 64 << 20;
+        const QString path = m_folder.filePath("large.dat");
+        QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+        QVERIFY(QFile::resize(path, size));
+        SinkChannel channel;
+        const qint64 before = peakMemory();
+        QCOMPARE(uploadConfigurationFile(Controller(&channel), path), 0);
+        QCOMPARE(qint64(channel.commandCount()), (size + 99) / 100);
+        QVERIFY(peakMemory() - before < 8 << 20);
+    }
 
 private:
     QString fileWith(const QByteArray &contents) const
@@ -111,187 +271,6 @@ private:
 
     QTemporaryDir m_folder;
 };
-
-void TestConfigurationUpload::initTestCase()
-{
-    QVERIFY(m_folder.isValid());
-}
-
-void TestConfigurationUpload::sendsTheFileInChunksOf100Bytes_data()
-{
-    QTest::addColumn<int>("size");
-    for (const int size : {1, 2, 99, 100, 101, 199, 200, 201, 250, 100000}) {
-        QTest::addRow("%d bytes", size) << size;
-    }
-}
-
-void TestConfigurationUpload::sendsTheFileInChunksOf100Bytes()
-{
-    QFETCH(const int, size);
-    const QByteArray bytes = someBytes(size);
-    ScriptedChannel channel;
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith(bytes)), 0);
-    QCOMPARE(channel.trace(), commandsFor(bytes));
-}
-
-void TestConfigurationUpload::twoHundredFiftyBytesGiveTextsOf134And134And67Characters()
-{
-    ScriptedChannel channel;
-    uploadConfigurationFile(Controller(&channel), fileWith(someBytes(250)));
-    const QStringList trace = channel.trace();
-    QCOMPARE(trace.size(), 3);
-    const QList<int> lengths{134, 134, 67};
-    for (int i = 0; i < 3; ++i) {
-        const QString start = QStringLiteral("sendCommand system upload 3 %1 ").arg(i + 1);
-        QVERIFY2(trace.at(i).startsWith(start), qPrintable(trace.at(i)));
-        QCOMPARE(trace.at(i).size() - start.size(), lengths.at(i));
-    }
-}
-
-void TestConfigurationUpload::oneByteGivesTwoCharacters_data()
-{
-    QTest::addColumn<QByteArray>("byte");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("01") << QByteArray("\x01") << "BA";
-    QTest::newRow("ff") << QByteArray("\xff") << "/D";
-    QTest::newRow("00") << QByteArray(1, '\0') << "AA";
-}
-
-void TestConfigurationUpload::oneByteGivesTwoCharacters()
-{
-    QFETCH(const QByteArray, byte);
-    QFETCH(const QString, text);
-    ScriptedChannel channel;
-    uploadConfigurationFile(Controller(&channel), fileWith(byte));
-    QCOMPARE(channel.trace(), QStringList("sendCommand system upload 1 1 " + text));
-}
-
-void TestConfigurationUpload::anEmptyFileFailsWithoutAWord()
-{
-    ScriptedChannel channel;
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith({})), -1);
-    QCOMPARE(channel.trace(), QStringList());
-}
-
-void TestConfigurationUpload::whatCannotBeOpenedIsReported_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::newRow("missing") << m_folder.filePath("missing.dat");
-    QTest::newRow("folder") << m_folder.path();
-    QTest::newRow("device") << "/dev/zero";
-    QTest::newRow("no name") << "";
-}
-
-void TestConfigurationUpload::whatCannotBeOpenedIsReported()
-{
-    QFETCH(const QString, path);
-    ScriptedChannel channel;
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
-    QCOMPARE(channel.trace(),
-             QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
-}
-
-void TestConfigurationUpload::aFileWithoutPermissionIsReported()
-{
-    if (geteuid() == 0) {
-        QSKIP("root may read everything");
-    }
-    const QString path = fileWith("data");
-    QVERIFY(QFile::setPermissions(path, {}));
-    ScriptedChannel channel;
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
-    QCOMPARE(channel.trace(),
-             QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
-    QVERIFY(QFile::remove(path));
-}
-
-void TestConfigurationUpload::aPipeIsNotWaitedFor()
-{
-    const QString path = m_folder.filePath("pipe.dat");
-    QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-    ScriptedChannel channel;
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
-    QCOMPARE(channel.trace(),
-             QStringList(ScriptedChannel::reported("file cannot be opened for reading")));
-}
-
-void TestConfigurationUpload::aFileThatShrinksOnTheWayIsReported()
-{
-    const QByteArray bytes = someBytes(1000000);
-    const QString path = fileWith(bytes);
-    ScriptedChannel channel;
-    channel.whenSent(commandsFor(bytes).at(1).mid(12).toLatin1(),
-                     [path] { QVERIFY(QFile::resize(path, 150)); });
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -1);
-    // How far it got depends on how much was read ahead.
-    QVERIFY(channel.commandCount() < 1000);
-    QCOMPARE(channel.trace().last(), ScriptedChannel::reported("unable to read data: 0"));
-}
-
-void TestConfigurationUpload::ofAFileThatGrowsOnTheWayOnlyTheOldSizeIsSent()
-{
-    const QByteArray bytes = someBytes(250);
-    const QString path = fileWith(bytes);
-    ScriptedChannel channel;
-    channel.whenSent(commandsFor(bytes).at(0).mid(12).toLatin1(), [path] {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::Append));
-        file.write(QByteArray(1000, 'x'));
-    });
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), 0);
-    QCOMPARE(channel.commandCount(), 3);
-}
-
-void TestConfigurationUpload::refusedChunksDoNotEndTheUpload_data()
-{
-    QTest::addColumn<int>("first");
-    QTest::addColumn<bool>("lasting");
-    for (int first = 1; first <= 3; ++first) {
-        QTest::addRow("chunk %d", first) << first << false;
-        QTest::addRow("from chunk %d on", first) << first << true;
-    }
-}
-
-void TestConfigurationUpload::refusedChunksDoNotEndTheUpload()
-{
-    QFETCH(const int, first);
-    QFETCH(const bool, lasting);
-    const QByteArray bytes = someBytes(250);
-    ScriptedChannel channel;
-    channel.failNth(first, lasting);
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), fileWith(bytes)), 0);
-    QCOMPARE(channel.trace(), commandsFor(bytes));
-}
-
-void TestConfigurationUpload::aFileOfMoreChunksThanCanBeNumberedIsUnreadable()
-{
-    const QString path = m_folder.filePath("endless.dat");
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    if (!file.resize(qint64(100) * 2147483647)) {
-        QSKIP("no holes in files here");
-    }
-    ScriptedChannel channel;
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), -2);
-    QCOMPARE(channel.commandCount(), 0);
-    QVERIFY(file.remove());
-}
-
-void TestConfigurationUpload::memoryDoesNotGrowWithTheFile()
-{
-#ifdef __SANITIZE_ADDRESS__
-    QSKIP("the sanitizer keeps what was freed");
-#endif
-    constexpr qint64 size = 64 << 20;
-    const QString path = m_folder.filePath("large.dat");
-    QVERIFY(QFile(path).open(QIODevice::WriteOnly));
-    QVERIFY(QFile::resize(path, size));
-    SinkChannel channel;
-    const qint64 before = peakMemory();
-    QCOMPARE(uploadConfigurationFile(Controller(&channel), path), 0);
-    QCOMPARE(qint64(channel.commandCount()), (size + 99) / 100);
-    QVERIFY(peakMemory() - before < 8 << 20);
-}
 
 VELTRA4_TEST(TestConfigurationUpload)
 #include "tst_configurationupload.moc"

@@ -5,17 +5,6 @@
 #include <QDialog>
 #include <QtTest>
 
-class TestModalDialog : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void theResultIsReturnedAndTheDialogDeleted_data();
-    void theResultIsReturnedAndTheDialogDeleted();
-    void aDestroyedDialogHasNoResult();
-    void aDestroyedParentTakesTheDialogWithIt();
-};
-
 namespace {
 
 QDialog *namedDialog(QWidget *parent)
@@ -32,38 +21,44 @@ std::optional<int> run(QDialog *dialog)
 
 } // namespace
 
-void TestModalDialog::theResultIsReturnedAndTheDialogDeleted_data()
+class TestModalDialog : public QObject
 {
-    QTest::addColumn<int>("result");
-    QTest::newRow("accepted") << int(QDialog::Accepted);
-    QTest::newRow("rejected") << int(QDialog::Rejected);
-    QTest::newRow("another") << 7;
-}
+    Q_OBJECT
 
-void TestModalDialog::theResultIsReturnedAndTheDialogDeleted()
-{
-    QFETCH(const int, result);
-    ModalDriver driver;
-    driver.expectDialog("Asked", [result](QDialog *shown) { shown->done(result); });
-    const QPointer<QDialog> dialog = namedDialog(nullptr);
-    QCOMPARE(run(dialog), std::optional<int>(result));
-    QVERIFY(dialog.isNull());
-}
+private slots:
+    void theResultIsReturnedAndTheDialogDeleted_data()
+    {
+        QTest::addColumn<int>("result");
+        QTest::newRow("accepted") << int(QDialog::Accepted);
+        QTest::newRow("rejected") << int(QDialog::Rejected);
+        QTest::newRow("another") << 7;
+    }
 
-void TestModalDialog::aDestroyedDialogHasNoResult()
-{
-    ModalDriver driver;
-    driver.expectDialog("Asked", [](QDialog *shown) { delete shown; });
-    QVERIFY(!run(namedDialog(nullptr)).has_value());
-}
+    void theResultIsReturnedAndTheDialogDeleted()
+    {
+        QFETCH(const int, result);
+        ModalDriver driver;
+        driver.expectDialog("Asked", [result](QDialog *shown) { shown->done(result); });
+        const QPointer<QDialog> dialog = namedDialog(nullptr);
+        QCOMPARE(run(dialog), std::optional<int>(result));
+        QVERIFY(dialog.isNull());
+    }
 
-void TestModalDialog::aDestroyedParentTakesTheDialogWithIt()
-{
-    auto *parent = new QWidget;
-    ModalDriver driver;
-    driver.expectDialog("Asked", [parent](QDialog *) { delete parent; });
-    QVERIFY(!run(namedDialog(parent)).has_value());
-}
+    void aDestroyedDialogHasNoResult()
+    {
+        ModalDriver driver;
+        driver.expectDialog("Asked", [](QDialog *shown) { delete shown; });
+        QVERIFY(!run(namedDialog(nullptr)).has_value());
+    }
+
+    void aDestroyedParentTakesTheDialogWithIt()
+    {
+        auto *parent = new QWidget;
+        ModalDriver driver;
+        driver.expectDialog("Asked", [parent](QDialog *) { delete parent; });
+        QVERIFY(!run(namedDialog(parent)).has_value());
+    }
+};
 
 VELTRA4_TEST(TestModalDialog)
 #include "tst_modaldialog.moc"

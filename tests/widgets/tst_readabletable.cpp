@@ -11,21 +11,6 @@
 
 #include <algorithm>
 
-class TestReadableTable : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void rowsAreAsHighAsAsked();
-    void rowsAreHigherWhereTheFontNeedsIt();
-    void titlesAreCutOnTheRight();
-    void noLetterIsCut_data();
-    void noLetterIsCut();
-    void aShortenedTextIsToldInFull();
-    void aTextThatFitsIsNotRepeated();
-    void aTextIsNeverTakenForHtml();
-};
-
 namespace {
 
 constexpr int rowHeight = 30;
@@ -85,59 +70,59 @@ QString tipOf(const QString &text, int columnWidth)
 
 } // namespace
 
-void TestReadableTable::rowsAreAsHighAsAsked()
+class TestReadableTable : public QObject
 {
-    QCOMPARE(heightOfRow(fontOfSize(12), rowHeight), rowHeight);
-}
+    Q_OBJECT
 
-void TestReadableTable::rowsAreHigherWhereTheFontNeedsIt()
-{
-    QTableWidget plain(1, 1);
-    plain.setFont(fontOfSize(60));
-    const int needed = plain.verticalHeader()->minimumSectionSize();
-    QVERIFY(needed >= 60);
-    QCOMPARE(heightOfRow(fontOfSize(60), 20), needed);
-}
+private slots:
+    void rowsAreAsHighAsAsked() { QCOMPARE(heightOfRow(fontOfSize(12), rowHeight), rowHeight); }
 
-void TestReadableTable::titlesAreCutOnTheRight()
-{
-    QTableWidget table(1, 1);
-    ReadableTable::prepare(&table, rowHeight);
-    QCOMPARE(table.horizontalHeader()->textElideMode(), Qt::ElideRight);
-}
-
-void TestReadableTable::noLetterIsCut_data()
-{
-    QTest::addColumn<int>("fontSize");
-    for (const int pixels : {9, 12, 15, 17, 20, 22, 25, 31, 40}) {
-        QTest::addRow("%d pixels", pixels) << pixels;
+    void rowsAreHigherWhereTheFontNeedsIt()
+    {
+        QTableWidget plain(1, 1);
+        plain.setFont(fontOfSize(60));
+        const int needed = plain.verticalHeader()->minimumSectionSize();
+        QVERIFY(needed >= 60);
+        QCOMPARE(heightOfRow(fontOfSize(60), 20), needed);
     }
-}
 
-void TestReadableTable::noLetterIsCut()
-{
-    QFETCH(int, fontSize);
-    const int whole = paintedHeight(fontOfSize(fontSize), 100);
-    QVERIFY(whole > fontSize / 2);
-    QCOMPARE(paintedHeight(fontOfSize(fontSize), 1), whole);
-}
+    void titlesAreCutOnTheRight()
+    {
+        QTableWidget table(1, 1);
+        ReadableTable::prepare(&table, rowHeight);
+        QCOMPARE(table.horizontalHeader()->textElideMode(), Qt::ElideRight);
+    }
 
-void TestReadableTable::aShortenedTextIsToldInFull()
-{
-    QVERIFY(tipOf(QStringLiteral("Calibration hall, six cameras"), 40)
-                .contains(QStringLiteral("Calibration hall, six cameras")));
-}
+    void noLetterIsCut_data()
+    {
+        QTest::addColumn<int>("fontSize");
+        for (const int pixels : {9, 12, 15, 17, 20, 22, 25, 31, 40}) {
+            QTest::addRow("%d pixels", pixels) << pixels;
+        }
+    }
 
-void TestReadableTable::aTextThatFitsIsNotRepeated()
-{
-    QCOMPARE(tipOf(QStringLiteral("demo"), 400), QString());
-}
+    void noLetterIsCut()
+    {
+        QFETCH(int, fontSize);
+        const int whole = paintedHeight(fontOfSize(fontSize), 100);
+        QVERIFY(whole > fontSize / 2);
+        QCOMPARE(paintedHeight(fontOfSize(fontSize), 1), whole);
+    }
 
-void TestReadableTable::aTextIsNeverTakenForHtml()
-{
-    QVERIFY(tipOf(QStringLiteral("<b>very bold</b>"), 20)
-                .contains(QStringLiteral("&lt;b&gt;very bold")));
-}
+    void aShortenedTextIsToldInFull()
+    {
+        QVERIFY(tipOf(QStringLiteral("Calibration hall, six cameras"), 40)
+                    .contains(QStringLiteral("Calibration hall, six cameras")));
+    }
+
+    void aTextThatFitsIsNotRepeated() { QCOMPARE(tipOf(QStringLiteral("demo"), 400), QString()); }
+
+    void aTextIsNeverTakenForHtml()
+    {
+        QVERIFY(tipOf(QStringLiteral("<b>very bold</b>"), 20)
+                    .contains(QStringLiteral("&lt;b&gt;very bold")));
+    }
+};
 
 VELTRA4_TEST(TestReadableTable)
 #include "tst_readabletable.moc"

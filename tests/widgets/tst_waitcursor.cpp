@@ -5,19 +5,6 @@
 #include <QGuiApplication>
 #include <QtTest>
 
-class TestWaitCursor : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void cleanup();
-
-    void itWaitsForAsLongAsItLives();
-    void itNests();
-    void itMayBeTakenBackEarlyAndOnlyOnce();
-    void itMayBeLeftOn();
-};
-
 namespace {
 
 bool applicationWaits()
@@ -28,54 +15,60 @@ bool applicationWaits()
 
 } // namespace
 
-void TestWaitCursor::cleanup()
+class TestWaitCursor : public QObject
 {
-    while (QGuiApplication::overrideCursor()) {
+    Q_OBJECT
+
+private slots:
+    void cleanup()
+    {
+        while (QGuiApplication::overrideCursor()) {
+            QGuiApplication::restoreOverrideCursor();
+        }
+    }
+
+    void itWaitsForAsLongAsItLives()
+    {
+        {
+            const WaitCursor cursor;
+            QVERIFY(applicationWaits());
+        }
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
+
+    void itNests()
+    {
+        const WaitCursor outer;
+        {
+            const WaitCursor inner;
+            QVERIFY(applicationWaits());
+        }
+        QVERIFY(applicationWaits());
+    }
+
+    void itMayBeTakenBackEarlyAndOnlyOnce()
+    {
+        const WaitCursor outer;
+        {
+            WaitCursor inner;
+            inner.restore();
+            inner.restore();
+            QVERIFY(applicationWaits());
+        }
+        QVERIFY(applicationWaits());
+    }
+
+    void itMayBeLeftOn()
+    {
+        {
+            WaitCursor cursor;
+            cursor.abandon();
+        }
+        QVERIFY(applicationWaits());
         QGuiApplication::restoreOverrideCursor();
+        QVERIFY(!QGuiApplication::overrideCursor());
     }
-}
-
-void TestWaitCursor::itWaitsForAsLongAsItLives()
-{
-    {
-        const WaitCursor cursor;
-        QVERIFY(applicationWaits());
-    }
-    QVERIFY(!QGuiApplication::overrideCursor());
-}
-
-void TestWaitCursor::itNests()
-{
-    const WaitCursor outer;
-    {
-        const WaitCursor inner;
-        QVERIFY(applicationWaits());
-    }
-    QVERIFY(applicationWaits());
-}
-
-void TestWaitCursor::itMayBeTakenBackEarlyAndOnlyOnce()
-{
-    const WaitCursor outer;
-    {
-        WaitCursor inner;
-        inner.restore();
-        inner.restore();
-        QVERIFY(applicationWaits());
-    }
-    QVERIFY(applicationWaits());
-}
-
-void TestWaitCursor::itMayBeLeftOn()
-{
-    {
-        WaitCursor cursor;
-        cursor.abandon();
-    }
-    QVERIFY(applicationWaits());
-    QGuiApplication::restoreOverrideCursor();
-    QVERIFY(!QGuiApplication::overrideCursor());
-}
+};
 
 VELTRA4_TEST(TestWaitCursor)
 #include "tst_waitcursor.moc"
