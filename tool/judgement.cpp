@@ -1,5 +1,6 @@
 #include "tool/judgement.h"
 
+#include "backup/refusingnetwork.h"
 #include "tool/backupfile.h"
 #include "tool/outcome.h"
 #include "tool/progress.h"
@@ -20,6 +21,9 @@ Judgement judge(const QString &path)
 
 QVector<Judgement> judgeAll(const QStringList &paths)
 {
+    // The first network of a process makes Qt's types known; two threads that do so at once are
+    // told off on the standard error output.
+    const RefusingNetwork first;
     const Progress progress(paths.size());
     QEventLoop loop;
     QFutureWatcher<Judgement> watcher;
