@@ -2,11 +2,60 @@
 
 #include "simulator/simulatedcontroller.h"
 
+#include <QByteArrayList>
+#include <QtTest>
+
+/// The answer, or "refused: " and the reason.
+inline QByteArray textOf(const Reply &reply)
+{
+    return reply.ok ? reply.text : "refused: " + reply.reason.toLatin1();
+}
+
 /// The controller's answer to @p command, or "refused: " and the reason.
 inline QByteArray answer(SimulatedController &controller, const QByteArray &command)
 {
-    const Reply reply = controller.execute(command);
-    return reply.ok ? reply.text : "refused: " + reply.reason.toLatin1();
+    return textOf(controller.execute(command));
+}
+
+/// Sees that a line "command -> answer" comes true when the command is given to @p ask. Without an
+/// arrow the command has to be done; what that is answered with depends on its beginning only.
+template <typename Ask>
+void expectAnswer(Ask ask, const QByteArray &line)
+{
+    const QByteArray command = line.mid(0, line.indexOf(" -> "));
+    const QByteArray said = ask(command);
+    const bool isDone = said == (command.startsWith("veltra2 ") ? "veltra2 ok" : "");
+    QCOMPARE(isDone ? command : command + " -> " + said, line);
+}
+
+/// The same for one line after the other, with that controller.
+inline void expectAnswers(SimulatedController &controller, const QByteArrayList &lines)
+{
+    for (const QByteArray &line : lines) {
+        expectAnswer([&](const QByteArray &command) { return answer(controller, command); }, line);
+    }
+}
+
+/// The same with a new controller in that state. @return the state that it is in afterwards
+inline ControllerState stateAfter(const ControllerState &state, const QByteArrayList &lines)
+{
+    SimulatedController controller(state);
+    expectAnswers(controller, lines);
+    return controller.state();
+}
+
+inline void expectAnswers(const ControllerState &state, const QByteArrayList &lines)
+{
+    stateAfter(state, lines);
+}
+
+/// Sees that the commands are refused for that reason, and change nothing.
+inline void expectRefusals(const ControllerState &state, const QByteArray &reason,
+                           const QByteArrayList &commands)
+{
+    for (const QByteArray &command : commands) {
+        QVERIFY(stateAfter(state, {command + " -> refused: " + reason}) == state);
+    }
 }
 
 /// A controller with the configurations "standard", "first" and "second", 1000 bytes of data each,
@@ -36,5 +85,13 @@ inline ControllerState smallState()
                     {"dead", true, false, true},
                     {"ready", false, true, true},
                     {"far", false, true, false}};
+    return state;
+}
+
+/// The same controller, with the active configuration locked by the password "secret".
+inline ControllerState lockedState()
+{
+    ControllerState state = smallState();
+    state.configurations[1].password = SaltedHash::of("secret", "salt");
     return state;
 }

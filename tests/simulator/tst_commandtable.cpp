@@ -2,7 +2,6 @@
 #include "tests/support/testmain.h"
 
 #include <QRandomGenerator>
-#include <QtTest>
 
 namespace {
 
@@ -66,53 +65,18 @@ class TestCommandTable : public QObject
     Q_OBJECT
 
 private slots:
-    void whatIsNoCommandIsRefusedWithAReason_data()
-    {
-        QTest::addColumn<QByteArray>("command");
-        QTest::addColumn<QByteArray>("reason");
-        const QByteArray unknown = "refused: unknown command";
-        const QByteArray noLine = "refused: not a command line";
-        QTest::newRow("nothing") << QByteArray() << unknown;
-        QTest::newRow("blank") << QByteArray(" ") << unknown;
-        QTest::newRow("half a name") << QByteArray("config") << unknown;
-        QTest::newRow("other case") << QByteArray("Config free_space") << unknown;
-        QTest::newRow("two blanks") << QByteArray("config  free_space") << unknown;
-        QTest::newRow("blank in front") << QByteArray(" config free_space") << unknown;
-        QTest::newRow("prefix missing") << QByteArray("config new_config x") << unknown;
-        QTest::newRow("prefix too much") << QByteArray("veltra2 config free_space") << unknown;
-        QTest::newRow("longer name") << QByteArray("config descr") << unknown;
-        QTest::newRow("argument too much")
-            << QByteArray("config free_space now") << QByteArray("refused: takes no argument");
-        QTest::newRow("blank too much")
-            << QByteArray("config free_space ") << QByteArray("refused: takes no argument");
-        QTest::newRow("argument missing")
-            << QByteArray("config config") << QByteArray("refused: an argument is missing");
-        QTest::newRow("line end") << QByteArray("config free_space\n") << noLine;
-        QTest::newRow("NUL") << QByteArray("config\0free_space", 17) << noLine;
-        QTest::newRow("DEL") << QByteArray("config desc \"\x7f\"") << noLine;
-        QTest::newRow("very long")
-            << QByteArray("config desc \"") + QByteArray(100000, 'x') + '"' << noLine;
-    }
-
     void whatIsNoCommandIsRefusedWithAReason()
     {
-        QFETCH(const QByteArray, command);
-        QFETCH(const QByteArray, reason);
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, command), reason);
-        QVERIFY(controller.state() == smallState());
-    }
-
-    void randomBytesAreRefused()
-    {
-        QRandomGenerator generator(1);
-        SimulatedController controller(smallState());
-        for (int i = 0; i < 20000; ++i) {
-            const Reply reply = controller.execute(randomBytes(generator, generator.bounded(60)));
-            QVERIFY(!reply.ok);
-            QVERIFY(!reply.reason.isEmpty());
-        }
-        QVERIFY(controller.state() == smallState());
+        expectRefusals(smallState(), "unknown command",
+                       {"", " ", "config", "Config free_space", "config  free_space",
+                        " config free_space", "config new_config x", "veltra2 config free_space",
+                        "config descr"});
+        expectRefusals(smallState(), "takes no argument",
+                       {"config free_space now", "config free_space "});
+        expectRefusals(smallState(), "an argument is missing", {"config config"});
+        expectRefusals(smallState(), "not a command line",
+                       {"config free_space\n", QByteArray("config\0free_space", 17),
+                        "config desc \"\x7f\"", "config desc \"" + QByteArray(100000, 'x') + '"'});
     }
 
     void spoiledCommandsAreAnsweredShortOrRefusedWithAReason()

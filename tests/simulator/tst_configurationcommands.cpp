@@ -2,282 +2,34 @@
 #include "tests/simulator/answers.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
-
-namespace {
-
-const QByteArray done;
-const QByteArray ok = "veltra2 ok";
-const QByteArray wrong = "refused: wrong argument";
-
-const Configuration *find(const SimulatedController &controller, const QByteArray &identifier)
-{
-    for (const Configuration &configuration : controller.state().configurations) {
-        if (configuration.identifier == identifier) {
-            return &configuration;
-        }
-    }
-    return nullptr;
-}
-
-} // namespace
-
 class TestConfigurationCommands : public QObject
 {
     Q_OBJECT
 
+private:
+    // The configuration of that identifier after those lines, which began with a small state.
+    static Configuration configurationAfter(const QByteArrayList &lines,
+                                            const QByteArray &identifier)
+    {
+        const ControllerState state = stateAfter(smallState(), lines);
+        for (const Configuration &configuration : state.configurations) {
+            if (configuration.identifier == identifier) {
+                return configuration;
+            }
+        }
+        return {};
+    }
+
 private slots:
     void slotsNameTheConfigurations()
     {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "config number_of_configs"), QByteArray("3"));
-        QCOMPARE(answer(controller, "config config t01"), QByteArray("standard"));
-        QCOMPARE(answer(controller, "config config t03"), QByteArray("second"));
+        expectAnswers(smallState(),
+                      {"config number_of_configs -> 3", "config config t01 -> standard",
+                       "config config t03 -> second"});
         for (const QByteArray slot :
              {"t00", "t04", "t1", "t001", "01", "T01", "t-1", "t", "t99999999999"}) {
-            QCOMPARE(answer(controller, "config config " + slot),
-                     QByteArray("refused: no such slot"));
+            expectRefusals(smallState(), "no such slot", {"config config " + slot});
         }
-    }
-
-    void slotsBeyondNinetyNineAreNamed()
-    {
-        ControllerState state = smallState();
-        for (int i = 4; i <= 200; ++i) {
-            state.configurations << Configuration{"c" + QByteArray::number(i), {}, {}, {}, {}};
-        }
-        SimulatedController controller(state);
-        QCOMPARE(answer(controller, "config config t99"), QByteArray("c99"));
-        QCOMPARE(answer(controller, "config config t100"), QByteArray("c100"));
-        QCOMPARE(answer(controller, "config config t200"), QByteArray("c200"));
-    }
-
-    void theActiveConfigurationIsSaidAndSet()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "config active_config"), QByteArray("first"));
-        QCOMPARE(answer(controller, "config active_config second"), done);
-        QCOMPARE(answer(controller, "config active_config"), QByteArray("second"));
-        QCOMPARE(answer(controller, "config active_config nobody"),
-                 QByteArray("refused: unknown configuration 'nobody'"));
-        QCOMPARE(answer(controller, "config active_config "),
-                 QByteArray("refused: unknown configuration ''"));
-        QCOMPARE(answer(controller, "config active_config"), QByteArray("second"));
-    }
-
-    void ownerAndDescriptionAreAnsweredInDoubleQuotes()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "config owner_of_config second"), QByteArray("\"Bob\""));
-        QCOMPARE(answer(controller, "config desc_of_config second"), QByteArray("\"Second one\""));
-        QCOMPARE(answer(controller, "config desc"), QByteArray("\"First one\""));
-        for (const QByteArray query :
-             {"owner_of_config", "desc_of_config", "config_has_password"}) {
-            QCOMPARE(answer(controller, "config " + query + " nobody"),
-                     QByteArray("refused: unknown configuration 'nobody'"));
-        }
-    }
-
-    void ownerAndDescriptionAreSetOnTheActiveConfiguration()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "config owner \"J. D\xf6rfler\" "), done);
-        QCOMPARE(answer(controller, "config desc \"Hall 2 / left\""), done);
-        QCOMPARE(find(controller, "first")->owner, QByteArray("J. D\xf6rfler"));
-        QCOMPARE(find(controller, "first")->description, QByteArray("Hall 2 / left"));
-        QCOMPARE(answer(controller, "config owner \"\""), done);
-        QCOMPARE(find(controller, "first")->owner, QByteArray());
-    }
-
-    void longTextsAreCut()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "config owner \"" + QByteArray(150, 'o') + "\""), done);
-        QCOMPARE(answer(controller, "config desc \"" + QByteArray(150, 'd') + "\""), done);
-        QCOMPARE(find(controller, "first")->owner, QByteArray(100, 'o'));
-        QCOMPARE(find(controller, "first")->description, QByteArray(100, 'd'));
-    }
-
-    void textsHaveToBeQuoted_data()
-    {
-        QTest::addColumn<QByteArray>("argument");
-        QTest::newRow("nothing") << QByteArray("");
-        QTest::newRow("no quotes") << QByteArray("text");
-        QTest::newRow("one quote") << QByteArray("\"");
-        QTest::newRow("not closed") << QByteArray("\"text");
-        QTest::newRow("not opened") << QByteArray("text\"");
-        QTest::newRow("quote inside") << QByteArray("\"te\"xt\"");
-        QTest::newRow("something behind") << QByteArray("\"text\" x");
-        QTest::newRow("single quotes") << QByteArray("'text'");
-    }
-
-    void textsHaveToBeQuoted()
-    {
-        QFETCH(const QByteArray, argument);
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "config desc " + argument), wrong);
-        QCOMPARE(answer(controller, "config owner " + argument), wrong);
-        QVERIFY(controller.state() == smallState());
-    }
-
-    void freeSpaceFollowsFromTheData()
-    {
-        ControllerState state = smallState();
-        state.storeCapacity = state.usedBytes() * 4;
-        SimulatedController controller(state);
-        QCOMPARE(answer(controller, "config free_space"), QByteArray("0.750000"));
-        state.storeCapacity = state.usedBytes() - 1;
-        controller.setState(state);
-        QCOMPARE(answer(controller, "config free_space"), QByteArray("0.000000"));
-        state.storeCapacity = 0;
-        controller.setState(state);
-        QCOMPARE(answer(controller, "config free_space"), QByteArray("0.000000"));
-    }
-
-    void aNewConfigurationHasDefaultsAndIsActive()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "veltra2 config new_config config2024"), ok);
-        QCOMPARE(answer(controller, "config active_config"), QByteArray("config2024"));
-        QCOMPARE(answer(controller, "config config t04"), QByteArray("config2024"));
-        QCOMPARE(find(controller, "config2024")->data, FactoryData::defaults());
-        QVERIFY(!find(controller, "config2024")->isLocked());
-    }
-
-    void aCloneHasEverythingButThePasswordAndIsActive()
-    {
-        ControllerState state = smallState();
-        state.configurations[2].password = SaltedHash::of("secret");
-        SimulatedController controller(state);
-        QCOMPARE(answer(controller, "veltra2 config clone_config copy second"), ok);
-        QCOMPARE(answer(controller, "config active_config"), QByteArray("copy"));
-        const Configuration expected{
-            "copy", "Bob", "copy of Second one", {}, state.configurations.at(2).data};
-        QVERIFY(*find(controller, "copy") == expected);
-        QVERIFY(controller.state().configurations.at(2) == state.configurations.at(2));
-        QCOMPARE(answer(controller, "config desc \"may be changed\""), done);
-    }
-
-    void theDescriptionOfACloneIsCut()
-    {
-        ControllerState state = smallState();
-        state.configurations[1].description = QByteArray(100, 'x');
-        SimulatedController controller(state);
-        QCOMPARE(answer(controller, "veltra2 config clone_config copy first"), ok);
-        QCOMPARE(find(controller, "copy")->description, "copy of " + QByteArray(92, 'x'));
-    }
-
-    void namesForNewConfigurationsAreChecked_data()
-    {
-        QTest::addColumn<QByteArray>("name");
-        QTest::addColumn<QByteArray>("expected");
-        const QByteArray noName = "refused: not a name for a new configuration";
-        QTest::newRow("empty") << QByteArray("") << noName;
-        QTest::newRow("quotes") << QByteArray("'x'") << noName;
-        QTest::newRow("umlaut") << QByteArray("\xfc") << noName;
-        QTest::newRow("65 characters") << QByteArray(65, 'x') << noName;
-        QTest::newRow("64 characters") << QByteArray(64, 'x') << ok;
-        QTest::newRow("base") << QByteArray("__base") << noName;
-        QTest::newRow("standard") << QByteArray("standard") << noName;
-        QTest::newRow("Standard") << QByteArray("Standard") << noName;
-        QTest::newRow("existing") << QByteArray("second")
-                                  << QByteArray("refused: the configuration exists already");
-    }
-
-    void namesForNewConfigurationsAreChecked()
-    {
-        QFETCH(const QByteArray, name);
-        QFETCH(const QByteArray, expected);
-        SimulatedController creator(smallState());
-        QCOMPARE(answer(creator, "veltra2 config new_config " + name), expected);
-        SimulatedController cloner(smallState());
-        QCOMPARE(answer(cloner, "veltra2 config clone_config " + name + " first"), expected);
-        QCOMPARE(creator.state() == smallState(), expected != ok);
-        QCOMPARE(cloner.state() == smallState(), expected != ok);
-    }
-
-    void aCloneNeedsItsSource()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "veltra2 config clone_config copy"), wrong);
-        QCOMPARE(answer(controller, "veltra2 config clone_config copy nobody"),
-                 QByteArray("refused: unknown configuration 'nobody'"));
-        QCOMPARE(answer(controller, "veltra2 config clone_config copy first second"),
-                 QByteArray("refused: unknown configuration 'first second'"));
-        QVERIFY(controller.state() == smallState());
-    }
-
-    void aFullStoreTakesNoMore()
-    {
-        ControllerState state = smallState();
-        const qint64 one = state.configurations.at(1).storedBytes();
-        state.storeCapacity = state.usedBytes() + one;
-        SimulatedController controller(state);
-        QCOMPARE(answer(controller, "veltra2 config clone_config copy first"), ok);
-        QCOMPARE(answer(controller, "config free_space"), QByteArray("0.000000"));
-        const QByteArray full = "refused: the configuration store is full";
-        QCOMPARE(answer(controller, "veltra2 config clone_config copy2 first"), full);
-        QCOMPARE(answer(controller, "veltra2 config new_config new"), full);
-        QCOMPARE(answer(controller, "config active_config"), QByteArray("copy"));
-        QCOMPARE(answer(controller, "config number_of_configs"), QByteArray("4"));
-    }
-
-    void aDeletedConfigurationIsGone()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "veltra2 config delete_config second"), ok);
-        QCOMPARE(answer(controller, "config number_of_configs"), QByteArray("2"));
-        QCOMPARE(answer(controller, "veltra2 config delete_config second"),
-                 QByteArray("refused: unknown configuration 'second'"));
-        QCOMPARE(answer(controller, "config owner_of_config first"), QByteArray("\"Ann\""));
-    }
-
-    void afterDeletingTheActiveOneTheStandardOneIsActive()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "veltra2 config delete_config first"), ok);
-        QCOMPARE(answer(controller, "config active_config"), QByteArray("standard"));
-        QCOMPARE(answer(controller, "config config t02"), QByteArray("second"));
-        QCOMPARE(answer(controller, "config desc_of_config second"), QByteArray("\"Second one\""));
-    }
-
-    void deletingAnotherOneLeavesTheActiveOne()
-    {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "config active_config second"), done);
-        QCOMPARE(answer(controller, "veltra2 config delete_config first"), ok);
-        QCOMPARE(answer(controller, "config active_config"), QByteArray("second"));
-        QCOMPARE(answer(controller, "config desc"), QByteArray("\"Second one\""));
-    }
-
-    void theStandardConfigurationIsNeverDeleted()
-    {
-        ControllerState state = smallState();
-        state.configurations << Configuration{"Standard", {}, {}, {}, {}};
-        SimulatedController controller(state);
-        for (const QByteArray name : {"standard", "Standard"}) {
-            QCOMPARE(answer(controller, "veltra2 config delete_config " + name),
-                     QByteArray("refused: the standard configuration cannot be deleted"));
-        }
-        QVERIFY(controller.state() == state);
-    }
-
-    void anEmptyControllerAnswersAllTheSame()
-    {
-        ControllerState state = smallState();
-        state.configurations.clear();
-        SimulatedController controller(state);
-        QCOMPARE(answer(controller, "config number_of_configs"), QByteArray("0"));
-        for (const QByteArray command :
-             {"config active_config", "config desc", "config desc \"x\"", "config owner \"x\"",
-              "config is_changeable", "config new_password 'x'", "config new_password none",
-              "config password 'x'"}) {
-            QCOMPARE(answer(controller, command),
-                     QByteArray("refused: no configuration is active"));
-        }
-        QCOMPARE(answer(controller, "veltra2 config new_config new"), ok);
-        QCOMPARE(answer(controller, "veltra2 config delete_config new"), ok);
-        QVERIFY(controller.state().configurations.isEmpty());
     }
 
     void tenThousandConfigurationsAreListed()
@@ -285,16 +37,186 @@ private slots:
         ControllerState state = smallState();
         for (int i = 4; i <= 10000; ++i) {
             const QByteArray number = QByteArray::number(i);
-            state.configurations << Configuration{"c" + number, "o" + number, "d" + number, {}, {}};
+            state.configurations << Configuration{"c" + number, "o" + number, {}, {}, {}};
         }
-        SimulatedController controller(state);
-        for (int i = 4; i <= 10000; ++i) {
-            const QByteArray number = QByteArray::number(i);
-            const QByteArray identifier =
-                answer(controller, "config config t" + number.rightJustified(2, '0'));
-            QCOMPARE(answer(controller, "config owner_of_config " + identifier),
-                     "\"o" + number + '"');
+        expectAnswers(state,
+                      {"config config t99 -> c99", "config config t100 -> c100",
+                       "config config t10000 -> c10000", "config owner_of_config c99 -> \"o99\"",
+                       "config owner_of_config c10000 -> \"o10000\""});
+    }
+
+    void theActiveConfigurationIsSaidAndSet()
+    {
+        expectAnswers(smallState(),
+                      {"config active_config -> first", "config active_config second",
+                       "config active_config -> second",
+                       "config active_config nobody -> refused: unknown configuration 'nobody'",
+                       "config active_config  -> refused: unknown configuration ''",
+                       "config active_config -> second"});
+    }
+
+    void ownerAndDescriptionAreAnsweredInDoubleQuotes()
+    {
+        expectAnswers(smallState(),
+                      {"config owner_of_config second -> \"Bob\"",
+                       "config desc_of_config second -> \"Second one\"",
+                       "config desc -> \"First one\""});
+        expectRefusals(smallState(), "unknown configuration 'nobody'",
+                       {"config owner_of_config nobody", "config desc_of_config nobody",
+                        "config config_has_password nobody"});
+    }
+
+    void ownerAndDescriptionAreSetOnTheActiveConfiguration()
+    {
+        ControllerState expected = smallState();
+        expected.configurations[1].owner = "J. D\xf6rfler";
+        expected.configurations[1].description = "Hall 2 / left";
+        QVERIFY(stateAfter(smallState(),
+                           {"config owner \"J. D\xf6rfler\" ", "config desc \"Hall 2 / left\""})
+                == expected);
+        QCOMPARE(configurationAfter({"config owner \"\""}, "first").owner, QByteArray());
+    }
+
+    void longTextsAreCut()
+    {
+        const Configuration changed =
+            configurationAfter({"config owner \"" + QByteArray(150, 'o') + '"',
+                                "config desc \"" + QByteArray(150, 'd') + '"'},
+                               "first");
+        QCOMPARE(changed.owner, QByteArray(100, 'o'));
+        QCOMPARE(changed.description, QByteArray(100, 'd'));
+    }
+
+    void textsHaveToBeQuoted()
+    {
+        for (const QByteArray argument :
+             {"", "text", "\"", "\"text", "text\"", "\"te\"xt\"", "\"text\" x", "'text'"}) {
+            expectRefusals(smallState(), "wrong argument",
+                           {"config desc " + argument, "config owner " + argument});
         }
+    }
+
+    void freeSpaceFollowsFromTheData()
+    {
+        ControllerState state = smallState();
+        state.storeCapacity = state.usedBytes() * 4;
+        expectAnswers(state, {"config free_space -> 0.750000"});
+        for (const qint64 capacity : {state.usedBytes() - 1, qint64{0}}) {
+            state.storeCapacity = capacity;
+            expectAnswers(state, {"config free_space -> 0.000000"});
+        }
+    }
+
+    void aNewConfigurationHasDefaultsAndIsActive()
+    {
+        const Configuration created = configurationAfter({"veltra2 config new_config config2024",
+                                                          "config active_config -> config2024",
+                                                          "config config t04 -> config2024"},
+                                                         "config2024");
+        QCOMPARE(created.description, QByteArray("new configuration"));
+        QCOMPARE(created.data, FactoryData::defaults());
+        QVERIFY(!created.isLocked());
+    }
+
+    void aCloneHasEverythingButThePasswordAndIsActive()
+    {
+        ControllerState state = smallState();
+        state.configurations[2].password = SaltedHash::of("secret");
+        ControllerState expected = state;
+        expected.configurations << Configuration{
+            "copy", "Bob", "copy of Second one", {}, state.configurations.at(2).data};
+        expected.activeIdentifier = "copy";
+        QVERIFY(stateAfter(state, {"veltra2 config clone_config copy second"}) == expected);
+    }
+
+    void theDescriptionOfACloneIsCut()
+    {
+        const Configuration copy =
+            configurationAfter({"config desc \"" + QByteArray(100, 'x') + '"',
+                                "veltra2 config clone_config copy first"},
+                               "copy");
+        QCOMPARE(copy.description, "copy of " + QByteArray(92, 'x'));
+    }
+
+    void namesForNewConfigurationsAreChecked()
+    {
+        for (const QByteArray &name :
+             {QByteArray(), QByteArray("'x'"), QByteArray("\xfc"), QByteArray(65, 'x'),
+              QByteArray("__base"), QByteArray("standard"), QByteArray("Standard")}) {
+            expectRefusals(smallState(), "not a name for a new configuration",
+                           {"veltra2 config new_config " + name,
+                            "veltra2 config clone_config " + name + " first"});
+        }
+        expectRefusals(
+            smallState(), "the configuration exists already",
+            {"veltra2 config new_config second", "veltra2 config clone_config second first"});
+        expectAnswers(smallState(), {"veltra2 config new_config " + QByteArray(64, 'x')});
+    }
+
+    void aCloneNeedsItsSource()
+    {
+        const QByteArray clone = "veltra2 config clone_config copy";
+        expectRefusals(smallState(), "wrong argument", {clone});
+        expectRefusals(smallState(), "unknown configuration 'nobody'", {clone + " nobody"});
+        expectRefusals(smallState(), "unknown configuration 'first second'",
+                       {clone + " first second"});
+    }
+
+    void aFullStoreTakesNoMore()
+    {
+        ControllerState state = smallState();
+        state.storeCapacity = state.usedBytes() + state.configurations.at(1).storedBytes();
+        const QByteArray full = " -> refused: the configuration store is full";
+        expectAnswers(state,
+                      {"veltra2 config clone_config copy first", "config free_space -> 0.000000",
+                       "veltra2 config clone_config copy2 first" + full,
+                       "veltra2 config new_config new" + full, "config active_config -> copy",
+                       "config number_of_configs -> 4"});
+    }
+
+    void deletedConfigurationsAreGone_data()
+    {
+        QTest::addColumn<QByteArrayList>("lines");
+        QTest::newRow("for good") << QByteArrayList{
+            "veltra2 config delete_config second", "config number_of_configs -> 2",
+            "veltra2 config delete_config second -> refused: unknown configuration 'second'",
+            "config owner_of_config first -> \"Ann\"", "config active_config -> first"};
+        QTest::newRow("the active one") << QByteArrayList{
+            "veltra2 config delete_config first", "config active_config -> standard",
+            "config config t02 -> second", "config desc_of_config second -> \"Second one\""};
+        QTest::newRow("one before the active one")
+            << QByteArrayList{"config active_config second", "veltra2 config delete_config first",
+                              "config active_config -> second", "config desc -> \"Second one\""};
+    }
+
+    void deletedConfigurationsAreGone()
+    {
+        QFETCH(const QByteArrayList, lines);
+        expectAnswers(smallState(), lines);
+    }
+
+    void theStandardConfigurationIsNeverDeleted()
+    {
+        ControllerState state = smallState();
+        state.configurations << Configuration{"Standard", {}, {}, {}, {}};
+        expectRefusals(
+            state, "the standard configuration cannot be deleted",
+            {"veltra2 config delete_config standard", "veltra2 config delete_config Standard"});
+    }
+
+    void anEmptyControllerAnswersAllTheSame()
+    {
+        ControllerState state = smallState();
+        state.configurations.clear();
+        expectRefusals(state, "no configuration is active",
+                       {"config active_config", "config desc", "config desc \"x\"",
+                        "config owner \"x\"", "config is_changeable", "config new_password 'x'",
+                        "config new_password none", "config password 'x'"});
+        const ControllerState after =
+            stateAfter(state,
+                       {"config number_of_configs -> 0", "veltra2 config new_config new",
+                        "veltra2 config delete_config new"});
+        QVERIFY(after.configurations.isEmpty());
     }
 };
 

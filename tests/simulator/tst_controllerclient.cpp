@@ -4,107 +4,82 @@
 #include "tests/simulator/answers.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
-
-namespace {
-
-const QByteArray yes = "yes";
-const QByteArray no = "no";
-const QByteArray done;
-
-ControllerState lockedState()
-{
-    ControllerState state = smallState();
-    state.configurations[1].password = SaltedHash::of("secret", "salt");
-    return state;
-}
-
-// One controller with two clients.
-struct Setup
-{
-    explicit Setup(const ControllerState &state)
-        : controller(state)
-    {
-    }
-
-    QByteArray ask(ControllerClient &client, const QByteArray &command)
-    {
-        const Reply reply = controller.execute(client, command);
-        return reply.ok ? reply.text : "refused: " + reply.reason.toLatin1();
-    }
-
-    SimulatedController controller;
-    ControllerClient one;
-    ControllerClient other;
-};
-
-} // namespace
-
+/// Two clients of one controller.
 class TestControllerClient : public QObject
 {
     Q_OBJECT
 
+private:
+    enum Client { One, Other };
+    using Line = std::pair<Client, QByteArray>;
+
+    static void talk(const ControllerState &state, const QVector<Line> &lines)
+    {
+        SimulatedController controller(state);
+        ControllerClient clients[2];
+        for (const auto &[client, line] : lines) {
+            const auto ask = [&, asking = &clients[client]](const QByteArray &command) {
+                return textOf(controller.execute(*asking, command));
+            };
+            expectAnswer(ask, line);
+        }
+    }
+
 private slots:
     void allSeeTheSameState()
     {
-        Setup setup(smallState());
-        QCOMPARE(setup.ask(setup.one, "config active_config second"), done);
-        QCOMPARE(setup.ask(setup.other, "config active_config"), QByteArray("second"));
+        talk(smallState(),
+             {{One, "config active_config second"}, {Other, "config active_config -> second"}});
     }
 
     void aPasswordOpensForTheOneWhoGaveIt()
     {
-        Setup setup(lockedState());
-        QCOMPARE(setup.ask(setup.one, "config password 'secret'"), done);
-        QCOMPARE(setup.ask(setup.one, "config is_changeable"), yes);
-        QCOMPARE(setup.ask(setup.other, "config is_changeable"), no);
-        QVERIFY(setup.ask(setup.other, "config new_password none").startsWith("refused"));
-        QCOMPARE(setup.ask(setup.one, "config new_password none"), done);
+        talk(lockedState(),
+             {{One, "config password 'secret'"},
+              {One, "config is_changeable -> yes"},
+              {Other, "config is_changeable -> no"},
+              {Other, "config new_password none -> refused: configuration 'first' is locked"},
+              {One, "config new_password none"}});
     }
 
     void anotherActiveConfigurationForgetsWhatAnyoneGave()
     {
-        Setup setup(lockedState());
-        QCOMPARE(setup.ask(setup.one, "config password 'secret'"), done);
-        QCOMPARE(setup.ask(setup.other, "config active_config second"), done);
-        QCOMPARE(setup.ask(setup.other, "config active_config first"), done);
-        QCOMPARE(setup.ask(setup.one, "config is_changeable"), no);
+        talk(lockedState(),
+             {{One, "config password 'secret'"},
+              {Other, "config active_config second"},
+              {Other, "config active_config first"},
+              {One, "config is_changeable -> no"}});
     }
 
     void aNewLockHoldsForEveryone()
     {
-        Setup setup(lockedState());
-        QCOMPARE(setup.ask(setup.one, "config password 'secret'"), done);
-        QCOMPARE(setup.ask(setup.other, "config super_password 'super'"), done);
-        QCOMPARE(setup.ask(setup.other, "config new_password 'another'"), done);
-        QCOMPARE(setup.ask(setup.one, "config is_changeable"), no);
-        QCOMPARE(setup.ask(setup.other, "config is_changeable"), no);
+        talk(lockedState(),
+             {{One, "config password 'secret'"},
+              {Other, "config super_password 'super'"},
+              {Other, "config new_password 'another'"},
+              {One, "config is_changeable -> no"},
+              {Other, "config is_changeable -> no"}});
     }
 
     void withdrawingTheSuperPasswordConcernsOneselfOnly()
     {
-        Setup setup(lockedState());
-        QCOMPARE(setup.ask(setup.one, "config super_password 'super'"), done);
-        QCOMPARE(setup.ask(setup.other, "config super_password '.'"), done);
-        QCOMPARE(setup.ask(setup.one, "config is_changeable"), yes);
+        talk(lockedState(),
+             {{One, "config super_password 'super'"},
+              {Other, "config super_password '.'"},
+              {One, "config is_changeable -> yes"}});
     }
 
-    void downloadsDoNotMix()
+    void transfersDoNotMix()
     {
-        Setup setup(smallState());
-        QCOMPARE(setup.ask(setup.one, "system download prepare 'config' 'first'"), done);
-        QCOMPARE(setup.ask(setup.other, "system download available"), no);
-        QCOMPARE(setup.ask(setup.other, "system download cancel"), done);
-        QCOMPARE(setup.ask(setup.one, "system download available"), yes);
-    }
-
-    void uploadsDoNotMix()
-    {
-        Setup setup(smallState());
         const QByteArray chunk = TransferEncoding::encode(QByteArray(100, 'x'));
-        QCOMPARE(setup.ask(setup.one, "system upload 2 1 " + chunk), done);
-        QVERIFY(setup.ask(setup.other, "system upload 2 2 " + chunk).startsWith("refused"));
-        QCOMPARE(setup.ask(setup.one, "system upload 2 2 " + chunk), done);
+        talk(smallState(),
+             {{One, "system download prepare 'config' 'first'"},
+              {Other, "system download available -> no"},
+              {Other, "system download cancel"},
+              {One, "system download available -> yes"},
+              {One, "system upload 2 1 " + chunk},
+              {Other, "system upload 2 2 " + chunk + " -> refused: chunk 2 is not the next one"},
+              {One, "system upload 2 2 " + chunk}});
     }
 };
 

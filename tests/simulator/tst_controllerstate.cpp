@@ -1,8 +1,6 @@
 #include "tests/simulator/answers.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
-
 #include <functional>
 
 using Change = std::function<void(ControllerState &)>;
@@ -13,34 +11,23 @@ class TestControllerState : public QObject
     Q_OBJECT
 
 private slots:
-    void theSampleIsTheSameAtEachCall()
-    {
-        QVERIFY(ControllerState::sample() == ControllerState::sample());
-    }
-
     void theSampleIsPlausible()
     {
         const ControllerState sample = ControllerState::sample();
+        QVERIFY(sample == ControllerState::sample());
         QCOMPARE(sample.problem(), QString());
         QCOMPARE(sample.configurations.size(), 12);
-        QCOMPARE(sample.configurations.at(0).identifier, QByteArray("standard"));
+        QCOMPARE(sample.configurations.at(0).identifier, "standard");
         QVERIFY(sample.usedBytes() > 300000 && sample.usedBytes() < 999999);
         QVERIFY(sample.freeFraction() > 0.2);
+        QVERIFY(sample.superPassword.matches("super"));
         int locked = 0;
         for (const Configuration &configuration : sample.configurations) {
             QVERIFY(!configuration.owner.isEmpty() && !configuration.description.isEmpty());
+            QCOMPARE(configuration.password.matches("lock"), configuration.isLocked());
             locked += configuration.isLocked() ? 1 : 0;
         }
         QCOMPARE(locked, 1);
-    }
-
-    void theSamplesPasswordsAreAsSaid()
-    {
-        const ControllerState sample = ControllerState::sample();
-        QVERIFY(sample.superPassword.matches("super"));
-        for (const Configuration &configuration : sample.configurations) {
-            QCOMPARE(configuration.password.matches("lock"), configuration.isLocked());
-        }
     }
 
     void anyDifferenceMakesStatesUnequal_data()
@@ -87,46 +74,24 @@ private slots:
         QVERIFY(state != smallState());
     }
 
-    void problemsAreNamed_data()
-    {
-        using State = ControllerState;
-        QTest::addColumn<Change>("change");
-        QTest::addColumn<QString>("problem");
-        const auto row = [](const char *name, const Change &change, const char *problem) {
-            QTest::newRow(name) << change << QString(problem);
-        };
-        row(
-            "none", [](State &) {}, "");
-        row(
-            "identifier", [](State &s) { s.configurations[1].identifier = "a b"; },
-            "\"a b\" is not an identifier");
-        row(
-            "base", [](State &s) { s.configurations[1].identifier = "__base"; },
-            "\"__base\" is not an identifier");
-        row(
-            "twice", [](State &s) { s.configurations[2].identifier = "first"; },
-            "\"first\" is stored twice");
-        row(
-            "long owner", [](State &s) { s.configurations[1].owner = QByteArray(101, 'o'); },
-            "owner or description of \"first\" is too long");
-        row(
-            "long description",
-            [](State &s) { s.configurations[1].description = QByteArray(101, 'd'); },
-            "owner or description of \"first\" is too long");
-        row(
-            "no standard", [](State &s) { s.configurations.removeFirst(); },
-            "\"standard\" is not stored");
-        row(
-            "active", [](State &s) { s.activeIdentifier = "nobody"; }, "\"nobody\" is not stored");
-    }
-
     void problemsAreNamed()
     {
-        QFETCH(const Change, change);
-        QFETCH(const QString, problem);
         ControllerState state = smallState();
-        change(state);
-        QCOMPARE(state.problem(), problem);
+        QCOMPARE(state.problem(), "");
+        auto problemWith = [state](const Configuration &replacement) mutable {
+            state.configurations[1] = replacement;
+            return state.problem();
+        };
+        QCOMPARE(problemWith({"a b", {}, {}, {}, {}}), "\"a b\" is not an identifier");
+        QCOMPARE(problemWith({"__base", {}, {}, {}, {}}), "\"__base\" is not an identifier");
+        QCOMPARE(problemWith({"standard", {}, {}, {}, {}}), "\"standard\" is stored twice");
+        const QString tooLong = "owner or description of \"first\" is too long";
+        QCOMPARE(problemWith({"first", QByteArray(101, 'o'), {}, {}, {}}), tooLong);
+        QCOMPARE(problemWith({"first", {}, QByteArray(101, 'd'), {}, {}}), tooLong);
+        state.activeIdentifier = "nobody";
+        QCOMPARE(state.problem(), "\"nobody\" is not stored");
+        state.configurations.removeFirst();
+        QCOMPARE(state.problem(), "\"standard\" is not stored");
     }
 
     void changesAreAnnouncedOnce()

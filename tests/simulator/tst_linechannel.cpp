@@ -22,19 +22,12 @@ class TestLineChannel : public QObject
     Q_OBJECT
 
 private slots:
-    void commandsAreFormatted()
-    {
-        ScriptedChannel channel;
-        QCOMPARE(channel.sendCommand("config config t%02d %s 100%%", 7, "x"), 0);
-        QCOMPARE(channel.trace(), QStringList("sendCommand config config t07 x 100%"));
-    }
-
-    void longCommandsAreNotCut()
+    void commandsAreFormattedAndNotCut()
     {
         ScriptedChannel channel;
         const QByteArray text(5000, 'x');
-        QCOMPARE(channel.sendCommand("%s", text.constData()), 0);
-        QCOMPARE(channel.trace(), QStringList("sendCommand " + QString::fromLatin1(text)));
+        QCOMPARE(channel.sendCommand("config config t%02d %s 100%%", 7, text.constData()), 0);
+        QCOMPARE(channel.trace(), QStringList("sendCommand config config t07 " + text + " 100%"));
     }
 
     void repliesAreCutToTheBuffer()
@@ -60,29 +53,29 @@ private slots:
 
     void numbersAndTruthValuesAreConverted_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<int>("asInt");
+        QTest::addColumn<int>("asInt"); // of the answer that is the row's name
         QTest::addColumn<double>("asDouble");
         QTest::addColumn<int>("asBool"); // -1 stands for a failure in these columns
-        QTest::newRow("number") << QByteArray(" 12 ") << 12 << 12.0 << -1;
-        QTest::newRow("fraction") << QByteArray("0.25") << -1 << 0.25 << -1;
-        QTest::newRow("one") << QByteArray("1") << 1 << 1.0 << 1;
-        QTest::newRow("zero") << QByteArray("0") << 0 << 0.0 << 0;
-        QTest::newRow("yes") << QByteArray("yes") << -1 << -1.0 << 1;
-        QTest::newRow("no") << QByteArray("No") << -1 << -1.0 << 0;
-        QTest::newRow("word") << QByteArray("word") << -1 << -1.0 << -1;
-        QTest::newRow("nothing") << QByteArray("") << -1 << -1.0 << -1;
-        QTest::newRow("too big") << QByteArray("99999999999") << -1 << 99999999999.0 << -1;
+        QTest::newRow(" 12 ") << 12 << 12.0 << -1;
+        QTest::newRow("0.25") << -1 << 0.25 << -1;
+        QTest::newRow("1") << 1 << 1.0 << 1;
+        QTest::newRow("0") << 0 << 0.0 << 0;
+        QTest::newRow("yes") << -1 << -1.0 << 1;
+        QTest::newRow("No") << -1 << -1.0 << 0;
+        QTest::newRow("true") << -1 << -1.0 << 1;
+        QTest::newRow("false") << -1 << -1.0 << 0;
+        QTest::newRow("word") << -1 << -1.0 << -1;
+        QTest::newRow("") << -1 << -1.0 << -1;
+        QTest::newRow("99999999999") << -1 << 99999999999.0 << -1;
     }
 
     void numbersAndTruthValuesAreConverted()
     {
-        QFETCH(const QByteArray, answer);
         QFETCH(const int, asInt);
         QFETCH(const double, asDouble);
         QFETCH(const int, asBool);
         ScriptedChannel channel;
-        channel.answer("q", answer);
+        channel.answer("q", QTest::currentDataTag());
         int number = -1;
         double fraction = -1;
         bool truth = asBool != 1;
@@ -121,16 +114,9 @@ private slots:
         QVERIFY(count.result != 0);
         QVERIFY(!count.failureReason.isEmpty());
         QVERIFY(recorder.exchanges.at(2).result != 0);
-    }
-
-    void anObserverCanBeTakenOff()
-    {
-        ScriptedChannel channel;
-        Recorder recorder;
-        channel.setObserver(&recorder);
         channel.setObserver(nullptr);
         channel.sendCommand("x");
-        QVERIFY(recorder.exchanges.isEmpty());
+        QCOMPARE(recorder.exchanges.size(), 3);
     }
 };
 

@@ -5,12 +5,9 @@
 
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
-#include <QtTest>
-
 namespace {
 
 QByteArray contentOf(const QString &path)
@@ -19,18 +16,46 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), qint64{content.size()});
-}
-
 } // namespace
 
 class TestStateFile : public QObject
 {
     Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+
+    // Saves it in the file. @return what stands there then
+    QByteArray saved(const ControllerState &state) const
+    {
+        QString error;
+        const bool isSaved = StateFile::save(m_path, state, &error);
+        return isSaved ? contentOf(m_path) : error.toUtf8();
+    }
+
+    // Why a file of that content cannot be loaded. Nothing may come out of it then.
+    QString refusalOf(const QByteArray &content) const
+    {
+        QFile file(m_path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+            return "not written";
+        }
+        file.close();
+        ControllerState state;
+        QString error;
+        const bool isRefused = !StateFile::load(m_path, &state, &error);
+        return isRefused && state == ControllerState() ? error : "taken";
+    }
+
+    void comesBack(const ControllerState &state) const
+    {
+        saved(state);
+        ControllerState loaded;
+        QString error;
+        QVERIFY2(StateFile::load(m_path, &loaded, &error), qPrintable(error));
+        QVERIFY(loaded == state);
+    }
 
 private slots:
     void init()
@@ -39,46 +64,30 @@ private slots:
         m_path = m_folder->filePath("state.json");
     }
 
-    void aStateComesBackAsItWas_data()
-    {
-        QTest::addColumn<bool>("isSample");
-        QTest::newRow("sample") << true;
-        QTest::newRow("all bytes that texts can have") << false;
-    }
-
     void aStateComesBackAsItWas()
     {
-        QFETCH(const bool, isSample);
-        ControllerState state = isSample ? ControllerState::sample() : smallState();
-        if (!isSample) {
-            state.isEmbedded = false;
-            state.storeCapacity = 9007199254740991;
-            state.activity = "measuring";
-            state.configurations[1].owner = "\x80\xff \"quoted\" \\ 'x'";
-            state.configurations[2].password = SaltedHash::of("secret");
-            state.configurations[2].data = QByteArray("\0\xff", 2);
-        }
-        QString error;
-        QVERIFY2(StateFile::save(m_path, state, &error), qPrintable(error));
-        ControllerState loaded;
-        QVERIFY2(StateFile::load(m_path, &loaded, &error), qPrintable(error));
-        QVERIFY(loaded == state);
+        comesBack(ControllerState::sample());
+        ControllerState state = smallState();
+        state.isEmbedded = false;
+        state.storeCapacity = 9007199254740991;
+        state.activity = "measuring";
+        state.configurations[1].owner = "\x80\xff \"quoted\" \\ 'x'";
+        state.configurations[2].password = SaltedHash::of("secret");
+        state.configurations[2].data = QByteArray("\0\xff", 2);
+        comesBack(state);
     }
 
     void noPasswordStandsInTheFile()
     {
-        QString error;
-        QVERIFY(StateFile::save(m_path, ControllerState::sample(), &error));
-        const QByteArray content = contentOf(m_path);
+        const QByteArray content = saved(ControllerState::sample());
         QVERIFY(content.contains("\"superPassword\""));
         QVERIFY(!content.contains("\"super\"") && !content.contains("\"lock\""));
     }
 
     void aFailedWriteLeavesTheOldFile()
     {
+        const QByteArray before = saved(smallState());
         QString error;
-        QVERIFY(StateFile::save(m_path, smallState(), &error));
-        const QByteArray before = contentOf(m_path);
         {
             const FileSizeLimit limit(20000);
             QVERIFY(!StateFile::save(m_path, ControllerState::sample(), &error));
@@ -88,18 +97,13 @@ private slots:
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList("state.json"));
     }
 
-    void aFolderThatIsNotThereIsReported()
-    {
-        QString error;
-        const QString path = m_folder->filePath("nowhere/state.json");
-        QVERIFY(!StateFile::save(path, smallState(), &error));
-        QVERIFY(error.startsWith(path + ": "));
-    }
-
-    void aMissingFileIsReported()
+    void whatIsNotThereIsReported()
     {
         ControllerState state = smallState();
         QString error;
+        const QString path = m_folder->filePath("nowhere/state.json");
+        QVERIFY(!StateFile::save(path, state, &error));
+        QVERIFY(error.startsWith(path + ": "));
         QVERIFY(!StateFile::load(m_path, &state, &error));
         QCOMPARE(error, m_path + ": No such file or directory");
         QVERIFY(state == smallState());
@@ -107,49 +111,30 @@ private slots:
 
     void everyTruncationIsRefused()
     {
-        QString error;
-        QVERIFY(StateFile::save(m_path, smallState(), &error));
-        const QByteArray whole = contentOf(m_path).trimmed();
+        const QByteArray whole = saved(smallState()).trimmed();
         for (int size = 0; size < whole.size();
              size += size < 200 || size > whole.size() - 200 ? 1 : 37) {
-            write(m_path, whole.left(size));
-            ControllerState state;
-            QVERIFY(!StateFile::load(m_path, &state, &error));
-            QVERIFY(state == ControllerState());
-        }
-    }
-
-    void everyMemberIsNeededAndTyped_data()
-    {
-        init(); // is not called for data functions
-        QTest::addColumn<QString>("key");
-        QString error;
-        QVERIFY(StateFile::save(m_path, smallState(), &error));
-        const QStringList keys = QJsonDocument::fromJson(contentOf(m_path)).object().keys();
-        QCOMPARE(keys.size(), 17);
-        for (const QString &key : keys) {
-            QTest::newRow(qPrintable(key)) << key;
+            QVERIFY(refusalOf(whole.left(size)) != "taken");
         }
     }
 
     void everyMemberIsNeededAndTyped()
     {
-        QFETCH(const QString, key);
-        QString error;
-        QVERIFY(StateFile::save(m_path, smallState(), &error));
-        const QJsonObject whole = QJsonDocument::fromJson(contentOf(m_path)).object();
-
-        QJsonObject spoiled = whole;
-        spoiled.remove(key);
-        write(m_path, QJsonDocument(spoiled).toJson());
-        ControllerState state;
-        QVERIFY(!StateFile::load(m_path, &state, &error));
-        QVERIFY(key == "format" || error.endsWith('"' + key + "\" is missing"));
-
-        spoiled.insert(key, QJsonValue::Null);
-        write(m_path, QJsonDocument(spoiled).toJson());
-        QVERIFY(!StateFile::load(m_path, &state, &error));
-        QVERIFY(key == "format" || error.contains('"' + key + "\" is not "));
+        const QJsonObject whole = QJsonDocument::fromJson(saved(smallState())).object();
+        QCOMPARE(whole.size(), 17);
+        const QString noState = "not the state of a simulated controller";
+        for (const QString &key : whole.keys()) {
+            const bool isFormat = key == "format";
+            QJsonObject spoiled = whole;
+            spoiled.remove(key);
+            const QString missing = refusalOf(QJsonDocument(spoiled).toJson());
+            QVERIFY2(missing.endsWith(isFormat ? noState : '"' + key + "\" is missing"),
+                     qPrintable(missing));
+            spoiled.insert(key, QJsonValue::Null);
+            const QString untyped = refusalOf(QJsonDocument(spoiled).toJson());
+            QVERIFY2(untyped.contains(isFormat ? noState : '"' + key + "\" is not "),
+                     qPrintable(untyped));
+        }
     }
 
     void wrongContentsAreRefused_data()
@@ -182,21 +167,11 @@ private slots:
         QFETCH(const QByteArray, from);
         QFETCH(const QByteArray, to);
         QFETCH(const QString, error);
-        QString found;
-        QVERIFY(StateFile::save(m_path, smallState(), &found));
-        QByteArray content = contentOf(m_path);
+        QByteArray content = saved(smallState());
         const int position = content.indexOf(from);
         QVERIFY(position >= 0);
-        write(m_path, content.replace(position, from.size(), to));
-        ControllerState state;
-        QVERIFY(!StateFile::load(m_path, &state, &found));
-        QCOMPARE(found, m_path + ": " + error);
-        QVERIFY(state == ControllerState());
+        QCOMPARE(refusalOf(content.replace(position, from.size(), to)), m_path + ": " + error);
     }
-
-private:
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_path;
 };
 
 VELTRA4_TEST(TestStateFile)

@@ -4,23 +4,9 @@
 #include "tests/simulator/answers.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
-
 namespace {
 
-const QByteArray done;
-const QByteArray ok = "veltra2 ok";
-
-void prepareAll(SimulatedController &controller)
-{
-    QCOMPARE(answer(controller, "system download cancel"), done);
-    QCOMPARE(answer(controller, "system download prepare 'config' '__base'"), done);
-    for (const Configuration &configuration : controller.state().configurations) {
-        QCOMPARE(answer(controller,
-                        "system download prepare 'config' '" + configuration.identifier + "'"),
-                 done);
-    }
-}
+const QByteArray noChunk = " -> refused: no such chunk";
 
 // Everything that the prepared download gives, decoded.
 QByteArray downloaded(SimulatedController &controller)
@@ -39,61 +25,21 @@ QByteArray downloaded(SimulatedController &controller)
     return bytes;
 }
 
-// The results of all chunk commands but the successful ones.
-QList<QByteArray> upload(SimulatedController &controller, const QByteArray &bytes)
+// The commands that upload the bytes.
+QByteArrayList uploadOf(const QByteArray &bytes)
 {
-    QList<QByteArray> refusals;
+    QByteArrayList commands;
     const QByteArray total = QByteArray::number((bytes.size() + 99) / 100);
     for (int start = 0; start < bytes.size(); start += 100) {
-        const QByteArray text =
-            answer(controller,
-                   "system upload " + total + ' ' + QByteArray::number(start / 100 + 1) + ' '
-                       + TransferEncoding::encode(bytes.mid(start, 100)));
-        if (text != done) {
-            refusals << text;
-        }
+        commands << "system upload " + total + ' ' + QByteArray::number(start / 100 + 1) + ' '
+                + TransferEncoding::encode(bytes.mid(start, 100));
     }
-    return refusals;
+    return commands;
 }
 
-QByteArray identifiersOffered(SimulatedController &controller)
+QByteArrayList uploadOf(const QVector<Archive::Item> &items)
 {
-    QByteArray identifiers;
-    const int count = answer(controller, "system import available").split(' ').at(0).toInt();
-    for (int i = 1; i <= count; ++i) {
-        const QByteArray line = answer(
-            controller, "system import item i" + QByteArray::number(i).rightJustified(2, '0'));
-        identifiers += line.left(line.indexOf(" '")) + ' ';
-    }
-    return identifiers;
-}
-
-void importAll(SimulatedController &controller)
-{
-    for (const QByteArray &identifier : identifiersOffered(controller).trimmed().split(' ')) {
-        const bool isStored = controller.execute("config owner_of_config " + identifier).ok;
-        if (isStored) {
-            QCOMPARE(answer(controller, "veltra2 config delete_config " + identifier), ok);
-        }
-        QCOMPARE(answer(controller, "system import 'config' '" + identifier + "'"), done);
-    }
-}
-
-ControllerState bigState()
-{
-    ControllerState state = smallState();
-    state.storeCapacity = qint64{32} * 1024 * 1024;
-    state.configurations.resize(1);
-    for (int i = 2; i <= 200; ++i) {
-        state.configurations << Configuration{
-            "config" + QByteArray::number(i),
-            "owner",
-            "description " + QByteArray::number(i),
-            {},
-            FactoryData::bytes(84 * 1024, static_cast<quint32>(i))};
-    }
-    state.activeIdentifier = "config17";
-    return state;
+    return uploadOf(Archive::pack(items));
 }
 
 } // namespace
@@ -106,9 +52,10 @@ private slots:
     void aDownloadIsTheArchiveOfWhatWasPrepared()
     {
         SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "system download prepare 'config' 'second'"), done);
-        QCOMPARE(answer(controller, "system download prepare 'config' '__base'"), done);
-        QCOMPARE(answer(controller, "system download available"), QByteArray("yes"));
+        expectAnswers(controller,
+                      {"system download prepare 'config' 'second'",
+                       "system download prepare 'config' '__base'",
+                       "system download available -> yes"});
         const QByteArray expected =
             Archive::pack({{"second", "Bob", "Second one", QByteArray(1000, '2')},
                            {"__base", "", "base configuration", "base data"}});
@@ -119,330 +66,246 @@ private slots:
     void aDownloadKeepsWhatWasPreparedAsItWas()
     {
         SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "system download prepare 'config' 'first'"), done);
+        expectAnswers(controller, {"system download prepare 'config' 'first'"});
         const QByteArray before = downloaded(controller);
-        QCOMPARE(answer(controller, "veltra2 config delete_config first"), ok);
+        expectAnswers(controller, {"veltra2 config delete_config first"});
         QCOMPARE(downloaded(controller), before);
-        QCOMPARE(answer(controller, "system download prepare 'config' 'second'"), done);
+        expectAnswers(controller, {"system download prepare 'config' 'second'"});
         QVERIFY(downloaded(controller).size() > before.size());
     }
 
     void chunksMayBeAskedForInAnyOrder()
     {
         SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "system download prepare 'config' '__base'"), done);
         const QByteArray archive =
             Archive::pack({{"__base", "", "base configuration", "base data"}});
         QCOMPARE(archive.size(), 12 + 42 + 6 + 18 + 9);
-        QCOMPARE(answer(controller, "system download 1"),
-                 " 1 '" + TransferEncoding::encode(archive) + "'");
+        expectAnswers(controller,
+                      {"system download prepare 'config' '__base'",
+                       "system download 1 ->  1 '" + TransferEncoding::encode(archive) + "'"});
         for (const QByteArray number : {"2", "0", "-1", "x", "", "1 ", "99999999999999999999"}) {
-            QCOMPARE(answer(controller, "system download " + number),
-                     QByteArray("refused: no such chunk"));
+            expectAnswers(controller, {"system download " + number + noChunk});
         }
     }
 
     void nothingIsThereBeforeItIsPrepared()
     {
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "system download available"), QByteArray("no"));
-        QCOMPARE(answer(controller, "system download 1"), QByteArray("refused: no such chunk"));
-        QCOMPARE(answer(controller, "system download prepare 'config' 'first'"), done);
-        QCOMPARE(answer(controller, "system download cancel"), done);
-        QCOMPARE(answer(controller, "system download available"), QByteArray("no"));
-        QCOMPARE(answer(controller, "system download 1"), QByteArray("refused: no such chunk"));
-        QCOMPARE(answer(controller, "system download cancel"), done);
-    }
-
-    void whatCannotBePreparedIsRefused_data()
-    {
-        QTest::addColumn<QByteArray>("argument");
-        QTest::addColumn<QByteArray>("expected");
-        const QByteArray wrong = "refused: wrong argument";
-        QTest::newRow("unknown") << QByteArray("'config' 'nobody'")
-                                 << QByteArray("refused: unknown configuration 'nobody'");
-        QTest::newRow("twice") << QByteArray("'config' 'first'")
-                               << QByteArray("refused: prepared already");
-        QTest::newRow("other kind") << QByteArray("'image' 'first'") << wrong;
-        QTest::newRow("no quotes") << QByteArray("'config' first") << wrong;
-        QTest::newRow("no identifier") << QByteArray("'config'") << wrong;
+        expectAnswers(smallState(),
+                      {"system download available -> no", "system download 1" + noChunk,
+                       "system download prepare 'config' 'first'", "system download cancel",
+                       "system download available -> no", "system download 1" + noChunk,
+                       "system download cancel"});
     }
 
     void whatCannotBePreparedIsRefused()
     {
-        QFETCH(const QByteArray, argument);
-        QFETCH(const QByteArray, expected);
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "system download prepare 'config' 'first'"), done);
-        QCOMPARE(answer(controller, "system download prepare " + argument), expected);
+        const QByteArray prepare = "system download prepare ";
+        expectRefusals(smallState(), "unknown configuration 'nobody'",
+                       {prepare + "'config' 'nobody'"});
+        expectRefusals(
+            smallState(), "wrong argument",
+            {prepare + "'image' 'first'", prepare + "'config' first", prepare + "'config'"});
+        expectAnswers(smallState(),
+                      {prepare + "'config' 'first'",
+                       prepare + "'config' 'first' -> refused: prepared already"});
     }
 
     void tooMuchIsNotPrepared()
     {
         ControllerState state = smallState();
         state.configurations[1].data = QByteArray(Archive::maxSize - 2000, 'x');
-        SimulatedController controller(state);
-        QCOMPARE(answer(controller, "system download prepare 'config' 'first'"), done);
-        QCOMPARE(answer(controller, "system download prepare 'config' 'second'"), done);
-        QCOMPARE(answer(controller, "system download prepare 'config' 'standard'"),
-                 QByteArray("refused: too much for one download"));
+        expectAnswers(
+            state,
+            {"system download prepare 'config' 'first'",
+             "system download prepare 'config' 'second'",
+             "system download prepare 'config' 'standard' -> refused: too much for one download"});
     }
 
     void anUploadOffersItsItems()
     {
         SimulatedController controller(smallState());
-        const QByteArray archive =
-            Archive::pack({{"__base", "", "base", "1"}, {"new", "It's Ann", "a \"desc\"", "2"}});
-        QCOMPARE(upload(controller, archive), QList<QByteArray>());
-        QCOMPARE(answer(controller, "system import available"), QByteArray("2 config"));
-        QCOMPARE(answer(controller, "system import item i01"), QByteArray("__base '' 'base'"));
-        QCOMPARE(answer(controller, "system import item i02"),
-                 QByteArray("new 'It's Ann' 'a \"desc\"'"));
+        expectAnswers(
+            controller,
+            uploadOf({{"__base", "", "base", "1"}, {"new", "It's Ann", "a \"desc\"", "2"}})
+                << "system import available -> 2 config"
+                << "system import item i01 -> __base '' 'base'"
+                << "system import item i02 -> new 'It's Ann' 'a \"desc\"'");
         for (const QByteArray number : {"i00", "i03", "i1", "01", "i001", ""}) {
-            QCOMPARE(answer(controller, "system import item " + number),
-                     QByteArray("refused: no such item"));
+            expectAnswers(controller,
+                          {"system import item " + number + " -> refused: no such item"});
         }
     }
 
     void longItemLinesAreCut()
     {
-        SimulatedController controller(smallState());
         const QByteArray identifier(64, 'i');
-        upload(controller,
-               Archive::pack({{identifier, QByteArray(100, 'o'), QByteArray(100, 'd'), ""}}));
-        QCOMPARE(answer(controller, "system import item i01"),
-                 identifier + " '" + QByteArray(100, 'o') + "' '" + QByteArray(29, 'd') + "'");
+        const QByteArray owner(100, 'o');
+        expectAnswers(smallState(),
+                      uploadOf({{identifier, owner, QByteArray(100, 'd'), ""}})
+                          << "system import item i01 -> " + identifier + " '" + owner + "' '"
+                              + QByteArray(29, 'd') + "'");
     }
 
     void itemsBeyondNinetyNineAreNamed()
     {
-        SimulatedController controller(smallState());
         QVector<Archive::Item> items;
         for (int i = 1; i <= 120; ++i) {
             items << Archive::Item{"c" + QByteArray::number(i), "o", "d", ""};
         }
-        QCOMPARE(upload(controller, Archive::pack(items)), QList<QByteArray>());
-        QCOMPARE(answer(controller, "system import available"), QByteArray("120 config"));
-        QCOMPARE(answer(controller, "system import item i99"), QByteArray("c99 'o' 'd'"));
-        QCOMPARE(answer(controller, "system import item i120"), QByteArray("c120 'o' 'd'"));
+        expectAnswers(smallState(),
+                      uploadOf(items) << "system import available -> 120 config"
+                                      << "system import item i99 -> c99 'o' 'd'"
+                                      << "system import item i120 -> c120 'o' 'd'");
     }
 
-    void chunksOutOfOrderAreRefused_data()
+    void chunksAreTakenInOrder()
     {
-        QTest::addColumn<QByteArray>("arguments");
-        QTest::addColumn<QByteArray>("expected");
-        const QByteArray full = QByteArray(134, 'A');
-        const QByteArray wrong = "refused: wrong argument";
-        const QByteArray noText = "refused: not the text of a chunk";
-        QTest::newRow("next") << "3 2 " + full << done;
-        QTest::newRow("again") << "3 1 " + full
-                               << QByteArray("refused: chunk 1 is not the next one");
-        QTest::newRow("skipped") << "3 3 " + full
-                                 << QByteArray("refused: chunk 3 is not the next one");
-        QTest::newRow("beyond") << "3 4 " + full
-                                << QByteArray("refused: chunk 4 is not the next one");
-        QTest::newRow("none") << "3 0 " + full
-                              << QByteArray("refused: chunk 0 is not the next one");
-        QTest::newRow("other total")
-            << "4 2 " + full << QByteArray("refused: 3 chunks were announced before");
-        QTest::newRow("no total") << "0 2 " + full
-                                  << QByteArray("refused: impossible number of chunks");
-        QTest::newRow("absurd total")
-            << "671090 2 " + full << QByteArray("refused: impossible number of chunks");
-        QTest::newRow("negative") << "3 -2 " + full << wrong;
-        QTest::newRow("huge") << "99999999999 2 " + full << wrong;
-        QTest::newRow("no text") << QByteArray("3 2") << wrong;
-        QTest::newRow("empty text") << QByteArray("3 2 ") << noText;
-        QTest::newRow("short") << "3 2 " + QByteArray(133, 'A') << noText;
-        QTest::newRow("long") << "3 2 " + QByteArray(136, 'A') << noText;
-        QTest::newRow("padded") << "3 2 " + QByteArray(133, 'A') + '=' << noText;
-        QTest::newRow("two texts") << "3 2 " + full + " A" << wrong;
-    }
-
-    void chunksOutOfOrderAreRefused()
-    {
-        QFETCH(const QByteArray, arguments);
-        QFETCH(const QByteArray, expected);
-        SimulatedController controller(smallState());
-        QCOMPARE(answer(controller, "system upload 3 1 " + QByteArray(134, 'A')), done);
-        QCOMPARE(answer(controller, "system upload " + arguments), expected);
+        const QByteArray full(134, 'A');
+        const auto afterTheFirst = [&](const QByteArray &line) {
+            expectAnswers(smallState(), {"system upload 3 1 " + full, "system upload " + line});
+        };
+        afterTheFirst("3 2 " + full);
+        for (const QByteArray number : {"0", "1", "3", "4"}) {
+            afterTheFirst("3 " + number + ' ' + full + " -> refused: chunk " + number
+                          + " is not the next one");
+        }
+        afterTheFirst("4 2 " + full + " -> refused: 3 chunks were announced before");
+        for (const QByteArray total : {"0", "671090"}) {
+            afterTheFirst(total + " 2 " + full + " -> refused: impossible number of chunks");
+        }
+        for (const QByteArray &wrong :
+             {"3 -2 " + full, "99999999999 2 " + full, QByteArray("3 2"), "3 2 " + full + " A"}) {
+            afterTheFirst(wrong + " -> refused: wrong argument");
+        }
+        for (const QByteArray &text :
+             {QByteArray(), full.chopped(1), full + "AA", full.chopped(1) + '='}) {
+            afterTheFirst("3 2 " + text + " -> refused: not the text of a chunk");
+        }
     }
 
     void nothingFollowsTheLastChunk()
     {
-        SimulatedController controller(smallState());
-        upload(controller, Archive::pack({{"new", "", "", ""}}));
-        QCOMPARE(answer(controller, "system upload 1 2 AAAA"),
-                 QByteArray("refused: chunk 2 is not the next one"));
-        QCOMPARE(answer(controller, "system import available"), QByteArray("1 config"));
+        expectAnswers(smallState(),
+                      uploadOf({{"new", "", "", ""}})
+                          << "system upload 1 2 AAAA -> refused: chunk 2 is not the next one"
+                          << "system import available -> 1 config");
     }
 
     void aMissingChunkLeavesTheUploadIncomplete()
     {
-        SimulatedController controller(smallState());
-        const QByteArray incomplete = "refused: there is no complete upload";
-        QCOMPARE(answer(controller, "system import available"), incomplete);
-        QCOMPARE(answer(controller, "system upload 3 1 " + QByteArray(134, 'A')), done);
-        QVERIFY(!controller.execute("system upload 3 3 AAAA").ok);
-        QCOMPARE(answer(controller, "system import available"), incomplete);
-        QCOMPARE(answer(controller, "system import item i01"), QByteArray("refused: no such item"));
+        const QByteArray incomplete =
+            "system import available -> refused: there is no complete upload";
+        expectAnswers(smallState(),
+                      {incomplete, "system upload 3 1 " + QByteArray(134, 'A'),
+                       "system upload 3 3 AAAA -> refused: chunk 3 is not the next one", incomplete,
+                       "system import item i01 -> refused: no such item"});
     }
 
     void noiseIsNotRecognised()
     {
-        SimulatedController controller(smallState());
-        QCOMPARE(upload(controller, FactoryData::bytes(5000, 9)), QList<QByteArray>());
-        QCOMPARE(answer(controller, "system import available"), QByteArray("0 none"));
-        QCOMPARE(upload(controller, Archive::pack({})).size(), 1); // not before a cancel
-        QCOMPARE(answer(controller, "system upload cancel"), done);
-        QCOMPARE(upload(controller, Archive::pack({})), QList<QByteArray>());
-        QCOMPARE(answer(controller, "system import available"), QByteArray("0 config"));
-        QVERIFY(controller.state() == smallState());
+        const ControllerState after =
+            stateAfter(smallState(),
+                       uploadOf(FactoryData::bytes(5000, 9))
+                           << "system import available -> 0 none"
+                           << "system upload 1 1 AAAA -> refused: 50 chunks were announced before"
+                           << "system upload cancel" << uploadOf(Archive::pack({}))
+                           << "system import available -> 0 config");
+        QVERIFY(after == smallState());
     }
 
     void aDamagedArchiveIsRefused()
     {
         const QByteArray archive = Archive::pack({{"new", "", "", QByteArray(250, 'x')}});
-        SimulatedController controller(smallState());
-        upload(controller, archive.left(archive.size() - 1));
-        QCOMPARE(answer(controller, "system import available"),
-                 QByteArray("refused: the upload is damaged: item 1: the archive ends too early"));
-        answer(controller, "system upload cancel");
         QByteArray flipped = archive;
         flipped[150] = 'y';
-        upload(controller, flipped);
-        QCOMPARE(answer(controller, "system import available"),
-                 QByteArray("refused: the upload is damaged: item 1: the checksum does not fit"));
-        QVERIFY(!controller.execute("system import 'config' 'new'").ok);
-        QVERIFY(controller.state() == smallState());
+        const QByteArray damaged = "system import available -> refused: the upload is damaged: ";
+        const ControllerState after = stateAfter(
+            smallState(),
+            uploadOf(archive.chopped(1))
+                << damaged + "item 1: the archive ends too early"
+                << "system upload cancel" << uploadOf(flipped)
+                << damaged + "item 1: the checksum does not fit"
+                << "system import 'config' 'new' -> refused: unknown configuration 'new'");
+        QVERIFY(after == smallState());
     }
 
     void cancelForgetsTheUpload()
     {
-        SimulatedController controller(smallState());
-        upload(controller, Archive::pack({{"new", "", "", ""}}));
-        QCOMPARE(answer(controller, "system upload cancel"), done);
-        QCOMPARE(answer(controller, "system import available"),
-                 QByteArray("refused: there is no complete upload"));
-        QCOMPARE(answer(controller, "system import 'config' 'new'"),
-                 QByteArray("refused: unknown configuration 'new'"));
+        expectAnswers(smallState(),
+                      uploadOf({{"new", "", "", ""}})
+                          << "system upload cancel"
+                          << "system import available -> refused: there is no complete upload"
+                          << "system import 'config' 'new' -> refused: unknown configuration "
+                             "'new'");
     }
 
     void importAddsAndReplaces()
     {
-        SimulatedController controller(smallState());
-        upload(controller,
-               Archive::pack({{"new", "N", "new one", "n"},
-                              {"first", "F", "first again", "f"},
-                              {"__base", "", "", "other base"}}));
-        for (const QByteArray identifier : {"new", "first", "__base"}) {
-            QCOMPARE(answer(controller, "system import 'config' '" + identifier + "'"), done);
-        }
         ControllerState expected = smallState();
         expected.configurations[1] = {"first", "F", "first again", {}, "f"};
         expected.configurations << Configuration{"new", "N", "new one", {}, "n"};
         expected.baseData = "other base";
-        QVERIFY(controller.state() == expected);
+        const ControllerState after = stateAfter(smallState(),
+                                                 uploadOf({{"new", "N", "new one", "n"},
+                                                           {"first", "F", "first again", "f"},
+                                                           {"__base", "", "", "other base"}})
+                                                     << "system import 'config' 'new'"
+                                                     << "system import 'config' 'first'"
+                                                     << "system import 'config' '__base'");
+        QVERIFY(after == expected);
     }
 
     void importLeavesLockedConfigurationsAlone()
     {
         ControllerState state = smallState();
         state.configurations[2].password = SaltedHash::of("lock");
-        SimulatedController controller(state);
-        upload(controller, Archive::pack({{"second", "", "", ""}}));
-        QCOMPARE(answer(controller, "system import 'config' 'second'"),
-                 QByteArray("refused: configuration 'second' is locked"));
-        QVERIFY(controller.state() == state);
+        const ControllerState after =
+            stateAfter(state,
+                       uploadOf({{"second", "", "", ""}})
+                           << "system import 'config' 'second' -> refused: configuration 'second' "
+                              "is locked");
+        QVERIFY(after == state);
     }
 
     void importNeedsRoom()
     {
         ControllerState state = smallState();
         state.storeCapacity = state.usedBytes();
-        SimulatedController controller(state);
-        upload(controller,
-               Archive::pack({{"new", "", "", ""},
-                              {"first", "", "", QByteArray(1001, 'x')},
-                              {"second", "Bob", "Second one", QByteArray(1000, 'x')}}));
-        const QByteArray full = "refused: the configuration store is full";
-        QCOMPARE(answer(controller, "system import 'config' 'new'"), full);
-        QCOMPARE(answer(controller, "system import 'config' 'first'"), full);
-        QVERIFY(controller.state() == state);
-        QCOMPARE(answer(controller, "system import 'config' 'second'"), done);
-        state.configurations[2].data = QByteArray(1000, 'x');
-        QVERIFY(controller.state() == state);
-    }
-
-    void whatIsNotOfferedIsNotImported_data()
-    {
-        QTest::addColumn<QByteArray>("argument");
-        QTest::addColumn<QByteArray>("expected");
-        const QByteArray wrong = "refused: wrong argument";
-        QTest::newRow("unknown") << QByteArray("'config' 'first'")
-                                 << QByteArray("refused: unknown configuration 'first'");
-        QTest::newRow("other kind") << QByteArray("'image' 'new'") << wrong;
-        QTest::newRow("no quotes") << QByteArray("config new") << wrong;
-        QTest::newRow("something behind") << QByteArray("'config' 'new' x") << wrong;
+        ControllerState expected = state;
+        expected.configurations[2].data = QByteArray(1000, 'x');
+        const QByteArray full = " -> refused: the configuration store is full";
+        const ControllerState after = stateAfter(
+            state,
+            uploadOf({{"new", "", "", ""},
+                      {"first", "", "", QByteArray(1001, 'x')},
+                      {"second", "Bob", "Second one", QByteArray(1000, 'x')}})
+                << "system import 'config' 'new'" + full << "system import 'config' 'first'" + full
+                << "system import 'config' 'second'");
+        QVERIFY(after == expected);
     }
 
     void whatIsNotOfferedIsNotImported()
     {
-        QFETCH(const QByteArray, argument);
-        QFETCH(const QByteArray, expected);
-        SimulatedController controller(smallState());
-        upload(controller, Archive::pack({{"new", "", "", ""}}));
-        QCOMPARE(answer(controller, "system import " + argument), expected);
-        QVERIFY(controller.state() == smallState());
+        const QByteArray unknown = " -> refused: unknown configuration 'first'";
+        const QByteArray wrong = " -> refused: wrong argument";
+        const ControllerState after =
+            stateAfter(smallState(),
+                       uploadOf({{"new", "", "", ""}}) << "system import 'config' 'first'" + unknown
+                                                       << "system import 'image' 'new'" + wrong
+                                                       << "system import config new" + wrong
+                                                       << "system import 'config' 'new' x" + wrong);
+        QVERIFY(after == smallState());
     }
 
     void theStandardConfigurationIsReplacedByAnImport()
     {
-        SimulatedController controller(smallState());
-        upload(controller, Archive::pack({{"standard", "S", "other standard", "s"}}));
-        QCOMPARE(answer(controller, "veltra2 config delete_config standard"), ok);
-        QVERIFY(controller.state() == smallState());
-        QCOMPARE(answer(controller, "system import 'config' 'standard'"), done);
-        const Configuration expected{"standard", "S", "other standard", {}, "s"};
-        QVERIFY(controller.state().configurations.at(0) == expected);
-    }
-
-    void everythingComesBackAfterAWipe()
-    {
-        ControllerState state = ControllerState::sample();
-        for (Configuration &configuration : state.configurations) {
-            configuration.password = {};
-        }
-        SimulatedController controller(state);
-        prepareAll(controller);
-        const QByteArray archive = downloaded(controller);
-
-        for (const Configuration &configuration : state.configurations) {
-            controller.execute("veltra2 config delete_config " + configuration.identifier);
-        }
-        QCOMPARE(controller.state().configurations.size(), 1);
-        answer(controller, "config desc \"spoiled\"");
-        QVERIFY(controller.state() != state);
-
-        answer(controller, "system upload cancel");
-        QCOMPARE(upload(controller, archive), QList<QByteArray>());
-        importAll(controller);
-        answer(controller, "config active_config " + state.activeIdentifier);
-        QVERIFY(controller.state() == state);
-    }
-
-    void twoHundredConfigurationsOfSixteenMebibytesComeBack()
-    {
-        const ControllerState state = bigState();
-        QVERIFY(state.usedBytes() > qint64{16} * 1024 * 1024);
-        SimulatedController controller(state);
-        prepareAll(controller);
-        const QByteArray archive = downloaded(controller);
-        QVERIFY(!archive.startsWith("bad chunk"));
-        QCOMPARE(upload(controller, archive), QList<QByteArray>());
-        importAll(controller); // deletes each configuration and stores it anew
-        answer(controller, "config active_config " + state.activeIdentifier);
-        QVERIFY(controller.state() == state);
+        const QByteArrayList deletion = uploadOf({{"standard", "S", "other standard", "s"}})
+            << "veltra2 config delete_config standard";
+        QVERIFY(stateAfter(smallState(), deletion) == smallState());
+        ControllerState expected = smallState();
+        expected.configurations[0] = {"standard", "S", "other standard", {}, "s"};
+        const QByteArrayList import{"system import 'config' 'standard'"};
+        QVERIFY(stateAfter(smallState(), deletion + import) == expected);
     }
 };
 
