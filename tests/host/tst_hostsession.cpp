@@ -1,8 +1,10 @@
 #include "host/hostsession.h"
 
+#include "channel/replybuffer.h"
 #include "host/hostoptions.h"
 #include "host/simulatedlink.h"
 #include "tests/support/testmain.h"
+#include "tests/support/userinput.h"
 
 #include <QAbstractItemView>
 #include <QLabel>
@@ -16,230 +18,209 @@ class TestHostSession : public QObject
     Q_OBJECT
 
 private:
-    static HostOptions probe()
-    {
-        HostOptions options;
-        options.pluginFile =
-            QDir(QCoreApplication::applicationDirPath()).filePath("probemodule.so");
-        return options;
-    }
+    std::unique_ptr<SimulatedLink> m_link;
+    std::unique_ptr<HostSession> m_session;
+    HostOptions m_options;
 
-    static void start(HostSession &session)
+    void open() { m_session = std::make_unique<HostSession>(*m_link, m_options); }
+
+    void load()
     {
+        open();
         QString problem;
-        QVERIFY2(session.load(&problem), qPrintable(problem));
-        session.start();
+        QVERIFY2(m_session->load(&problem), qPrintable(problem));
     }
 
-    static QStringList menuTitles(HostSession &session)
+    void start()
+    {
+        load();
+        m_session->start();
+    }
+
+    LineChannel &channel() { return m_link->moduleChannel(); }
+
+    QString query(const char *command)
+    {
+        ReplyBuffer reply;
+        return channel().queryString(reply.data(), "%s", command) == 0 ? reply.text() : "failed";
+    }
+
+    QStringList menuTitles()
     {
         QStringList titles;
-        const QList<QAction *> actions = session.window().menuBar()->actions();
+        const QList<QAction *> actions = m_session->window().menuBar()->actions();
         for (const QAction *action : actions) {
             titles << action->text();
         }
         return titles;
     }
 
-    static QString label(HostSession &session, const QString &name)
+    QString label(const char *name)
     {
-        return session.window().findChild<QLabel *>(name)->text();
+        return UserInput::named<QLabel>(&m_session->window(), name)->text();
     }
 
-    // The texts of the Events log, where the probe leaves what it was given.
-    static QStringList events(HostSession &session)
+    // The cells of a log's columns, row by row.
+    QStringList cells(const char *log, const QVector<int> &columns)
     {
         QCoreApplication::processEvents();
-        const auto *log = session.window().findChild<QAbstractItemView *>("tableView_events");
+        const QAbstractItemModel *model =
+            UserInput::named<QAbstractItemView>(&m_session->window(), log)->model();
         QStringList texts;
-        for (int row = 0; row < log->model()->rowCount(); ++row) {
-            texts << log->model()->index(row, 4).data().toString();
+        for (int row = 0; row < model->rowCount(); ++row) {
+            for (const int column : columns) {
+                texts << model->index(row, column).data().toString();
+            }
         }
         return texts;
     }
 
+    // Where the probe leaves what it was given.
+    QStringList events() { return cells("tableView_events", {4}); }
+
 private slots:
-    void theModuleGetsItsPropertiesBeforeAndTheHostVersionAfterItsMenuEntries()
+    void init()
     {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        start(session);
-        QCOMPARE(menuTitles(session), QStringList({"&File", "V&iew", "&VELTRA4", "&Help"}));
-        QCOMPARE(events(session),
-                 QStringList({"model Indoor Tracker 5", "message Veltra2 v4.12.3"}));
+        m_link = std::make_unique<SimulatedLink>();
+        m_options = HostOptions();
+        m_options.pluginFile = QCoreApplication::applicationDirPath() + "/probemodule.so";
     }
 
-    void optionsReachTheModule()
+    void cleanup()
     {
-        HostOptions options = probe();
-        options.systemModel = "Other";
-        options.hostVersion = "v3.9";
-        SimulatedLink link;
-        HostSession session(link, options);
-        start(session);
-        QCOMPARE(events(session), QStringList({"model Other", "message Veltra2 v3.9"}));
+        m_session.reset();
+        m_link.reset();
+    }
+
+    void theModuleGetsItsPropertiesBeforeAndTheHostVersionAfterItsMenuEntries()
+    {
+        start();
+        QCOMPARE(menuTitles(), QStringList({"&File", "V&iew", "&VELTRA4", "&Help"}));
+        QCOMPARE(events(), QStringList({"model Indoor Tracker 5", "message Veltra2 v4.12.3"}));
+    }
+
+    void optionsReachTheModuleAndTheWindow()
+    {
+        m_options.systemModel = "Other";
+        m_options.hostVersion = "v3.9";
+        start();
+        QCOMPARE(events(), QStringList({"model Other", "message Veltra2 v3.9"}));
+        QCOMPARE(label("label_model"), "Other");
     }
 
     void anObservingModuleOffersNothing()
     {
-        HostOptions options = probe();
-        options.isObserver = true;
-        SimulatedLink link;
-        HostSession session(link, options);
-        start(session);
-        QCOMPARE(menuTitles(session), QStringList({"&File", "V&iew", "&Help"}));
+        m_options.isObserver = true;
+        start();
+        QCOMPARE(menuTitles(), QStringList({"&File", "V&iew", "&Help"}));
     }
 
     void aModuleThatCannotBeLoadedIsReported()
     {
-        HostOptions options;
-        options.pluginFile = "nosuch.so";
-        SimulatedLink link;
-        HostSession session(link, options);
+        m_options.pluginFile = "nosuch.so";
+        open();
         QString problem;
-        QVERIFY(!session.load(&problem));
-        QVERIFY(problem.contains("nosuch.so"));
+        QVERIFY(!m_session->load(&problem));
+        QCOMPARE(problem, "There is no plug-in \"nosuch.so\".");
     }
 
     void theModuleIsReleasedInTheEnd()
     {
-        SimulatedLink link;
-        const auto &channel = static_cast<const SimulatedChannel &>(link.moduleChannel());
-        {
-            HostSession session(link, probe());
-            start(session);
-            QCOMPARE(channel.receiverCount(), 1);
+        const auto &receiving = static_cast<const SimulatedChannel &>(channel());
+        start();
+        QCOMPARE(receiving.receiverCount(), 1);
+        m_session.reset();
+        QCOMPARE(receiving.receiverCount(), 0);
+    }
+
+    void theWindowIsThereBeforeTheFirstQuestionAndShowsThenWhoTheControllerIs()
+    {
+        const QList<QPair<const char *, QString>> labels{
+            {"label_hostName", "tracker-lab2"},
+            {"label_serial", "40217"},
+            {"label_model", "Indoor Tracker 5"},
+            {"label_ptVersion", "4.2.0"},
+            {"label_interfaceVersion", "1.27.0"},
+            {"label_activeDescription", "Robot cell 2, tool centre point"}};
+        load();
+        for (const auto &[name, text] : labels) {
+            QCOMPARE(label(name), "\u2014");
         }
-        QCOMPARE(channel.receiverCount(), 0);
-    }
-
-    void theWindowIsThereBeforeTheFirstQuestion()
-    {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        QString problem;
-        QVERIFY(session.load(&problem));
-        for (const char *unknown : {"label_hostName", "label_model", "label_ptVersion",
-                                    "label_interfaceVersion", "label_activeDescription"}) {
-            QCOMPARE(label(session, unknown), QStringLiteral("\u2014"));
+        m_session->start();
+        for (const auto &[name, text] : labels) {
+            QCOMPARE(label(name), text);
         }
-        session.start();
-        QCOMPARE(label(session, "label_ptVersion"), QStringLiteral("4.2.0"));
-    }
-
-    void theWindowShowsTheModelThatTheModuleIsTold()
-    {
-        HostOptions options = probe();
-        options.systemModel = "Other";
-        SimulatedLink link;
-        HostSession session(link, options);
-        start(session);
-        QCOMPARE(label(session, "label_model"), QStringLiteral("Other"));
-    }
-
-    void theWindowShowsWhoTheControllerIs()
-    {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        start(session);
-        QCOMPARE(label(session, "label_hostName"), QStringLiteral("tracker-lab2"));
-        QCOMPARE(label(session, "label_serial"), QStringLiteral("40217"));
-        QCOMPARE(label(session, "label_interfaceVersion"), QStringLiteral("1.27.0"));
-        QCOMPARE(label(session, "label_activeDescription"),
-                 QStringLiteral("Robot cell 2, tool centre point"));
     }
 
     void theActiveConfigurationIsReadAgainWhenAModuleAnnouncesAChange()
     {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        start(session);
-        QCOMPARE(link.moduleChannel().sendCommand("config active_config %s", "standard"), 0);
-        link.moduleChannel().postMessage("GlobalEvent", "ConfigurationModule", 1,
-                                         "ActiveConfigurationChanged");
-        QVERIFY(label(session, "label_activeConfiguration") != QLatin1String("standard"));
+        start();
+        QCOMPARE(channel().sendCommand("config active_config %s", "standard"), 0);
+        channel().postMessage("GlobalEvent", "ConfigurationModule", 1,
+                              "ActiveConfigurationChanged");
+        QVERIFY(label("label_activeConfiguration") != "standard");
         QCoreApplication::processEvents();
-        QCOMPARE(label(session, "label_activeConfiguration"), QStringLiteral("standard"));
+        QCOMPARE(label("label_activeConfiguration"), "standard");
     }
 
     void otherMessagesAreOnlyLogged()
     {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        const QSignalSpy shown(&session, &HostSession::identityShown);
-        link.moduleChannel().postMessage("standard", "VELTRA4", 1, "ActiveConfigurationChanged");
-        QCOMPARE(events(session), QStringList("ActiveConfigurationChanged"));
+        open();
+        const QSignalSpy shown(m_session.get(), &HostSession::identityShown);
+        channel().postMessage("standard", "VELTRA4", 1, "ActiveConfigurationChanged");
+        QCOMPARE(events(), QStringList("ActiveConfigurationChanged"));
         QCOMPARE(shown.count(), 0);
     }
 
     void commandsAreLoggedWithWhatBecameOfThem()
     {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        char reply[200] = "";
-        link.moduleChannel().setTimeout(0, 20000, 1);
-        link.moduleChannel().queryString(reply, "system hostname");
-        link.moduleChannel().sendCommand("no such command");
-        QCoreApplication::processEvents();
-        const auto *log = session.window().findChild<QAbstractItemView *>("tableView_commands");
-        const auto cell = [log](int row, int column) {
-            return log->model()->index(row, column).data().toString();
-        };
-        QCOMPARE(log->model()->rowCount(), 3);
-        QCOMPARE(cell(0, 1) + ' ' + cell(0, 2), QStringLiteral("setTimeout 0 20000 1"));
-        QCOMPARE(cell(1, 1), QStringLiteral("queryString"));
-        QCOMPARE(cell(1, 2), QStringLiteral("system hostname"));
-        QCOMPARE(cell(1, 3), QStringLiteral("tracker-lab2"));
-        QCOMPARE(cell(1, 4), QStringLiteral("0"));
-        QVERIFY(cell(1, 5).endsWith(" ms"));
-        QVERIFY2(cell(2, 4).startsWith("1 ("), qPrintable(cell(2, 4)));
+        open();
+        channel().setTimeout(0, 20000, 1);
+        query("system hostname");
+        channel().sendCommand("no such command");
+        QCOMPARE(cells("tableView_commands", {1, 2, 3, 4}),
+                 QStringList({"setTimeout", "0 20000 1", "", "", "queryString", "system hostname",
+                              "tracker-lab2", "0", "sendCommand", "no such command", "",
+                              "1 (unknown command)"}));
+        QVERIFY(cells("tableView_commands", {5}).at(1).endsWith(" ms"));
     }
 
     void theStatusBarTellsTheAutomaticBackup()
     {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        session.window().show();
-        char reply[200] = "";
-        link.moduleChannel().queryString(reply, "status active");
-        QCOMPARE(label(session, "label_transfer"), QStringLiteral("Automatic backup"));
-        link.moduleChannel().sendCommand("system download prepare 'config' 'standard'");
-        link.moduleChannel().queryString(reply, "system download 1");
-        const QString total = QString(reply).trimmed().section(' ', 0, 0);
-        QCOMPARE(label(session, "label_transfer"),
-                 QStringLiteral("Automatic backup: chunk 1 of ") + total);
+        open();
+        query("status active");
+        QCOMPARE(label("label_transfer"), "Automatic backup");
+        channel().sendCommand("system download prepare 'config' 'standard'");
+        const QString total = query("system download 1").trimmed().section(' ', 0, 0);
+        QCOMPARE(label("label_transfer"), "Automatic backup: chunk 1 of " + total);
         // It is over when the module returns to the event loop.
         QCoreApplication::processEvents();
-        link.moduleChannel().sendCommand("system download cancel");
-        QCOMPARE(label(session, "label_transfer"), QStringLiteral("Download cancelled"));
+        channel().sendCommand("system download cancel");
+        QCOMPARE(label("label_transfer"), "Download cancelled");
     }
 
     void aBackupThatIsNotMadeLeavesNothingInTheStatusBar()
     {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        char reply[200] = "";
-        link.moduleChannel().queryString(reply, "status active");
+        open();
+        query("status active");
         QCoreApplication::processEvents();
-        QCOMPARE(label(session, "label_transfer"), QString());
+        QCOMPARE(label("label_transfer"), "");
     }
 
     void theStatusBarFollowsATransferWithoutTheEventLoop()
     {
-        SimulatedLink link;
-        HostSession session(link, probe());
-        session.window().show();
-        const auto *bar = session.window().findChild<QProgressBar *>("progressBar_transfer");
+        open();
+        m_session->window().show();
+        const auto *bar =
+            UserInput::named<QProgressBar>(&m_session->window(), "progressBar_transfer");
         const QByteArray fullChunk(134, 'A');
-        QCOMPARE(
-            link.moduleChannel().sendCommand("system upload %d %d %s", 4, 1, fullChunk.constData()),
-            0);
+        QCOMPARE(channel().sendCommand("system upload 4 1 %s", fullChunk.constData()), 0);
         QVERIFY(bar->isVisible());
         QCOMPARE(bar->value(), 25);
-        QCOMPARE(label(session, "label_transfer"), QStringLiteral("Upload: chunk 1 of 4"));
-        link.moduleChannel().sendCommand("system upload cancel");
+        QCOMPARE(label("label_transfer"), "Upload: chunk 1 of 4");
+        channel().sendCommand("system upload cancel");
         QVERIFY(!bar->isVisible());
-        QCOMPARE(label(session, "label_transfer"), QStringLiteral("Upload cancelled"));
+        QCOMPARE(label("label_transfer"), "Upload cancelled");
     }
 };
 

@@ -13,137 +13,130 @@ class TestLogModel : public QObject
 private:
     static constexpr int capacity = 20;
 
-    static void append(LogModel &model, int from, int to)
+    std::unique_ptr<LogModel> m_model;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+
+    void append(int from, int to) const
     {
         for (int i = from; i <= to; ++i) {
-            model.append({{QString::number(i), QStringLiteral("x")}, false});
+            m_model->append({{QString::number(i), "x"}, false});
         }
     }
 
-    static QStringList firstColumn(const LogModel &model)
+    // Shown as soon as the event loop runs.
+    QStringList shown() const
     {
+        QCoreApplication::processEvents();
         QStringList texts;
-        for (int row = 0; row < model.rowCount(); ++row) {
-            texts << model.index(row, 0).data().toString();
+        for (int row = 0; row < m_model->rowCount(); ++row) {
+            texts << m_model->index(row, 0).data().toString();
         }
         return texts;
     }
 
-    const QVector<LogColumn> m_columns{
-        {QStringLiteral("Number"), QStringLiteral("00000"), Qt::AlignRight},
-        {QStringLiteral("Text"), QStringLiteral("00000")}};
+    QVariant cell(int row, int column, int role) const
+    {
+        QCoreApplication::processEvents();
+        return m_model->index(row, column).data(role);
+    }
 
 private slots:
+    void init()
+    {
+        m_model = std::make_unique<LogModel>(
+            QVector<LogColumn>{{"Number", "00000", Qt::AlignRight}, {"Text", "00000"}}, capacity);
+        m_tester = std::make_unique<QAbstractItemModelTester>(m_model.get());
+    }
+
     void rowsAppearTogetherAtTheNextTurnOfTheEventLoop()
     {
-        LogModel model(m_columns, capacity);
-        const QAbstractItemModelTester tester(&model);
-        const QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
-        append(model, 1, 3);
-        QCOMPARE(model.rowCount(), 0);
-        QCoreApplication::processEvents();
-        QCOMPARE(firstColumn(model), QStringList({"1", "2", "3"}));
+        const QSignalSpy inserted(m_model.get(), &QAbstractItemModel::rowsInserted);
+        append(1, 3);
+        QCOMPARE(m_model->rowCount(), 0);
+        QCOMPARE(shown(), QStringList({"1", "2", "3"}));
         QCOMPARE(inserted.count(), 1);
     }
 
     void theOldestRowsAreForgotten()
     {
-        LogModel model(m_columns, capacity);
-        const QAbstractItemModelTester tester(&model);
-        append(model, 1, capacity);
-        QCoreApplication::processEvents();
-        append(model, capacity + 1, capacity + 1);
-        QCoreApplication::processEvents();
-        QVERIFY(model.rowCount() <= capacity);
-        QCOMPARE(firstColumn(model).constLast(), QString::number(capacity + 1));
-        QVERIFY(!firstColumn(model).contains("1"));
-        QVERIFY(model.rowCount() > capacity / 2);
+        append(1, capacity);
+        QCOMPARE(shown().size(), capacity);
+        append(capacity + 1, capacity + 1);
+        QVERIFY(shown().size() <= capacity && shown().size() > capacity / 2);
+        QCOMPARE(shown().constLast(), QString::number(capacity + 1));
+        QVERIFY(!shown().contains("1"));
     }
 
     void aBurstBeyondTheCapacityKeepsItsEnd()
     {
-        LogModel model(m_columns, capacity);
-        const QAbstractItemModelTester tester(&model);
-        append(model, 1, 5);
-        QCoreApplication::processEvents();
-        const QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
-        append(model, 6, 1000);
-        QCoreApplication::processEvents();
+        append(1, 5);
+        QCOMPARE(shown().size(), 5);
+        const QSignalSpy inserted(m_model.get(), &QAbstractItemModel::rowsInserted);
+        append(6, 1000);
+        const int rows = shown().size();
         QCOMPARE(inserted.count(), 1);
         QCOMPARE(inserted.at(0).at(2).toInt() - inserted.at(0).at(1).toInt() + 1, capacity);
-        QVERIFY(model.rowCount() <= capacity);
-        QVERIFY(model.rowCount() > capacity / 2);
-        QCOMPARE(firstColumn(model).constFirst(), QString::number(1001 - model.rowCount()));
-        QCOMPARE(firstColumn(model).constLast(), QString::number(1000));
+        QVERIFY(rows <= capacity && rows > capacity / 2);
+        QCOMPARE(shown().constFirst(), QString::number(1001 - rows));
+        QCOMPARE(shown().constLast(), "1000");
     }
 
     void failuresCarryASign()
     {
-        LogModel model(m_columns, capacity);
-        model.append({{"good"}, false});
-        model.append({{"bad"}, true});
-        QCoreApplication::processEvents();
-        QVERIFY(!model.index(0, 0).data(Qt::DecorationRole).isValid());
-        QVERIFY(!model.index(1, 0).data(Qt::DecorationRole).value<QIcon>().isNull());
-        QVERIFY(!model.index(1, 1).data(Qt::DecorationRole).isValid());
+        m_model->append({{"good"}, false});
+        m_model->append({{"bad"}, true});
+        QVERIFY(!cell(0, 0, Qt::DecorationRole).isValid());
+        QVERIFY(!cell(1, 0, Qt::DecorationRole).value<QIcon>().isNull());
+        QVERIFY(!cell(1, 1, Qt::DecorationRole).isValid());
     }
 
     void columnsHaveTitlesAndAlignments()
     {
-        const LogModel model(m_columns, capacity);
-        QCOMPARE(model.columnCount(), 2);
-        QCOMPARE(model.headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(),
-                 QStringLiteral("Number"));
-        QVERIFY(model.headerData(0, Qt::Horizontal, Qt::TextAlignmentRole).toInt()
-                & Qt::AlignRight);
-        QVERIFY(!model.headerData(2, Qt::Horizontal, Qt::DisplayRole).isValid());
-        QVERIFY(!model.headerData(0, Qt::Vertical, Qt::DisplayRole).isValid());
+        const auto header = [this](int section, Qt::Orientation orientation, int role) {
+            return m_model->headerData(section, orientation, role);
+        };
+        QCOMPARE(m_model->columnCount(), 2);
+        QCOMPARE(header(0, Qt::Horizontal, Qt::DisplayRole).toString(), "Number");
+        QVERIFY(header(0, Qt::Horizontal, Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
+        QVERIFY(!header(2, Qt::Horizontal, Qt::DisplayRole).isValid());
+        QVERIFY(!header(0, Qt::Vertical, Qt::DisplayRole).isValid());
     }
 
     void toolTipsShowTagsAsText()
     {
-        LogModel model(m_columns, capacity);
-        model.append({{"<b>no tag</b>", ""}, false});
-        QCoreApplication::processEvents();
-        QVERIFY(model.index(0, 0).data(Qt::ToolTipRole).toString().contains("&lt;b&gt;"));
-        QVERIFY(!model.index(0, 1).data(Qt::ToolTipRole).isValid());
+        m_model->append({{"<b>no tag</b>", ""}, false});
+        QVERIFY(cell(0, 0, Qt::ToolTipRole).toString().contains("&lt;b&gt;"));
+        QVERIFY(!cell(0, 1, Qt::ToolTipRole).isValid());
     }
 
     void missingCellsAreEmpty()
     {
-        LogModel model(m_columns, capacity);
-        model.append({{"only one"}, false});
-        QCoreApplication::processEvents();
-        QCOMPARE(model.index(0, 1).data().toString(), QString());
+        m_model->append({{"only one"}, false});
+        QCOMPARE(shown(), QStringList("only one"));
+        QCOMPARE(cell(0, 1, Qt::DisplayRole).toString(), "");
     }
 
     void theLastRowCanBeReplaced()
     {
-        LogModel model(m_columns, capacity);
-        const QAbstractItemModelTester tester(&model);
-        append(model, 1, 2);
-        model.replaceLast({{"two"}, false}); // not shown yet
-        QCoreApplication::processEvents();
-        QCOMPARE(firstColumn(model), QStringList({"1", "two"}));
-        const QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
-        model.replaceLast({{"II"}, false});
-        QCOMPARE(firstColumn(model), QStringList({"1", "II"}));
+        append(1, 2);
+        m_model->replaceLast({{"two"}, false}); // not shown yet
+        QCOMPARE(shown(), QStringList({"1", "two"}));
+        const QSignalSpy changed(m_model.get(), &QAbstractItemModel::dataChanged);
+        m_model->replaceLast({{"II"}, false});
+        QCOMPARE(m_model->index(1, 0).data().toString(), "II");
         QCOMPARE(changed.count(), 1);
-        model.clear();
-        model.replaceLast({{"after clearing"}, false});
-        QCoreApplication::processEvents();
-        QCOMPARE(firstColumn(model), QStringList("after clearing"));
+        m_model->clear();
+        m_model->replaceLast({{"after clearing"}, false});
+        QCOMPARE(shown(), QStringList("after clearing"));
     }
 
     void clearingForgetsAlsoWhatIsNotShownYet()
     {
-        LogModel model(m_columns, capacity);
-        append(model, 1, 2);
-        QCoreApplication::processEvents();
-        append(model, 3, 4);
-        model.clear();
-        QCoreApplication::processEvents();
-        QCOMPARE(model.rowCount(), 0);
+        append(1, 2);
+        QCOMPARE(shown().size(), 2);
+        append(3, 4);
+        m_model->clear();
+        QCOMPARE(shown(), QStringList());
     }
 };
 

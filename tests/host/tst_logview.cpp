@@ -28,6 +28,26 @@ private:
         QCoreApplication::processEvents();
     }
 
+    // How many rows are shown when that is typed into the filter.
+    int rowsWith(const QString &filter) const
+    {
+        m_filter->clear();
+        QTest::keyClicks(m_filter, filter);
+        return m_table->model()->rowCount();
+    }
+
+    // Saves the log, which is expected to be asked for a file.
+    void save(const QString &path, const QString &problem = {}) const
+    {
+        ModalDriver driver;
+        driver.expectFileDialog("Save Log", path);
+        if (!problem.isEmpty()) {
+            driver.expectBox({QMessageBox::Critical, "Save Log", problem});
+        }
+        m_view->save();
+        driver.verify();
+    }
+
 private slots:
     void init()
     {
@@ -53,21 +73,16 @@ private slots:
         append({"config desc", "Robot cell"});
         append({"robot reset", ""});
         append({"status active", "none"});
-        QTest::keyClicks(m_filter, "ROBOT");
-        QCOMPARE(m_table->model()->rowCount(), 2);
-        m_filter->clear();
-        QCOMPARE(m_table->model()->rowCount(), 3);
+        QCOMPARE(rowsWith("ROBOT"), 2);
+        QCOMPARE(rowsWith(""), 3);
     }
 
     void theFilterTakesEveryCharacterAsItIs()
     {
         append({"system download prepare 'config' '__base'", ""});
         append({"config owner \"a.b\"", ""});
-        QTest::keyClicks(m_filter, "a.b");
-        QCOMPARE(m_table->model()->rowCount(), 1);
-        m_filter->clear();
-        QTest::keyClicks(m_filter, ".*");
-        QCOMPARE(m_table->model()->rowCount(), 0);
+        QCOMPARE(rowsWith("a.b"), 1);
+        QCOMPARE(rowsWith(".*"), 0);
     }
 
     void copyTakesTheSelectedRowsFromTopToBottom()
@@ -80,7 +95,7 @@ private slots:
                                           QItemSelectionModel::Select | QItemSelectionModel::Rows);
         m_table->setFocus();
         QTest::keySequence(m_table, QKeySequence::Copy);
-        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("first\t1\nthird\t3"));
+        QCOMPARE(QGuiApplication::clipboard()->text(), "first\t1\nthird\t3");
     }
 
     void copyWithoutSelectionLeavesTheClipboardAlone()
@@ -149,34 +164,19 @@ private slots:
         append({"robot reset", QString::fromUtf8("pr\u00fcfen")});
         QTest::keyClicks(m_filter, "robot");
         const QTemporaryDir folder;
-        ModalDriver driver;
-        driver.expectFileDialog("Save Log", folder.filePath("log.txt"));
-        m_view->save();
-        driver.verify();
+        save(folder.filePath("log.txt"));
         QFile file(folder.filePath("log.txt"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(QString::fromUtf8(file.readAll()),
-                 QString("Command\tAnswer\nconfig desc\tRobot cell 2\nrobot reset\tpr\u00fcfen\n"));
+                 "Command\tAnswer\nconfig desc\tRobot cell 2\nrobot reset\tpr\u00fcfen\n");
     }
 
-    void aLogThatCannotBeSavedIsTold()
+    void savingCanFailAndBeCalledOff()
     {
         append({"config desc", "Robot cell"});
         const QString path = "/proc/nowhere/log.txt";
-        ModalDriver driver;
-        driver.expectFileDialog("Save Log", path);
-        driver.expectBox({QMessageBox::Critical, "Save Log",
-                          "Cannot write \"" + path + "\": No such file or directory."});
-        m_view->save();
-        driver.verify();
-    }
-
-    void savingCanBeCalledOff()
-    {
-        ModalDriver driver;
-        driver.expectFileDialog("Save Log", {});
-        m_view->save();
-        driver.verify();
+        save(path, "Cannot write \"" + path + "\": No such file or directory.");
+        save({});
     }
 
     void anEmptyTableSaysSo()

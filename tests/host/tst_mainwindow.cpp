@@ -6,6 +6,7 @@
 #include "host/identitypanel.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/testmain.h"
+#include "tests/support/userinput.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -35,31 +36,22 @@ private:
         m_commands = m_window->findChild<QDockWidget *>("dock_commands");
     }
 
-    void show() const
-    {
-        m_window->show();
-        m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    }
-
     void grow(int width, int height) const
     {
         m_window->resize(m_window->size() + QSize(width, height));
         QCoreApplication::processEvents();
     }
 
-    QString focus() const
-    {
-        const QWidget *widget = m_window->focusWidget();
-        return widget ? widget->objectName() : QString();
-    }
+    QString focus() const { return UserInput::focusOf(m_window.get()); }
 
 private slots:
     void init()
     {
         makeWindow();
         m_window->takePreferredSize();
-        show();
+        m_window->show();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
 
     void cleanup() { m_window.reset(); }
@@ -131,7 +123,7 @@ private slots:
 
     void tabLeavesTheTables()
     {
-        QCOMPARE(focus(), QString("tableView_commands"));
+        QCOMPARE(focus(), "tableView_commands");
         QStringList visited;
         for (int i = 0; i < 4; ++i) {
             QTest::keyClick(m_window->focusWidget(), Qt::Key_Tab);
@@ -143,38 +135,32 @@ private slots:
                               "tableView_commands", "tableView_events"}));
     }
 
-    void bothLogsCanBeSavedFromTheMenu_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("events") << "Save Events\u2026";
-        QTest::newRow("commands") << "Save Commands\u2026";
-    }
-
     void bothLogsCanBeSavedFromTheMenu()
     {
-        QFETCH(const QString, text);
+        const QTemporaryDir folder;
         const QList<QAction *> entries =
             m_window->menuBar()->actions().constFirst()->menu()->actions();
-        const auto entry = std::find_if(entries.begin(), entries.end(), [&text](QAction *action) {
-            return action->text() == text;
-        });
-        QVERIFY(entry != entries.end());
-        const QTemporaryDir folder;
-        ModalDriver driver;
-        driver.expectFileDialog("Save Log", folder.filePath("log.txt"));
-        (*entry)->trigger();
-        driver.verify();
-        QVERIFY(QFile::exists(folder.filePath("log.txt")));
+        for (const QString text : {"Save Events\u2026", "Save Commands\u2026"}) {
+            const auto entry = std::find_if(entries.begin(), entries.end(), [&](QAction *action) {
+                return action->text() == text;
+            });
+            QVERIFY2(entry != entries.end(), qPrintable(text));
+            ModalDriver driver;
+            driver.expectFileDialog("Save Log", folder.filePath(text));
+            (*entry)->trigger();
+            driver.verify();
+            QVERIFY(QFile::exists(folder.filePath(text)));
+        }
     }
 
     void eachDockHasAShortcut()
     {
         QTest::keyClick(m_window.get(), Qt::Key_1, Qt::ControlModifier);
-        QCOMPARE(focus(), QString("tableView_events"));
+        QCOMPARE(focus(), "tableView_events");
         m_commands->hide();
         QTest::keyClick(m_window.get(), Qt::Key_2, Qt::ControlModifier);
         QVERIFY(m_commands->isVisible());
-        QCOMPARE(focus(), QString("tableView_commands"));
+        QCOMPARE(focus(), "tableView_commands");
     }
 };
 

@@ -9,14 +9,20 @@
 
 namespace {
 
-ModalStep titled(const QString &title, const std::function<void(QDialog *)> &handle)
-{
-    return {title, [title](QDialog *dialog) { return dialog->windowTitle() == title; }, handle};
-}
-
 void accept(QDialog *dialog)
 {
     dialog->accept();
+}
+
+void complain(QDialog * /*dialog*/)
+{
+    throw StepFailed("not so");
+}
+
+// Expects a window of that title.
+ModalStep titled(const QString &title, const std::function<void(QDialog *)> &handle = accept)
+{
+    return {title, [title](QDialog *dialog) { return dialog->windowTitle() == title; }, handle};
 }
 
 int open(const QString &title)
@@ -26,6 +32,11 @@ int open(const QString &title)
     return dialog.exec();
 }
 
+std::function<void()> opening(const QString &title)
+{
+    return [title] { open(title); };
+}
+
 } // namespace
 
 class TestModalWatcher : public QObject
@@ -33,6 +44,8 @@ class TestModalWatcher : public QObject
     Q_OBJECT
 
 private:
+    std::unique_ptr<ModalWatcher> m_watcher;
+
     // What the step complains about; empty when it does not.
     static QString failureOf(const std::function<void()> &step)
     {
@@ -44,127 +57,101 @@ private:
         return {};
     }
 
+    QString failureDuring(const std::function<void()> &action, const QVector<ModalStep> &steps)
+    {
+        return failureOf([&] { m_watcher->during(action, steps); });
+    }
+
 private slots:
+    void init() { m_watcher = std::make_unique<ModalWatcher>(); }
+
+    void cleanup()
+    {
+        QVERIFY(!QApplication::activeModalWidget());
+        m_watcher.reset();
+    }
+
     void windowsAreHandedOutInOrder()
     {
-        ModalWatcher watcher;
         QVector<int> results;
-        watcher.during(
-            [&] { results << open("a") << open("b"); },
-            {titled("a", accept), titled("b", [](QDialog *dialog) { dialog->done(7); })});
+        m_watcher->during([&] { results << open("a") << open("b"); },
+                          {titled("a"), titled("b", [](QDialog *dialog) { dialog->done(7); })});
         QCOMPARE(results, QVector<int>({QDialog::Accepted, 7}));
     }
 
     void aStepMayOpenFurtherWindows()
     {
-        ModalWatcher watcher;
         int inner = -1;
         const auto outer = [&](QDialog *dialog) {
-            watcher.during([&] { inner = open("inner"); }, {titled("inner", accept)});
+            m_watcher->during([&] { inner = open("inner"); }, {titled("inner")});
             dialog->accept();
         };
-        watcher.during([] { open("outer"); }, {titled("outer", outer)});
+        m_watcher->during(opening("outer"), {titled("outer", outer)});
         QCOMPARE(inner, int(QDialog::Accepted));
     }
 
-    void aWindowNobodyExpectsFailsAndIsClosed()
+    void whatIsNotAsExpectedFails()
     {
-        ModalWatcher watcher;
-        const auto action = [] {
-            QMessageBox::warning(nullptr, QStringLiteral("Surprise"), QStringLiteral("Boo"));
-        };
-        QCOMPARE(failureOf([&] { watcher.during(action, {}); }),
-                 QStringLiteral("unexpected box \"Surprise\" saying \"Boo\""));
-    }
-
-    void anotherWindowThanExpectedFails()
-    {
-        ModalWatcher watcher;
-        QCOMPARE(failureOf([&] { watcher.during([] { open("b"); }, {titled("a", accept)}); }),
-                 QStringLiteral("unexpected window \"b\""));
-    }
-
-    void aWindowThatNeverOpensFails()
-    {
-        ModalWatcher watcher;
-        QCOMPARE(failureOf([&] { watcher.during([] {}, {titled("a", accept)}); }),
-                 QStringLiteral("a did not open"));
-    }
-
-    void aWindowThatStaysOpenFailsAndIsClosed()
-    {
-        ModalWatcher watcher;
+        const auto warning = [] { QMessageBox::warning(nullptr, "Surprise", "Boo"); };
         const auto nothing = [](QDialog *) {};
-        QCOMPARE(failureOf([&] { watcher.during([] { open("a"); }, {titled("a", nothing)}); }),
-                 QStringLiteral("left open: window \"a\""));
+        QCOMPARE(failureDuring(warning, {}), "unexpected box \"Surprise\" saying \"Boo\"");
+        QCOMPARE(failureDuring(opening("b"), {titled("a")}), "unexpected window \"b\"");
+        QCOMPARE(failureDuring([] {}, {titled("a")}), "a did not open");
+        QCOMPARE(failureDuring(opening("a"), {titled("a", nothing)}), "left open: window \"a\"");
     }
 
     void aFailureInsideClosesAllWindowsAndComesOut()
     {
-        ModalWatcher watcher;
-        const auto failing = [](QDialog *) { throw StepFailed(QStringLiteral("not so")); };
         const auto outer = [&](QDialog *) {
-            watcher.during([] { open("inner"); }, {titled("inner", failing)});
+            m_watcher->during(opening("inner"), {titled("inner", complain)});
             QFAIL("reached");
         };
-        QCOMPARE(
-            failureOf([&] { watcher.during([] { open("outer"); }, {titled("outer", outer)}); }),
-            QStringLiteral("not so"));
-        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(failureDuring(opening("outer"), {titled("outer", outer)}), "not so");
     }
 
     void windowsAfterAFailureAreClosedToo()
     {
-        ModalWatcher watcher;
-        const auto failing = [](QDialog *) { throw StepFailed(QStringLiteral("first")); };
         const auto action = [] {
             open("a");
             open("b");
         };
-        QCOMPARE(failureOf([&] { watcher.during(action, {titled("a", failing)}); }),
-                 QStringLiteral("first"));
+        QCOMPARE(failureDuring(action, {titled("a", complain)}), "not so");
     }
 
     void aWindowThatOpensOnItsOwnFailsTheNextStep()
     {
-        ModalWatcher watcher;
         open("stray");
-        QCOMPARE(failureOf([&] { watcher.rearm(); }),
-                 QStringLiteral("unexpected window \"stray\""));
-        QCOMPARE(failureOf([&] { watcher.rearm(); }), QString());
+        QCOMPARE(failureOf([&] { m_watcher->rearm(); }), "unexpected window \"stray\"");
+        QCOMPARE(failureOf([&] { m_watcher->rearm(); }), "");
     }
 
     void waitingEndsWhenTheConditionHolds()
     {
-        ModalWatcher watcher;
         bool isThere = false;
-        QTimer::singleShot(0, &watcher, [&] {
+        QTimer::singleShot(0, m_watcher.get(), [&] {
             isThere = true;
-            watcher.wake();
+            m_watcher->wake();
         });
-        QVERIFY(watcher.waitUntil([&] { return isThere; }));
+        QVERIFY(m_watcher->waitUntil([&] { return isThere; }));
     }
 
     void waitingInVainEnds()
     {
-        ModalWatcher watcher;
-        watcher.setLongestStep(1);
-        watcher.rearm();
-        QVERIFY(!watcher.waitUntil([] { return false; }));
+        m_watcher->setLongestStep(1);
+        m_watcher->rearm();
+        QVERIFY(!m_watcher->waitUntil([] { return false; }));
     }
 
     void aStepThatTakesTooLongFailsAndItsWindowIsClosed()
     {
-        ModalWatcher watcher;
-        watcher.setLongestStep(1);
-        watcher.rearm();
+        m_watcher->setLongestStep(1);
+        m_watcher->rearm();
         const auto waiting = [](QDialog *dialog) {
             QEventLoop loop;
             connect(dialog, &QDialog::finished, &loop, &QEventLoop::quit);
             loop.exec();
         };
-        QCOMPARE(failureOf([&] { watcher.during([] { open("a"); }, {titled("a", waiting)}); }),
-                 QStringLiteral("takes too long"));
+        QCOMPARE(failureDuring(opening("a"), {titled("a", waiting)}), "takes too long");
     }
 };
 

@@ -23,14 +23,14 @@ private:
         return texts;
     }
 
-    static void place(QMenuBar &bar, QAction &action, int position,
-                      const QString &menuTitle = QStringLiteral("&VELTRA4"), int menuPosition = 100)
+    // Places an action of that text in the menu "&VELTRA4".
+    static void place(QMenuBar &bar, const QString &text, int position)
     {
         ModuleMenuEntry entry;
-        entry.action = &action;
+        entry.action = new QAction(text, &bar);
         entry.actionPosition = position;
-        entry.menuTitle = menuTitle;
-        entry.menuPosition = menuPosition;
+        entry.menuTitle = "&VELTRA4";
+        entry.menuPosition = 100;
         ModuleMenus::place(&bar, entry);
     }
 
@@ -40,34 +40,19 @@ private slots:
         QMenuBar bar;
         ModuleMenus::menu(&bar, "&Help", 1000);
         ModuleMenus::menu(&bar, "&File", 0);
-        QAction action("&Configurations");
-        place(bar, action, 30);
+        place(bar, "&Configurations", 30);
         QCOMPARE(texts(&bar), QStringList({"&File", "&VELTRA4", "&Help"}));
         QCOMPARE(texts(bar.actions().at(1)->menu()), QStringList("&Configurations"));
     }
 
-    void anExistingMenuIsUsed()
+    void actionsStandInAnExistingMenuInOrderOfTheirPositions()
     {
         QMenuBar bar;
-        QAction first("first");
-        QAction second("second");
-        place(bar, first, 30);
-        place(bar, second, 40);
+        place(bar, "late", 40);
+        place(bar, "early", -5);
+        place(bar, "middle", 30);
+        place(bar, "also middle", 30);
         QCOMPARE(texts(&bar), QStringList("&VELTRA4"));
-        QCOMPARE(texts(bar.actions().at(0)->menu()), QStringList({"first", "second"}));
-    }
-
-    void actionsStandInOrderOfTheirPositions()
-    {
-        QMenuBar bar;
-        QAction late("late");
-        QAction early("early");
-        QAction middle("middle");
-        QAction alsoMiddle("also middle");
-        place(bar, late, 40);
-        place(bar, early, -5);
-        place(bar, middle, 30);
-        place(bar, alsoMiddle, 30);
         QCOMPARE(texts(bar.actions().at(0)->menu()),
                  QStringList({"early", "middle", "also middle", "late"}));
     }

@@ -13,106 +13,101 @@ class TestSimulatedLink : public QObject
     Q_OBJECT
 
 private:
-    static ControllerState stateIn(const QString &path)
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+    std::unique_ptr<SimulatedLink> m_link;
+
+    void keepState()
+    {
+        QString problem;
+        QVERIFY2(m_link->keepStateIn(m_path, &problem), qPrintable(problem));
+    }
+
+    ControllerState kept() const
     {
         ControllerState state;
         QString error;
-        if (!StateFile::load(path, &state, &error)) {
+        if (!StateFile::load(m_path, &state, &error)) {
             QTest::qFail(qPrintable(error), __FILE__, __LINE__);
         }
         return state;
     }
 
-    QTemporaryDir m_folder;
+    void activateStandard()
+    {
+        QCOMPARE(m_link->moduleChannel().sendCommand("config active_config %s", "standard"), 0);
+    }
 
 private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_path = m_folder->filePath("state.json");
+        m_link = std::make_unique<SimulatedLink>();
+    }
+
+    void cleanup() { m_link.reset(); }
+
     void aMissingStateFileIsCreated()
     {
-        const QString path = m_folder.filePath("new.json");
-        SimulatedLink link;
-        QString problem;
-        QVERIFY(link.keepStateIn(path, &problem));
-        QVERIFY(stateIn(path) == ControllerState::sample());
+        keepState();
+        QVERIFY(kept() == ControllerState::sample());
     }
 
     void theStateFileIsTakenUp()
     {
-        const QString path = m_folder.filePath("old.json");
         ControllerState state = ControllerState::sample();
         state.hostName = "somewhere-else";
         QString problem;
-        QVERIFY(StateFile::save(path, state, &problem));
-        SimulatedLink link;
-        QVERIFY(link.keepStateIn(path, &problem));
-        QCOMPARE(readControllerIdentity(link.hostChannel()).hostName,
-                 QStringLiteral("somewhere-else"));
+        QVERIFY(StateFile::save(m_path, state, &problem));
+        keepState();
+        QCOMPARE(readControllerIdentity(m_link->hostChannel()).hostName, "somewhere-else");
     }
 
     void changesReachTheFileAtTheNextTurnOfTheEventLoop()
     {
-        const QString path = m_folder.filePath("changing.json");
-        SimulatedLink link;
-        QString problem;
-        QVERIFY(link.keepStateIn(path, &problem));
-        QCOMPARE(link.moduleChannel().sendCommand("config active_config %s", "standard"), 0);
+        keepState();
+        activateStandard();
         QCoreApplication::processEvents();
-        QCOMPARE(stateIn(path).activeIdentifier, QByteArray("standard"));
+        QCOMPARE(kept().activeIdentifier, "standard");
     }
 
     void changesReachTheFileInTheEndAtTheLatest()
     {
-        const QString path = m_folder.filePath("ending.json");
-        {
-            SimulatedLink link;
-            QString problem;
-            QVERIFY(link.keepStateIn(path, &problem));
-            QCOMPARE(link.moduleChannel().sendCommand("config active_config %s", "standard"), 0);
-        }
-        QCOMPARE(stateIn(path).activeIdentifier, QByteArray("standard"));
-    }
-
-    void unusableStateFilesAreRefused_data()
-    {
-        QTest::addColumn<QString>("path");
-        const QString broken = m_folder.filePath("broken.json");
-        QFile file(broken);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("{");
-        QTest::newRow("broken") << broken;
-        QTest::newRow("in a missing folder") << m_folder.filePath("missing/state.json");
+        keepState();
+        activateStandard();
+        m_link.reset();
+        QCOMPARE(kept().activeIdentifier, "standard");
     }
 
     void unusableStateFilesAreRefused()
     {
-        QFETCH(const QString, path);
-        SimulatedLink link;
-        QString problem;
-        QVERIFY(!link.keepStateIn(path, &problem));
-        QVERIFY2(problem.contains(path), qPrintable(problem));
+        for (const QString &path : {QString("/etc/passwd"), m_folder->filePath("missing/file")}) {
+            QString problem;
+            QVERIFY(!m_link->keepStateIn(path, &problem));
+            QVERIFY2(problem.startsWith(path + ": "), qPrintable(problem));
+        }
     }
 
     void theHostsOwnQuestionsDisturbNothing()
     {
-        SimulatedLink link;
         ChannelMonitor monitor;
         const QSignalSpy sent(&monitor, &ChannelMonitor::commandSent);
-        link.moduleChannel().setObserver(&monitor);
-        link.faults().addNth(1);
-        readControllerIdentity(link.hostChannel());
+        m_link->moduleChannel().setObserver(&monitor);
+        m_link->faults().addNth(1);
+        readControllerIdentity(m_link->hostChannel());
         QCOMPARE(sent.count(), 0);
-        char reply[200] = "";
-        QVERIFY(link.moduleChannel().queryString(reply, "system hostname") != 0);
+        QVERIFY(m_link->moduleChannel().sendCommand("system hostname") != 0);
         QCOMPARE(sent.count(), 1);
     }
 
     void theIdentityOfASilentControllerIsEmpty()
     {
-        SimulatedLink link;
-        link.faults().addNth(1, {}, true);
-        const ControllerIdentity identity = readControllerIdentity(link.moduleChannel());
-        QCOMPARE(identity.hostName, QString());
-        QCOMPARE(identity.activeConfiguration, QString());
-        QCOMPARE(identity.activeDescription, QString());
+        m_link->faults().addNth(1, {}, true);
+        const ControllerIdentity identity = readControllerIdentity(m_link->moduleChannel());
+        QCOMPARE(identity.hostName, "");
+        QCOMPARE(identity.activeConfiguration, "");
+        QCOMPARE(identity.activeDescription, "");
     }
 };
 

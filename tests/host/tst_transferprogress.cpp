@@ -4,113 +4,105 @@
 
 #include <QtTest>
 
-using State = TransferProgress::State;
-
+/// What is told of a transfer after some commands, their answers and results.
 class TestTransferProgress : public QObject
 {
     Q_OBJECT
 
+private:
+    struct Step
+    {
+        QByteArray command;
+        QByteArray answer = {};
+        int result = 0;
+    };
+
+    static TransferProgress after(const QVector<Step> &steps)
+    {
+        TransferProgress progress;
+        for (const Step &step : steps) {
+            progress.follow(step.command, step.answer, step.result);
+        }
+        return progress;
+    }
+
 private slots:
     void aDownloadRunsToItsEnd()
     {
-        TransferProgress progress;
-        QVERIFY(progress.follow("system download 1", "4 'AAAA'", 0));
-        QCOMPARE(progress.state(), State::Running);
-        QCOMPARE(progress.percent(), 25);
-        QCOMPARE(progress.text(), QStringLiteral("Download: chunk 1 of 4"));
-        progress.follow("system download 2", "4 'AAAA'", 0);
-        progress.follow("system download 3", "4 'AAAA'", 0);
-        QCOMPARE(progress.percent(), 75);
-        progress.follow("system download 4", "4 'AA'", 0);
-        QCOMPARE(progress.state(), State::Complete);
-        QCOMPARE(progress.text(), QStringLiteral("Download complete, 4 chunks"));
+        QVector<Step> steps{{"system download 1", "4 'AAAA'"}};
+        QCOMPARE(after(steps).state(), TransferProgress::State::Running);
+        QCOMPARE(after(steps).percent(), 25);
+        QCOMPARE(after(steps).text(), "Download: chunk 1 of 4");
+        steps << Step{"system download 2", "900 'AAAA'"} << Step{"system download 3", "4 'AAAA'"};
+        QCOMPARE(after(steps).percent(), 75);
+        QCOMPARE(after(steps).total(), 4); // only the first one counts
+        steps << Step{"system download 4", "4 'AA'"};
+        QCOMPARE(after(steps).state(), TransferProgress::State::Complete);
+        QCOMPARE(after(steps).text(), "Download complete, 4 chunks");
     }
 
     void anUploadRunsToItsEnd()
     {
-        TransferProgress progress;
-        QVERIFY(progress.follow("system upload 2 1 AAAA", "", 0));
-        QCOMPARE(progress.text(), QStringLiteral("Upload: chunk 1 of 2"));
-        progress.follow("system upload 2 2 AA", "", 0);
-        QCOMPARE(progress.state(), State::Complete);
-        QCOMPARE(progress.percent(), 100);
+        QVector<Step> steps{{"system upload 2 1 AAAA"}};
+        QCOMPARE(after(steps).text(), "Upload: chunk 1 of 2");
+        steps << Step{"system upload 2 2 AA"};
+        QCOMPARE(after(steps).text(), "Upload complete, 2 chunks");
+        QCOMPARE(after(steps).percent(), 100);
     }
 
     void theOccasionTakesThePlaceOfTheDirection()
     {
-        TransferProgress progress;
-        QCOMPARE(progress.text("Automatic backup"), QStringLiteral("Automatic backup"));
-        progress.follow("system download 1", "2 'AAAA'", 0);
-        QCOMPARE(progress.text("Automatic backup"),
-                 QStringLiteral("Automatic backup: chunk 1 of 2"));
-        progress.follow("system download 2", "", 1);
-        QCOMPARE(progress.text("Automatic backup"),
-                 QStringLiteral("Automatic backup broke off at chunk 2"));
-    }
-
-    void onlyTheFirstTotalCounts()
-    {
-        TransferProgress progress;
-        progress.follow("system download 1", "3 'AAAA'", 0);
-        progress.follow("system download 2", "900 'AAAA'", 0);
-        QCOMPARE(progress.total(), 3);
+        const QString occasion = "Automatic backup";
+        QCOMPARE(after({}).text(occasion), occasion);
+        QCOMPARE(after({{"system download 1", "2 'AAAA'"}}).text(occasion),
+                 "Automatic backup: chunk 1 of 2");
     }
 
     void aRefusedChunkBreaksTheTransferOff()
     {
-        TransferProgress progress;
-        progress.follow("system download 1", "3 'AAAA'", 0);
-        progress.follow("system download 2", "", 1);
-        QCOMPARE(progress.state(), State::BrokenOff);
-        QCOMPARE(progress.text(), QStringLiteral("Download broke off at chunk 2"));
+        const TransferProgress progress =
+            after({{"system download 1", "3 'AAAA'"}, {"system download 2", "", 1}});
+        QCOMPARE(progress.state(), TransferProgress::State::BrokenOff);
+        QCOMPARE(progress.text(), "Download broke off at chunk 2");
+        QCOMPARE(progress.text("Automatic backup"), "Automatic backup broke off at chunk 2");
     }
 
     void aGarbledFirstAnswerBreaksTheTransferOff()
     {
-        TransferProgress progress;
-        QVERIFY(progress.follow("system download 1", "nonsense", 0));
-        QCOMPARE(progress.state(), State::BrokenOff);
+        QCOMPARE(after({{"system download 1", "nonsense"}}).text(),
+                 "Download broke off at chunk 1");
     }
 
     void cancellingEndsARunningTransferOfItsDirection()
     {
         TransferProgress progress;
         QVERIFY(!progress.follow("system download cancel", "", 0));
-        QCOMPARE(progress.state(), State::Idle);
-        progress.follow("system download 1", "3 'AAAA'", 0);
-        progress.follow("system upload cancel", "", 0);
-        QCOMPARE(progress.state(), State::Running);
+        QCOMPARE(progress.text(), "");
+        QVERIFY(progress.follow("system download 1", "3 'AAAA'", 0));
+        QVERIFY(!progress.follow("system upload cancel", "", 0));
+        QCOMPARE(progress.text(), "Download: chunk 1 of 3");
         QVERIFY(progress.follow("system download cancel", "", 0));
-        QCOMPARE(progress.state(), State::Cancelled);
-        QCOMPARE(progress.text(), QStringLiteral("Download cancelled"));
+        QCOMPARE(progress.state(), TransferProgress::State::Cancelled);
+        QCOMPARE(progress.text(), "Download cancelled");
     }
 
     void aTransferWithoutChunksIsComplete()
     {
-        TransferProgress progress;
-        progress.follow("system download 1", "0 ''", 0);
-        QCOMPARE(progress.state(), State::Complete);
+        const TransferProgress progress = after({{"system download 1", "0 ''"}});
+        QCOMPARE(progress.text(), "Download complete, 0 chunks");
         QCOMPARE(progress.percent(), 0);
-    }
-
-    void otherCommandsAreNoTransfer_data()
-    {
-        QTest::addColumn<QByteArray>("command");
-        QTest::newRow("query") << QByteArray("config active_config");
-        QTest::newRow("prepare") << QByteArray("system download prepare 'config' '__base'");
-        QTest::newRow("available") << QByteArray("system download available");
-        QTest::newRow("download without number") << QByteArray("system download ");
-        QTest::newRow("upload without number") << QByteArray("system upload 3");
-        QTest::newRow("empty") << QByteArray();
     }
 
     void otherCommandsAreNoTransfer()
     {
-        QFETCH(const QByteArray, command);
-        TransferProgress progress;
-        QVERIFY(!progress.follow(command, "yes", 0));
-        QCOMPARE(progress.state(), State::Idle);
-        QCOMPARE(progress.text(), QString());
+        for (const char *command :
+             {"config active_config", "system download prepare 'config' '__base'",
+              "system download available", "system download ", "system upload 3", ""}) {
+            TransferProgress progress;
+            QVERIFY2(!progress.follow(command, "yes", 0), command);
+            QCOMPARE(progress.state(), TransferProgress::State::Idle);
+            QCOMPARE(progress.text(), "");
+        }
     }
 };
 

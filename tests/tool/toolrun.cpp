@@ -3,10 +3,10 @@
 #include "tests/backup/samplebackup.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QProcess>
+#include <QtTest>
 
 namespace {
 
@@ -60,6 +60,15 @@ Tool::Run Tool::run(const QStringList &arguments, const std::function<void()> &p
     return run;
 }
 
+void Tool::expectRun(const QStringList &arguments, int exitCode, const QString &output,
+                     const QString &complaint)
+{
+    const Run run = Tool::run(arguments);
+    QCOMPARE(run.exitCode, exitCode);
+    QCOMPARE(run.output, output);
+    QCOMPARE(run.complaint, complaint);
+}
+
 // util-linux's script gives the program a terminal of its own.
 QString Tool::runInTerminal(const QStringList &arguments)
 {
@@ -81,6 +90,11 @@ QString Tool::makeFile(const QString &path, const QByteArray &content)
         qFatal("Cannot make %s", qPrintable(path));
     }
     return path;
+}
+
+QString Tool::Folder::make(const QString &name, const QByteArray &content) const
+{
+    return makeFile(path(name), content);
 }
 
 QByteArray Tool::backupOf(const QByteArray &controller, const QByteArray &time)

@@ -8,33 +8,26 @@ class TestDocumentOutline : public QObject
     Q_OBJECT
 
 private slots:
-    void knowsTheElementAtAPosition_data()
-    {
-        QTest::addColumn<qint64>("line");
-        QTest::addColumn<qint64>("column");
-        QTest::addColumn<QString>("path");
-        QTest::newRow("the root") << qint64(1) << qint64(3) << "";
-        QTest::newRow("a section") << qint64(2) << qint64(3) << "b";
-        QTest::newRow("a field") << qint64(3) << qint64(3) << "b/c";
-        QTest::newRow("text of a field") << qint64(3) << qint64(5) << "b/c";
-        QTest::newRow("the end of a field") << qint64(3) << qint64(8) << "b/c";
-        QTest::newRow("behind a field") << qint64(4) << qint64(0) << "b";
-        QTest::newRow("a field without content") << qint64(4) << qint64(4) << "b/d";
-        QTest::newRow("behind the last section") << qint64(6) << qint64(2) << "";
-        QTest::newRow("behind the document") << qint64(9) << qint64(0) << "";
-    }
-
     void knowsTheElementAtAPosition()
     {
-        const QByteArray document = "<a>\n"
-                                    "<b>\n"
-                                    "<c>t</c>\n"
-                                    "<d/>\n"
-                                    "</b>\n"
-                                    "</a>\n";
-        QFETCH(const qint64, line);
-        QFETCH(const qint64, column);
-        QTEST(DocumentOutline::elementAt(document, line, column), "path");
+        const auto elementAt = [](qint64 line, qint64 column) {
+            return DocumentOutline::elementAt("<a>\n"
+                                              "<b>\n"
+                                              "<c>t</c>\n"
+                                              "<d/>\n"
+                                              "</b>\n"
+                                              "</a>\n",
+                                              line, column);
+        };
+        QCOMPARE(elementAt(1, 3), "");
+        QCOMPARE(elementAt(2, 3), "b");
+        QCOMPARE(elementAt(3, 3), "b/c");
+        QCOMPARE(elementAt(3, 5), "b/c"); // in its text
+        QCOMPARE(elementAt(3, 8), "b/c"); // at its end
+        QCOMPARE(elementAt(4, 0), "b");
+        QCOMPARE(elementAt(4, 4), "b/d");
+        QCOMPARE(elementAt(6, 2), ""); // behind the last section
+        QCOMPARE(elementAt(9, 0), ""); // behind the document
     }
 
     void looksNoDeeperThanFieldsAre()
@@ -53,39 +46,23 @@ private slots:
         QCOMPARE(DocumentOutline::elementAt(document, 1, 1005), QString(100, QLatin1Char('b')));
     }
 
-    void knowsNothingOfWhatIsNoBackup_data()
-    {
-        QTest::addColumn<QByteArray>("document");
-        QTest::newRow("nothing") << QByteArray();
-        QTest::newRow("text") << QByteArray("a");
-        QTest::newRow("another document") << QByteArray("<html><body/></html>");
-        QTest::newRow("half a document") << QByteArray("<ZOR><ZORFileInfo>");
-    }
-
     void knowsNothingOfWhatIsNoBackup()
     {
-        QFETCH(const QByteArray, document);
-        QCOMPARE(DocumentOutline::missingElement(document), QString());
-    }
-
-    void namesTheFirstElementThatIsMissing_data()
-    {
-        QTest::addColumn<QByteArray>("document");
-        QTest::addColumn<QString>("path");
-        const QByteArray fileInfo = "<ZORFileInfo><filetype/><version/></ZORFileInfo>";
-        QTest::newRow("everything") << QByteArray("<ZOR/>") << "ZORFileInfo";
-        QTest::newRow("a section") << "<ZOR>" + fileInfo + "</ZOR>"
-                                   << "ZORControllerInfo";
-        QTest::newRow("a field") << "<ZOR>" + fileInfo + "<ZORControllerInfo/></ZOR>"
-                                 << "ZORControllerInfo/name";
-        QTest::newRow("a field that is elsewhere")
-            << QByteArray("<ZOR><ZORFileInfo/><filetype/></ZOR>") << "ZORFileInfo/filetype";
+        for (const char *document : {"", "a", "<html><body/></html>", "<ZOR><ZORFileInfo>"}) {
+            QCOMPARE(DocumentOutline::missingElement(document), "");
+        }
     }
 
     void namesTheFirstElementThatIsMissing()
     {
-        QFETCH(const QByteArray, document);
-        QTEST(DocumentOutline::missingElement(document), "path");
+        const QByteArray info = "<ZORFileInfo><filetype/><version/></ZORFileInfo>";
+        const auto missingIn = [](const QByteArray &sections) {
+            return DocumentOutline::missingElement("<ZOR>" + sections + "</ZOR>");
+        };
+        QCOMPARE(missingIn(""), "ZORFileInfo");
+        QCOMPARE(missingIn(info), "ZORControllerInfo");
+        QCOMPARE(missingIn(info + "<ZORControllerInfo/>"), "ZORControllerInfo/name");
+        QCOMPARE(missingIn("<ZORFileInfo/><filetype/>"), "ZORFileInfo/filetype"); // is elsewhere
     }
 };
 

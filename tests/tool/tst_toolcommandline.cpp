@@ -4,7 +4,6 @@
 #include "tests/tool/toolrun.h"
 
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class TestToolCommandLine : public QObject
@@ -12,14 +11,6 @@ class TestToolCommandLine : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        FullBackup backup(nullptr, nullptr);
-        SampleBackup::fill(&backup);
-        m_written = m_folder.filePath("written.xml");
-        QVERIFY(backup.writeToFile(m_written));
-    }
-
     void refusesAWrongCommandLine_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -47,30 +38,23 @@ private slots:
     {
         QFETCH(const QStringList, arguments);
         QFETCH(const QString, problem);
-        const Tool::Run run = Tool::run(arguments);
-        QCOMPARE(run.exitCode, 2);
-        QCOMPARE(run.output, QString());
-        QCOMPARE(run.complaint, "veltra4-backup: " + problem + "\n");
-    }
-
-    void doesNotPassOffWhatItCannotPrint_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("verify") << QStringList{"verify"};
-        QTest::newRow("show") << QStringList{"show"};
-        QTest::newRow("JSON") << QStringList{"verify", "--json"};
+        Tool::expectRun(arguments, 2, "", "veltra4-backup: " + problem + '\n');
     }
 
     void doesNotPassOffWhatItCannotPrint()
     {
-        QFETCH(const QStringList, arguments);
-        QProcess program;
-        program.setStandardOutputFile("/dev/full");
-        program.start(Tool::programPath(), arguments + QStringList{m_written});
-        QVERIFY(program.waitForFinished());
-        QCOMPARE(program.exitCode(), 2);
-        QCOMPARE(program.readAllStandardError(),
-                 QByteArray("veltra4-backup: The output cannot be written.\n"));
+        const Tool::Folder folder;
+        const QString backup = folder.make("a.xml", SampleBackup::document());
+        for (const QStringList &arguments :
+             {QStringList{"verify"}, QStringList{"show"}, QStringList{"verify", "--json"}}) {
+            QProcess program;
+            program.setStandardOutputFile("/dev/full");
+            program.start(Tool::programPath(), arguments + QStringList{backup});
+            QVERIFY(program.waitForFinished());
+            QCOMPARE(program.exitCode(), 2);
+            QCOMPARE(program.readAllStandardError(),
+                     "veltra4-backup: The output cannot be written.\n");
+        }
     }
 
     void helpNamesEverything()
@@ -84,50 +68,27 @@ private slots:
         }
     }
 
-    void eachCommandHasItsHelp_data()
-    {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QString>("its");
-        QTest::addColumn<QString>("others");
-        QTest::newRow("verify") << "verify [PATH]..."
-                                << "--newer-than"
-                                << "--force";
-        QTest::newRow("list") << "list [PATH]..."
-                              << "--controller"
-                              << "--newer-than";
-        QTest::newRow("show") << "show PATH..."
-                              << "--json"
-                              << "--controller";
-        QTest::newRow("diff") << "diff FILE FILE"
-                              << "--ignore"
-                              << "--model";
-        QTest::newRow("extract") << "extract BACKUP [FILE.dat]"
-                                 << "--force"
-                                 << "--ignore";
-    }
-
     void eachCommandHasItsHelp()
     {
-        QFETCH(const QString, command);
-        QFETCH(const QString, its);
-        QFETCH(const QString, others);
-        const Tool::Run run = Tool::run({QTest::currentDataTag(), "--help"});
-        QCOMPARE(run.exitCode, 0);
-        QVERIFY2(run.output.contains(command), qPrintable(run.output));
-        QVERIFY2(run.output.contains(its), qPrintable(run.output));
-        QVERIFY2(!run.output.contains(others), qPrintable(run.output));
+        const QVector<std::tuple<QString, QString, QString>> commands{
+            {"verify [PATH]...", "--newer-than", "--force"},
+            {"list [PATH]...", "--controller", "--newer-than"},
+            {"show PATH...", "--json", "--controller"},
+            {"diff FILE FILE", "--ignore", "--model"},
+            {"extract BACKUP [FILE.dat]", "--force", "--ignore"}};
+        for (const auto &[command, its, others] : commands) {
+            const Tool::Run run = Tool::run({command.section(' ', 0, 0), "--help"});
+            QCOMPARE(run.exitCode, 0);
+            QVERIFY2(run.output.contains(command), qPrintable(run.output));
+            QVERIFY2(run.output.contains(its), qPrintable(run.output));
+            QVERIFY2(!run.output.contains(others), qPrintable(run.output));
+        }
     }
 
     void versionIsThatOfTheProject()
     {
-        const Tool::Run run = Tool::run({"--version"});
-        QCOMPARE(run.exitCode, 0);
-        QCOMPARE(run.output, QStringLiteral("veltra4-backup " VELTRA4_VERSION "\n"));
+        Tool::expectRun({"--version"}, 0, "veltra4-backup " VELTRA4_VERSION "\n");
     }
-
-private:
-    const QTemporaryDir m_folder;
-    QString m_written; // by the plug-in's own writer
 };
 
 VELTRA4_TEST(TestToolCommandLine)

@@ -2,7 +2,6 @@
 #include "tests/support/testmain.h"
 #include "tests/tool/toolrun.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 class TestToolFitness : public QObject
@@ -45,8 +44,8 @@ private slots:
     }
 
 private:
-    const QTemporaryDir m_folder;
-    const QString m_backup = SampleBackup::makeFile(m_folder.path(), SampleBackup::document());
+    const Tool::Folder m_folder;
+    const QString m_backup = m_folder.make("a.xml", SampleBackup::document());
 };
 
 VELTRA4_TEST(TestToolFitness)

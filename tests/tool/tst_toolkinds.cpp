@@ -2,7 +2,6 @@
 #include "tests/support/testmain.h"
 #include "tests/tool/toolrun.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 using SampleBackup::document;
@@ -13,43 +12,30 @@ class TestToolKinds : public QObject
     Q_OBJECT
 
 private slots:
-    void saysWhatAFileProbablyIs_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("kind"); // empty if it is a backup all the same
-        const QByteArray noText("\x01\x00\xff", 3);
-        const auto row = [](const char *name, const QByteArray &content, const char *kind) {
-            QTest::newRow(qPrintable(name + QString(" ") + kind))
-                << QString(name) << content << QString(kind);
-        };
-        row("a.xml", "", "The file is empty.");
-        row("a.dat", noText, "These are saved configurations, probably.");
-        row("a.dat.bak", noText, "These are saved configurations, probably.");
-        row("a.xml", noText, "This is no text: saved configurations perhaps, or something else.");
-        row("a.xml", "Dear Sir", "This is some other text.");
-        row("a.xml", "<html/>",
-            "This is another kind of document, whose outermost element is html.");
-        row("a.xml", document().left(60), "This looks like a backup that was cut short.");
-        row("a.xml", document().chopped(3), "This looks like a backup that was cut short.");
-        row("a.xml", documentWith("<domain>", "<a/><domain>"), "");
-    }
-
     void saysWhatAFileProbablyIs()
     {
-        QFETCH(const QString, name);
-        QFETCH(const QByteArray, content);
-        QFETCH(const QString, kind);
-        const QTemporaryDir folder;
-        const Tool::Run run = Tool::run({"verify", Tool::makeFile(folder.filePath(name), content)});
-        QCOMPARE(run.exitCode, 1);
-        if (kind.isEmpty()) {
-            QVERIFY2(!run.complaint.contains("This is"), qPrintable(run.complaint));
-            QVERIFY2(!run.complaint.contains("This looks"), qPrintable(run.complaint));
-        } else {
-            QVERIFY2(run.complaint.endsWith(". " + kind + "\n"), qPrintable(run.complaint));
+        const QByteArray noText("\x01\x00\xff", 3);
+        const QString saved = " These are saved configurations, probably.";
+        const QString cut = " This looks like a backup that was cut short.";
+        const QVector<std::tuple<QString, QByteArray, QString>> kinds{
+            {"a.xml", "", " The file is empty."},
+            {"a.dat", noText, saved},
+            {"a.dat.bak", noText, saved},
+            {"a.xml", noText, " This is no text: saved configurations perhaps, or something else."},
+            {"a.xml", "Dear Sir", " This is some other text."},
+            {"a.xml", "<html/>",
+             " This is another kind of document, whose outermost element is html."},
+            {"a.xml", document().left(60), cut},
+            {"a.xml", document().chopped(3), cut},
+            {"a.xml", documentWith("<domain>", "<a/><domain>"), ""}};
+        for (const auto &[name, content, kind] : kinds) {
+            const Tool::Folder folder;
+            const Tool::Run run = Tool::run({"verify", folder.make(name, content)});
+            QCOMPARE(run.exitCode, 1);
+            QVERIFY2(run.complaint.endsWith("." + kind + '\n'), qPrintable(run.complaint));
+            QCOMPARE(run.complaint.count('\n'), 1);
+            QCOMPARE(run.complaint.contains(". This "), kind.startsWith(" This "));
         }
-        QCOMPARE(run.complaint.count('\n'), 1);
     }
 };
 

@@ -2,7 +2,6 @@
 #include "tests/support/testmain.h"
 #include "tests/tool/toolrun.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <linux/capability.h>
@@ -11,25 +10,45 @@
 #include <unistd.h>
 
 using Tool::backupOf;
+using Tool::expectRun;
 
 class TestToolList : public QObject
 {
     Q_OBJECT
 
+private:
+    std::unique_ptr<Tool::Folder> m_folder;
+
+    QString path(const QString &name) const { return m_folder->path(name); }
+
+    // Of a controller, at some time.
+    QString makeBackup(const QString &name, const QByteArray &controller) const
+    {
+        return m_folder->make(name, backupOf(controller, "2024-11-05T14:07:09"));
+    }
+
+    // The files that are listed for programs, in their order.
+    static QStringList listed(const QStringList &arguments)
+    {
+        QStringList files;
+        for (const QJsonValue &one : Tool::run(QStringList{"list", "--json"} + arguments).array()) {
+            files << one["file"].toString();
+        }
+        return files;
+    }
+
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { m_folder = std::make_unique<Tool::Folder>(); }
 
     void printsATable()
     {
-        Tool::makeFile(path("a/old.xml"), backupOf("tracker-7", "2024-03-05T14:07:09"));
-        Tool::makeFile(path("a/new.xml"), backupOf("lab", "2024-11-05T14:07:09"));
-        Tool::makeFile(path("a/broken.xml"), "<ZOR/>");
-        Tool::makeFile(
-            path("a/nothing.XML"),
+        m_folder->make("a/old.xml", backupOf("tracker-7", "2024-03-05T14:07:09"));
+        makeBackup("a/new.xml", "lab");
+        m_folder->make("a/broken.xml", "<ZOR/>");
+        m_folder->make(
+            "a/nothing.XML",
             backupOf("lab", "2023-01-01T00:00:00").replace("AAH+/yBjb25maWd1cmF0aW9ucw==", ""));
-        Tool::makeFile(path("a/notes.txt"), "not looked at");
-        const Tool::Run run = Tool::run({"list", path("a"), "/nosuch.xml"});
-        QCOMPARE(run.exitCode, 2);
+        m_folder->make("a/notes.txt", "not looked at");
         const QString table =
             "CREATED              CONTROLLER  SERIAL    MODEL    TRACKING  FIRMWARE  "
             "BYTES  VERDICT     FILE\n"
@@ -43,45 +62,40 @@ private slots:
             "-      refused     %1/broken.xml\n"
             "-                    -           -         -        -         -         "
             "-      unreadable  /nosuch.xml\n";
-        QCOMPARE(run.output, table.arg(path("a")));
-        const QStringList complaints = run.complaint.split('\n', Qt::SkipEmptyParts);
-        QCOMPARE(complaints.size(), 3);
-        QVERIFY(
-            complaints.at(0).startsWith(path("a/nothing.XML") + ": It holds no configurations"));
-        QCOMPARE(complaints.at(1), path("a/broken.xml") + ": The document is empty.");
-        QCOMPARE(complaints.at(2), QString("/nosuch.xml: No such file or directory."));
+        const QString complaints =
+            "%1/nothing.XML: It holds no configurations: a restore would only bring back the "
+            "settings and the cascade.\n"
+            "%1/broken.xml: The document is empty.\n"
+            "/nosuch.xml: No such file or directory.\n";
+        expectRun({"list", path("a"), "/nosuch.xml"}, 2, table.arg(path("a")),
+                  complaints.arg(path("a")));
     }
 
     void printsOneArray()
     {
-        const QString file = Tool::makeFile(path("a.xml"), backupOf("lab", "2024-11-05T14:07:09"));
+        const QString file = makeBackup("a.xml", "lab");
         const Tool::Run run = Tool::run({"list", "--json", file});
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(run.array().size(), 1);
-        const QJsonObject listed = run.array().first().toObject();
+        const QJsonValue listed = run.array().first();
         QCOMPARE(listed["file"].toString(), file);
-        QCOMPARE(listed["verdict"].toString(), QString("good"));
-        const QJsonObject backup = listed["backup"].toObject();
-        QCOMPARE(backup["ZORControllerInfo"].toObject()["name"].toString(), QString("lab"));
+        QCOMPARE(listed["verdict"].toString(), "good");
+        QCOMPARE(listed["backup"]["ZORControllerInfo"]["name"].toString(), "lab");
     }
 
     void printsOneControllerOnly()
     {
-        Tool::makeFile(path("a.xml"), backupOf("lab", "2024-11-05T14:07:09"));
-        Tool::makeFile(path("b.xml"), backupOf("cell", "2024-11-05T14:07:09"));
-        const QJsonArray all =
-            Tool::run({"list", "--json", "--controller", "cell", m_folder->path()}).array();
-        QCOMPARE(all.size(), 1);
-        QCOMPARE(all.first().toObject()["file"].toString(), path("b.xml"));
+        makeBackup("a.xml", "lab");
+        const QString file = makeBackup("b.xml", "cell");
+        QCOMPARE(listed({"--controller", "cell", m_folder->path()}), QStringList(file));
     }
 
     void keepsToItsColumns()
     {
-        Tool::makeFile(
-            path("a.xml"),
+        const QString file = m_folder->make(
+            "a.xml",
             backupOf("a\nb", "2024-11-05T14:07:09").replace("Model 5", QByteArray(900, 'm')));
-        const Tool::Run run = Tool::run({"list", m_folder->path()});
-        const QString row = run.output.section('\n', 1, 1);
+        const QString row = Tool::run({"list", file}).output.section('\n', 1, 1);
         QVERIFY2(row.startsWith("2024-11-05 14:07:09  a\\u{a}b     00001234  " + QString(29, 'm')
                                 + "...  v4.2.1"),
                  qPrintable(row));
@@ -91,51 +105,33 @@ private slots:
     {
         const QDir home = QDir::home();
         const QString root = home.filePath(".ZOR/VELTRA4");
-        Tool::makeFile(root + "/v4.2.0/backup/backup_2024-03-05_a.xml",
-                       backupOf("a", "2024-03-05T14:07:09"));
-        Tool::makeFile(root + "/v3.9.9/backup/backup_2024-03-06_a.xml",
-                       backupOf("a", "2024-03-06T14:07:09"));
-        Tool::makeFile(root + "/backup/backup_2024-03-04_a.xml",
-                       backupOf("a", "2024-03-04T14:07:09"));
+        expectRun({"verify"}, 2, "", root + ": No such file or directory.\n");
+        const auto make = [&](const QString &folder, const QByteArray &date) {
+            return Tool::makeFile(root + folder + "/backup_" + date + "_a.xml",
+                                  backupOf("a", date + "T14:07:09"));
+        };
+        const QStringList newestFirst{make("/v3.9.9/backup", "2024-03-06"),
+                                      make("/v4.2.0/backup", "2024-03-05"),
+                                      make("/backup", "2024-03-04")};
         Tool::makeFile(root + "/v4.2.0/settings.xml", "<settings/>");
         QVERIFY(home.mkpath(root + "/v4.3.0/backup"));
-        const Tool::Run run = Tool::run({"list", "--json"});
-        QCOMPARE(run.exitCode, 0);
-        QStringList files;
-        for (const QJsonValue &listed : run.array()) {
-            files << listed["file"].toString();
-        }
-        QCOMPARE(files,
-                 (QStringList{root + "/v3.9.9/backup/backup_2024-03-06_a.xml",
-                              root + "/v4.2.0/backup/backup_2024-03-05_a.xml",
-                              root + "/backup/backup_2024-03-04_a.xml"}));
+        QCOMPARE(listed({}), newestFirst);
         QCOMPARE(Tool::run({"verify"}).exitCode, 0);
         QVERIFY(QDir(root).removeRecursively());
     }
 
-    void saysThatThereAreNoAutomaticBackups()
-    {
-        const Tool::Run run = Tool::run({"verify"});
-        QCOMPARE(run.exitCode, 2);
-        QCOMPARE(run.complaint,
-                 QDir::home().filePath(".ZOR/VELTRA4") + ": No such file or directory.\n");
-    }
-
     void looksIntoFoldersOnce()
     {
-        Tool::makeFile(path("a/b/c.xml"), backupOf("a", "2024-03-05T14:07:09"));
+        const QString file = makeBackup("a/b/c.xml", "a");
         QVERIFY(QFile::link("..", path("a/b/circle")));
         QVERIFY(QFile::link("../a", path("a/circle.xml")));
-        const QJsonArray listed =
-            Tool::run({"list", "--json", path("a"), path("a/"), path("a/b/c.xml")}).array();
-        QCOMPARE(listed.size(), 1);
-        QCOMPARE(listed.first().toObject()["file"].toString(), path("a/b/c.xml"));
+        QCOMPARE(listed({path("a"), path("a/"), file}), QStringList(file));
     }
 
     void complainsOfFoldersThatCannotBeRead()
     {
-        const QString good = Tool::makeFile(path("a/a.xml"), backupOf("a", "2024-03-05T14:07:09"));
-        Tool::makeFile(path("a/closed/b.xml"), backupOf("a", "2024-03-05T14:07:09"));
+        const QString good = makeBackup("a/a.xml", "a");
+        makeBackup("a/closed/b.xml", "a");
         QCOMPARE(chmod(qPrintable(path("a/closed")), 0), 0);
         // Which root has even so; from the next program on it has it no longer.
         const auto giveUpReadingEverything = [] {
@@ -157,9 +153,7 @@ private slots:
         QCOMPARE(mkfifo(qPrintable(path("a.xml")), 0600), 0);
         QVERIFY(QFile::link("nowhere", path("b.xml")));
         QVERIFY(QFile::link("c.xml", path("c.xml")));
-        const Tool::Run run = Tool::run({"list", m_folder->path()});
-        QCOMPARE(run.exitCode, 2);
-        QCOMPARE(run.complaint,
+        QCOMPARE(Tool::run({"list", m_folder->path()}).complaint,
                  path("a.xml") + ": This is not a regular file.\n" + path("b.xml")
                      + ": No such file or directory.\n" + path("c.xml")
                      + ": Too many levels of symbolic links.\n");
@@ -168,22 +162,16 @@ private slots:
     void livesThroughAThousandBrokenFiles()
     {
         for (int i = 0; i < 1000; ++i) {
-            Tool::makeFile(path(QStringLiteral("%1.xml").arg(i)),
-                           SampleBackup::document().left(i % 800));
+            m_folder->make(QString("%1.xml").arg(i), SampleBackup::document().left(i % 800));
         }
-        Tool::makeFile(path("good.xml"), SampleBackup::document());
+        const QString good = makeBackup("good.xml", "a");
         const Tool::Run run = Tool::run({"list", m_folder->path()});
         QCOMPARE(run.exitCode, 1);
         QCOMPARE(run.complaint.count('\n'), 1000);
         QCOMPARE(run.output.count('\n'), 1002);
         QCOMPARE(run.output.count("  refused  "), 1000);
-        QVERIFY(run.output.section('\n', 1, 1).endsWith("good     " + path("good.xml")));
+        QVERIFY(run.output.section('\n', 1, 1).endsWith("good     " + good));
     }
-
-private:
-    QString path(const QString &name) const { return m_folder->filePath(name); }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 VELTRA4_TEST(TestToolList)

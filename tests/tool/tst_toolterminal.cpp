@@ -2,7 +2,6 @@
 #include "tests/support/testmain.h"
 #include "tests/tool/toolrun.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <unistd.h>
@@ -11,19 +10,21 @@ class TestToolTerminal : public QObject
 {
     Q_OBJECT
 
+private:
+    const Tool::Folder m_folder;
+    const QString m_first = m_folder.make("a.xml", SampleBackup::document());
+    const QString m_second = m_folder.make("b.xml", SampleBackup::documentWith("/24", "/25"));
+
 private slots:
     void initTestCase()
     {
         qputenv("TERM", "xterm");
         qunsetenv("NO_COLOR");
-        m_first = Tool::makeFile(m_folder.filePath("a.xml"), SampleBackup::document());
-        m_second =
-            Tool::makeFile(m_folder.filePath("b.xml"), SampleBackup::documentWith("/24", "/25"));
     }
 
     void coloursVerdicts()
     {
-        const QString broken = Tool::makeFile(m_folder.filePath("broken"), "<ZOR/>");
+        const QString broken = m_folder.make("broken", "<ZOR/>");
         const QString shown = Tool::runInTerminal({"list", m_first, broken});
         QVERIFY2(shown.contains("  \x1b[32mgood   \x1b[m  " + m_first), qPrintable(shown));
         QVERIFY2(shown.contains("  \x1b[31mrefused\x1b[m  " + broken), qPrintable(shown));
@@ -36,24 +37,16 @@ private slots:
         QVERIFY2(shown.contains("\x1b[32m  + 192.168.0.7/25"), qPrintable(shown));
     }
 
-    void takesNoColour_data()
-    {
-        QTest::addColumn<QByteArray>("variable");
-        QTest::addColumn<QByteArray>("value");
-        QTest::newRow("NO_COLOR") << QByteArray("NO_COLOR") << QByteArray("1");
-        QTest::newRow("a terminal that has none") << QByteArray("TERM") << QByteArray("dumb");
-    }
-
     void takesNoColour()
     {
-        QFETCH(const QByteArray, variable);
-        QFETCH(const QByteArray, value);
-        const QByteArray before = qgetenv(variable);
-        qputenv(variable, value);
-        const QString shown = Tool::runInTerminal({"diff", m_first, m_second});
-        qputenv(variable, before);
-        QVERIFY2(shown.contains("  - 192.168.0.7/24"), qPrintable(shown));
-        QVERIFY2(!shown.contains("\x1b["), qPrintable(shown));
+        for (const auto &[variable, value] : {std::pair("NO_COLOR", "1"), {"TERM", "dumb"}}) {
+            const QByteArray before = qgetenv(variable);
+            qputenv(variable, value);
+            const QString shown = Tool::runInTerminal({"diff", m_first, m_second});
+            qputenv(variable, before);
+            QVERIFY2(shown.contains("  - 192.168.0.7/24"), qPrintable(shown));
+            QVERIFY2(!shown.contains("\x1b["), qPrintable(shown));
+        }
     }
 
     void showsHowFarItIs()
@@ -85,11 +78,6 @@ private slots:
         QCOMPARE(run.exitCode, 2);
         QCOMPARE(run.complaint, QString("veltra4-backup: The output cannot be written.\n"));
     }
-
-private:
-    const QTemporaryDir m_folder;
-    QString m_first;
-    QString m_second;
 };
 
 VELTRA4_TEST(TestToolTerminal)
