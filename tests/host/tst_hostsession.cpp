@@ -115,15 +115,6 @@ private slots:
         QCOMPARE(menuTitles(), QStringList({"&File", "V&iew", "&Help"}));
     }
 
-    void aModuleThatCannotBeLoadedIsReported()
-    {
-        m_options.pluginFile = "nosuch.so";
-        open();
-        QString problem;
-        QVERIFY(!m_session->load(&problem));
-        QCOMPARE(problem, "There is no plug-in \"nosuch.so\".");
-    }
-
     void theModuleIsReleasedInTheEnd()
     {
         const auto &receiving = static_cast<const SimulatedChannel &>(channel());
@@ -190,21 +181,15 @@ private slots:
         open();
         query("status active");
         QCOMPARE(label("label_transfer"), "Automatic backup");
+        QCoreApplication::processEvents(); // none was made
+        QCOMPARE(label("label_transfer"), "");
+        query("status active");
         channel().sendCommand("system download prepare 'config' 'standard'");
         const QString total = query("system download 1").trimmed().section(' ', 0, 0);
         QCOMPARE(label("label_transfer"), "Automatic backup: chunk 1 of " + total);
-        // It is over when the module returns to the event loop.
-        QCoreApplication::processEvents();
+        QCoreApplication::processEvents(); // the module has returned to the event loop
         channel().sendCommand("system download cancel");
         QCOMPARE(label("label_transfer"), "Download cancelled");
-    }
-
-    void aBackupThatIsNotMadeLeavesNothingInTheStatusBar()
-    {
-        open();
-        query("status active");
-        QCoreApplication::processEvents();
-        QCOMPARE(label("label_transfer"), "");
     }
 
     void theStatusBarFollowsATransferWithoutTheEventLoop()

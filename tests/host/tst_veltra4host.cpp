@@ -45,22 +45,20 @@ class TestVeltra4Host : public QObject
 {
     Q_OBJECT
 
-private:
-    QTemporaryDir m_folder;
-
 private slots:
     // What is wrong is told by the classes that find it.
     void refusesInOneLineWithExitCode2()
     {
-        QVERIFY(QDir(m_folder.path()).mkpath("mine/home"));
-        const QString othersFolder = m_folder.filePath("mine");
+        const QTemporaryDir others; // not made by a tour
+        const QString home = others.filePath("home");
+        QVERIFY(QDir().mkpath(home));
         for (const auto &[option, value, told] : QVector<std::tuple<QString, QString, QString>>{
                  {"--pt-version", "x", "--pt-version wants a version"},
                  {"--plugin", "/nosuch.so", "There is no plug-in \"/nosuch.so\"."},
                  {"--fail", "%%%", "\"%%%\" fits no command of the controller"},
                  {"--state", "/etc/passwd", "/etc/passwd: "},
-                 {"--tour", othersFolder,
-                  '"' + othersFolder + "/home\" was not made by a tour and is left alone."}}) {
+                 {"--tour", others.path(),
+                  '"' + home + "\" was not made by a tour and is left alone."}}) {
             const Outcome outcome = run({option, value});
             QCOMPARE(outcome.exitCode, 2);
             QCOMPARE(outcome.errorLines.size(), 1);
@@ -68,7 +66,7 @@ private slots:
                      qPrintable(outcome.errorLines.at(0)));
             QCOMPARE(outcome.output, "");
         }
-        QVERIFY(QDir(othersFolder).exists("home"));
+        QVERIFY(QDir(home).exists());
     }
 
     void helpNamesEveryOption()
@@ -91,51 +89,36 @@ private slots:
         QCOMPARE(outcome.output.trimmed(), QStringLiteral("veltra4-host " VELTRA4_VERSION));
     }
 
-    void aTourThatFailsNamesItsStepWithExitCode1_data()
-    {
-        QTest::addColumn<QString>("option");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("module without the action")
-            << "--plugin" << beside("probemodule.so")
-            << "\"The host at its start\": there is no action \"&Configurations\"";
-        QTest::newRow("command that fails")
-            << "--fail"
-            << "config active_config standard"
-            << "\"Activate the standard configuration\": the controller's active configuration is ";
-        QTest::newRow("chunk that is refused") << "--fail"
-                                               << "system upload * 5 *"
-                                               << "\"Load the saved configurations";
-    }
-
     void aTourThatFailsNamesItsStepWithExitCode1()
     {
-        QFETCH(const QString, option);
-        QFETCH(const QString, value);
-        QFETCH(const QString, told);
-        const Outcome outcome = run({option, value, "--tour", m_folder.filePath("failing")});
-        QCOMPARE(outcome.exitCode, 1);
-        const QString actual = outcome.errorLines.filter("veltra4-host: ").value(0);
-        QVERIFY2(actual.startsWith("veltra4-host: the tour failed at " + told), qPrintable(actual));
-        QVERIFY(QFile::exists(m_folder.filePath("failing/transcript.txt")));
+        for (const auto &[option, value, told] : QVector<std::tuple<QString, QString, QString>>{
+                 {"--plugin", beside("probemodule.so"),
+                  "\"The host at its start\": there is no action \"&Configurations\""},
+                 {"--fail", "config active_config standard",
+                  "\"Activate the standard configuration\": the controller's active configuration "
+                  "is "},
+                 {"--fail", "system upload * 5 *", "\"Load the saved configurations"}}) {
+            const QTemporaryDir folder;
+            const Outcome outcome = run({option, value, "--tour", folder.path()});
+            QCOMPARE(outcome.exitCode, 1);
+            const QString line = outcome.errorLines.filter("veltra4-host: ").value(0);
+            QVERIFY2(line.startsWith("veltra4-host: the tour failed at " + told), qPrintable(line));
+            QVERIFY(QFile::exists(folder.filePath("transcript.txt")));
+        }
     }
 
     void aLargerFontMakesLargerPictures()
     {
-        const int ordinary = firstPicture("ordinary", {}).height();
-        const int large = firstPicture("large", {"--font-size", "20"}).height();
+        // Of a tour that gets no further than its first picture.
+        const auto heightOfPicture = [](const QStringList &font) {
+            const QTemporaryDir folder;
+            run(font + QStringList{"--plugin", beside("probemodule.so"), "--tour", folder.path()});
+            return QImage(folder.filePath("01-host-before-contact.png")).height();
+        };
+        const int ordinary = heightOfPicture({});
+        const int large = heightOfPicture({"--font-size", "20"});
         QVERIFY2(ordinary > 0, "the tour made no picture");
         QVERIFY2(large > ordinary * 3 / 2, qPrintable(QString("%1 pixels").arg(large)));
-    }
-
-private:
-    // Of a tour that gets no further than the activation of a configuration.
-    QImage firstPicture(const QString &folder, const QStringList &arguments) const
-    {
-        run(arguments
-            + QStringList{"--fail", "config active_config standard", "--tour",
-                          m_folder.filePath(folder)});
-        return QImage(m_folder.filePath(folder + "/01-host-before-contact.png"));
     }
 };
 

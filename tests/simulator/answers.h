@@ -49,12 +49,18 @@ inline void expectAnswers(const ControllerState &state, const QByteArrayList &li
     stateAfter(state, lines);
 }
 
-/// Sees that the commands are refused for that reason, and change nothing.
+/// The same, and that the lines change nothing.
+inline void expectUnchanged(const ControllerState &state, const QByteArrayList &lines)
+{
+    QVERIFY(stateAfter(state, lines) == state);
+}
+
+/// Sees that each of the commands is refused for that reason, and changes nothing.
 inline void expectRefusals(const ControllerState &state, const QByteArray &reason,
                            const QByteArrayList &commands)
 {
     for (const QByteArray &command : commands) {
-        QVERIFY(stateAfter(state, {command + " -> refused: " + reason}) == state);
+        expectUnchanged(state, {command + " -> refused: " + reason});
     }
 }
 

@@ -6,20 +6,6 @@ class TestConfigurationCommands : public QObject
 {
     Q_OBJECT
 
-private:
-    // The configuration of that identifier after those lines, which began with a small state.
-    static Configuration configurationAfter(const QByteArrayList &lines,
-                                            const QByteArray &identifier)
-    {
-        const ControllerState state = stateAfter(smallState(), lines);
-        for (const Configuration &configuration : state.configurations) {
-            if (configuration.identifier == identifier) {
-                return configuration;
-            }
-        }
-        return {};
-    }
-
 private slots:
     void slotsNameTheConfigurations()
     {
@@ -74,17 +60,24 @@ private slots:
         QVERIFY(stateAfter(smallState(),
                            {"config owner \"J. D\xf6rfler\" ", "config desc \"Hall 2 / left\""})
                 == expected);
-        QCOMPARE(configurationAfter({"config owner \"\""}, "first").owner, QByteArray());
+        expected.configurations[1].owner = "";
+        QVERIFY(stateAfter(expected, {"config owner \"J.\"", "config owner \"\""}) == expected);
     }
 
     void longTextsAreCut()
     {
-        const Configuration changed =
-            configurationAfter({"config owner \"" + QByteArray(150, 'o') + '"',
-                                "config desc \"" + QByteArray(150, 'd') + '"'},
-                               "first");
-        QCOMPARE(changed.owner, QByteArray(100, 'o'));
-        QCOMPARE(changed.description, QByteArray(100, 'd'));
+        ControllerState expected = smallState();
+        expected.configurations[1].owner = QByteArray(100, 'o');
+        expected.configurations[1].description = QByteArray(100, 'd');
+        expected.configurations << expected.configurations.at(1);
+        expected.configurations[3].identifier = "copy";
+        expected.configurations[3].description = "copy of " + QByteArray(92, 'd');
+        expected.activeIdentifier = "copy";
+        QVERIFY(stateAfter(smallState(),
+                           {"config owner \"" + QByteArray(150, 'o') + '"',
+                            "config desc \"" + QByteArray(150, 'd') + '"',
+                            "veltra2 config clone_config copy first"})
+                == expected);
     }
 
     void textsHaveToBeQuoted()
@@ -109,13 +102,11 @@ private slots:
 
     void aNewConfigurationHasDefaultsAndIsActive()
     {
-        const Configuration created = configurationAfter({"veltra2 config new_config config2024",
-                                                          "config active_config -> config2024",
-                                                          "config config t04 -> config2024"},
-                                                         "config2024");
-        QCOMPARE(created.description, QByteArray("new configuration"));
-        QCOMPARE(created.data, FactoryData::defaults());
-        QVERIFY(!created.isLocked());
+        ControllerState expected = smallState();
+        expected.configurations << Configuration{
+            "config2024", {}, "new configuration", {}, FactoryData::defaults()};
+        expected.activeIdentifier = "config2024";
+        QVERIFY(stateAfter(smallState(), {"veltra2 config new_config config2024"}) == expected);
     }
 
     void aCloneHasEverythingButThePasswordAndIsActive()
@@ -127,15 +118,6 @@ private slots:
             "copy", "Bob", "copy of Second one", {}, state.configurations.at(2).data};
         expected.activeIdentifier = "copy";
         QVERIFY(stateAfter(state, {"veltra2 config clone_config copy second"}) == expected);
-    }
-
-    void theDescriptionOfACloneIsCut()
-    {
-        const Configuration copy =
-            configurationAfter({"config desc \"" + QByteArray(100, 'x') + '"',
-                                "veltra2 config clone_config copy first"},
-                               "copy");
-        QCOMPARE(copy.description, "copy of " + QByteArray(92, 'x'));
     }
 
     void namesForNewConfigurationsAreChecked()
@@ -174,25 +156,29 @@ private slots:
                        "config number_of_configs -> 4"});
     }
 
-    void deletedConfigurationsAreGone_data()
+    void aDeletedConfigurationIsGone()
     {
-        QTest::addColumn<QByteArrayList>("lines");
-        QTest::newRow("for good") << QByteArrayList{
-            "veltra2 config delete_config second", "config number_of_configs -> 2",
-            "veltra2 config delete_config second -> refused: unknown configuration 'second'",
-            "config owner_of_config first -> \"Ann\"", "config active_config -> first"};
-        QTest::newRow("the active one") << QByteArrayList{
-            "veltra2 config delete_config first", "config active_config -> standard",
-            "config config t02 -> second", "config desc_of_config second -> \"Second one\""};
-        QTest::newRow("one before the active one")
-            << QByteArrayList{"config active_config second", "veltra2 config delete_config first",
-                              "config active_config -> second", "config desc -> \"Second one\""};
+        ControllerState expected = smallState();
+        expected.configurations.remove(2);
+        const QByteArray again =
+            "veltra2 config delete_config second -> refused: unknown configuration 'second'";
+        QVERIFY(stateAfter(smallState(), {"veltra2 config delete_config second", again})
+                == expected);
     }
 
-    void deletedConfigurationsAreGone()
+    void afterDeletingTheActiveOneTheStandardOneIsActive()
     {
-        QFETCH(const QByteArrayList, lines);
-        expectAnswers(smallState(), lines);
+        expectAnswers(smallState(),
+                      {"veltra2 config delete_config first", "config active_config -> standard",
+                       "config config t02 -> second",
+                       "config desc_of_config second -> \"Second one\""});
+    }
+
+    void deletingAnotherOneLeavesTheActiveOne()
+    {
+        expectAnswers(smallState(),
+                      {"config active_config second", "veltra2 config delete_config first",
+                       "config active_config -> second", "config desc -> \"Second one\""});
     }
 
     void theStandardConfigurationIsNeverDeleted()

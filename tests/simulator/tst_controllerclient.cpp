@@ -10,18 +10,19 @@ class TestControllerClient : public QObject
     Q_OBJECT
 
 private:
-    enum Client { One, Other };
-    using Line = std::pair<Client, QByteArray>;
-
-    static void talk(const ControllerState &state, const QVector<Line> &lines)
+    // The lines of the other one begin with "other: ".
+    static void talk(const ControllerState &state, const QByteArrayList &lines)
     {
+        const QByteArray prefix = "other: ";
         SimulatedController controller(state);
-        ControllerClient clients[2];
-        for (const auto &[client, line] : lines) {
-            const auto ask = [&, asking = &clients[client]](const QByteArray &command) {
-                return textOf(controller.execute(*asking, command));
+        ControllerClient one;
+        ControllerClient other;
+        for (const QByteArray &line : lines) {
+            const bool isOther = line.startsWith(prefix);
+            const auto ask = [&](const QByteArray &command) {
+                return textOf(controller.execute(isOther ? other : one, command));
             };
-            expectAnswer(ask, line);
+            expectAnswer(ask, isOther ? line.mid(prefix.size()) : line);
         }
     }
 
@@ -29,57 +30,49 @@ private slots:
     void allSeeTheSameState()
     {
         talk(smallState(),
-             {{One, "config active_config second"}, {Other, "config active_config -> second"}});
+             {"config active_config second", "other: config active_config -> second"});
     }
 
     void aPasswordOpensForTheOneWhoGaveIt()
     {
         talk(lockedState(),
-             {{One, "config password 'secret'"},
-              {One, "config is_changeable -> yes"},
-              {Other, "config is_changeable -> no"},
-              {Other, "config new_password none -> refused: configuration 'first' is locked"},
-              {One, "config new_password none"}});
+             {"config password 'secret'", "config is_changeable -> yes",
+              "other: config is_changeable -> no",
+              "other: config new_password none -> refused: configuration 'first' is locked",
+              "config new_password none"});
     }
 
     void anotherActiveConfigurationForgetsWhatAnyoneGave()
     {
         talk(lockedState(),
-             {{One, "config password 'secret'"},
-              {Other, "config active_config second"},
-              {Other, "config active_config first"},
-              {One, "config is_changeable -> no"}});
+             {"config password 'secret'", "other: config active_config second",
+              "other: config active_config first", "config is_changeable -> no"});
     }
 
     void aNewLockHoldsForEveryone()
     {
         talk(lockedState(),
-             {{One, "config password 'secret'"},
-              {Other, "config super_password 'super'"},
-              {Other, "config new_password 'another'"},
-              {One, "config is_changeable -> no"},
-              {Other, "config is_changeable -> no"}});
+             {"config password 'secret'", "other: config super_password 'super'",
+              "other: config new_password 'another'", "config is_changeable -> no",
+              "other: config is_changeable -> no"});
     }
 
     void withdrawingTheSuperPasswordConcernsOneselfOnly()
     {
         talk(lockedState(),
-             {{One, "config super_password 'super'"},
-              {Other, "config super_password '.'"},
-              {One, "config is_changeable -> yes"}});
+             {"config super_password 'super'", "other: config super_password '.'",
+              "config is_changeable -> yes"});
     }
 
     void transfersDoNotMix()
     {
         const QByteArray chunk = TransferEncoding::encode(QByteArray(100, 'x'));
         talk(smallState(),
-             {{One, "system download prepare 'config' 'first'"},
-              {Other, "system download available -> no"},
-              {Other, "system download cancel"},
-              {One, "system download available -> yes"},
-              {One, "system upload 2 1 " + chunk},
-              {Other, "system upload 2 2 " + chunk + " -> refused: chunk 2 is not the next one"},
-              {One, "system upload 2 2 " + chunk}});
+             {"system download prepare 'config' 'first'", "other: system download available -> no",
+              "other: system download cancel", "system download available -> yes",
+              "system upload 2 1 " + chunk,
+              "other: system upload 2 2 " + chunk + " -> refused: chunk 2 is not the next one",
+              "system upload 2 2 " + chunk});
     }
 };
 

@@ -1,11 +1,6 @@
 #include "tests/simulator/answers.h"
 #include "tests/support/testmain.h"
 
-#include <functional>
-
-using Change = std::function<void(ControllerState &)>;
-Q_DECLARE_METATYPE(Change)
-
 class TestControllerState : public QObject
 {
     Q_OBJECT
@@ -30,48 +25,42 @@ private slots:
         QCOMPARE(locked, 1);
     }
 
-    void anyDifferenceMakesStatesUnequal_data()
-    {
-        using State = ControllerState;
-        QTest::addColumn<Change>("change");
-        const auto row = [](const char *name, const Change &change) {
-            QTest::newRow(name) << change;
-        };
-        row("hostName", [](State &s) { s.hostName = "x"; });
-        row("serial", [](State &s) { s.serial = "x"; });
-        row("model", [](State &s) { s.model = "x"; });
-        row("modelDescription", [](State &s) { s.modelDescription = "x"; });
-        row("isEmbedded", [](State &s) { s.isEmbedded = false; });
-        row("net", [](State &s) { s.net = "x"; });
-        row("domainName", [](State &s) { s.domainName = "x"; });
-        row("nameServer", [](State &s) { s.nameServer = "x"; });
-        row("ntpServer", [](State &s) { s.ntpServer = "x"; });
-        row("activity", [](State &s) { s.activity = "x"; });
-        row("storeCapacity", [](State &s) { ++s.storeCapacity; });
-        row("activeIdentifier", [](State &s) { s.activeIdentifier = "second"; });
-        row("baseData", [](State &s) { s.baseData = "x"; });
-        row("superPassword", [](State &s) { s.superPassword.hash = "x"; });
-        row("superPassword salt", [](State &s) { s.superPassword.salt = "x"; });
-        row("fewer configurations", [](State &s) { s.configurations.removeLast(); });
-        row("identifier", [](State &s) { s.configurations[1].identifier = "x"; });
-        row("owner", [](State &s) { s.configurations[1].owner = "x"; });
-        row("description", [](State &s) { s.configurations[1].description = "x"; });
-        row("password", [](State &s) { s.configurations[1].password = SaltedHash::of("x"); });
-        row("data", [](State &s) { s.configurations[1].data[7] = 'x'; });
-        row("fewer slaves", [](State &s) { s.slaves.removeLast(); });
-        row("slave name", [](State &s) { s.slaves[0].name = "x"; });
-        row("slave connected", [](State &s) { s.slaves[0].isConnected = false; });
-        row("slave available", [](State &s) { s.slaves[0].isAvailable = false; });
-        row("slave scanned", [](State &s) { s.slaves[0].isScanned = false; });
-    }
-
     void anyDifferenceMakesStatesUnequal()
     {
-        QFETCH(const Change, change);
-        ControllerState state = smallState();
-        QVERIFY(state == smallState());
-        change(state);
-        QVERIFY(state != smallState());
+        using State = ControllerState;
+        const QVector<QPair<const char *, void (*)(State &)>> changes{
+            {"hostName", [](State &s) { s.hostName = "x"; }},
+            {"serial", [](State &s) { s.serial = "x"; }},
+            {"model", [](State &s) { s.model = "x"; }},
+            {"modelDescription", [](State &s) { s.modelDescription = "x"; }},
+            {"isEmbedded", [](State &s) { s.isEmbedded = false; }},
+            {"net", [](State &s) { s.net = "x"; }},
+            {"domainName", [](State &s) { s.domainName = "x"; }},
+            {"nameServer", [](State &s) { s.nameServer = "x"; }},
+            {"ntpServer", [](State &s) { s.ntpServer = "x"; }},
+            {"activity", [](State &s) { s.activity = "x"; }},
+            {"storeCapacity", [](State &s) { ++s.storeCapacity; }},
+            {"activeIdentifier", [](State &s) { s.activeIdentifier = "second"; }},
+            {"baseData", [](State &s) { s.baseData = "x"; }},
+            {"superPassword", [](State &s) { s.superPassword.hash = "x"; }},
+            {"superPassword salt", [](State &s) { s.superPassword.salt = "x"; }},
+            {"fewer configurations", [](State &s) { s.configurations.removeLast(); }},
+            {"identifier", [](State &s) { s.configurations[1].identifier = "x"; }},
+            {"owner", [](State &s) { s.configurations[1].owner = "x"; }},
+            {"description", [](State &s) { s.configurations[1].description = "x"; }},
+            {"password", [](State &s) { s.configurations[1].password = SaltedHash::of("x"); }},
+            {"data", [](State &s) { s.configurations[1].data[7] = 'x'; }},
+            {"fewer slaves", [](State &s) { s.slaves.removeLast(); }},
+            {"slave name", [](State &s) { s.slaves[0].name = "x"; }},
+            {"slave connected", [](State &s) { s.slaves[0].isConnected = false; }},
+            {"slave available", [](State &s) { s.slaves[0].isAvailable = false; }},
+            {"slave scanned", [](State &s) { s.slaves[0].isScanned = false; }}};
+        QVERIFY(smallState() == smallState());
+        for (const auto &[name, change] : changes) {
+            State state = smallState();
+            change(state);
+            QVERIFY2(state != smallState(), name);
+        }
     }
 
     void problemsAreNamed()
@@ -99,12 +88,12 @@ private slots:
         SimulatedController controller(smallState());
         int changes = 0;
         controller.setChangeCallback([&changes] { ++changes; });
-        answer(controller, "config desc");
-        answer(controller, "config active_config first");
-        answer(controller, "config active_config nobody");
-        answer(controller, "config password 'x'");
-        answer(controller, "system download prepare 'config' 'first'");
-        answer(controller, "veltra2 cascade add_scanned_slave ready");
+        for (const QByteArray command :
+             {"config desc", "config active_config first", "config active_config nobody",
+              "config password 'x'", "system download prepare 'config' 'first'",
+              "veltra2 cascade add_scanned_slave ready"}) {
+            answer(controller, command);
+        }
         QCOMPARE(changes, 0);
         answer(controller, "veltra2 config new_config new");
         QCOMPARE(changes, 1);

@@ -1,21 +1,9 @@
 #include "channel/replybuffer.h"
-#include "simulator/channelobserver.h"
+#include "tests/simulator/recorder.h"
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
 
 #include <QtTest>
-
-namespace {
-
-class Recorder final : public ChannelObserver
-{
-public:
-    void exchanged(const Exchange &exchange) override { exchanges << exchange; }
-
-    QVector<Exchange> exchanges;
-};
-
-} // namespace
 
 class TestLineChannel : public QObject
 {
@@ -51,40 +39,34 @@ private slots:
         QCOMPARE(reply.text(), QString("before"));
     }
 
-    void numbersAndTruthValuesAreConverted_data()
-    {
-        QTest::addColumn<int>("asInt"); // of the answer that is the row's name
-        QTest::addColumn<double>("asDouble");
-        QTest::addColumn<int>("asBool"); // -1 stands for a failure in these columns
-        QTest::newRow(" 12 ") << 12 << 12.0 << -1;
-        QTest::newRow("0.25") << -1 << 0.25 << -1;
-        QTest::newRow("1") << 1 << 1.0 << 1;
-        QTest::newRow("0") << 0 << 0.0 << 0;
-        QTest::newRow("yes") << -1 << -1.0 << 1;
-        QTest::newRow("No") << -1 << -1.0 << 0;
-        QTest::newRow("true") << -1 << -1.0 << 1;
-        QTest::newRow("false") << -1 << -1.0 << 0;
-        QTest::newRow("word") << -1 << -1.0 << -1;
-        QTest::newRow("") << -1 << -1.0 << -1;
-        QTest::newRow("99999999999") << -1 << 99999999999.0 << -1;
-    }
-
     void numbersAndTruthValuesAreConverted()
     {
-        QFETCH(const int, asInt);
-        QFETCH(const double, asDouble);
-        QFETCH(const int, asBool);
-        ScriptedChannel channel;
-        channel.answer("q", QTest::currentDataTag());
-        int number = -1;
-        double fraction = -1;
-        bool truth = asBool != 1;
-        QCOMPARE(channel.queryInt(&number, "q") == 0, asInt != -1);
-        QCOMPARE(channel.queryDouble(&fraction, "q") == 0, asDouble != -1.0);
-        QCOMPARE(channel.queryBool(&truth, "q") == 0, asBool != -1);
-        QCOMPARE(number, asInt);
-        QCOMPARE(fraction, asDouble);
-        QCOMPARE(truth, asBool == -1 || asBool == 1);
+        constexpr int no = -1; // stands for a failure in these columns
+        const QVector<std::tuple<QByteArray, int, double, int>> answers{
+            {" 12 ", 12, 12.0, no},
+            {"0.25", no, 0.25, no},
+            {"1", 1, 1.0, 1},
+            {"0", 0, 0.0, 0},
+            {"yes", no, no, 1},
+            {"No", no, no, 0},
+            {"true", no, no, 1},
+            {"false", no, no, 0},
+            {"word", no, no, no},
+            {"", no, no, no},
+            {"99999999999", no, 99999999999.0, no}};
+        for (const auto &[answer, asInt, asDouble, asBool] : answers) {
+            ScriptedChannel channel;
+            channel.answer("q", answer);
+            int number = no;
+            double fraction = no;
+            bool truth = asBool != 1;
+            QCOMPARE(channel.queryInt(&number, "q") == 0, asInt != no);
+            QCOMPARE(channel.queryDouble(&fraction, "q") == 0, asDouble != no);
+            QCOMPARE(channel.queryBool(&truth, "q") == 0, asBool != no);
+            QCOMPARE(number, asInt);
+            QCOMPARE(fraction, asDouble);
+            QCOMPARE(truth, asBool == no || asBool == 1);
+        }
     }
 
     void theObserverSeesEveryExchange()
@@ -99,24 +81,14 @@ private slots:
         int number = 0;
         QVERIFY(channel.queryInt(&number, "config number_of_configs") != 0);
         QVERIFY(channel.sendCommand("config desc \"%s\"", "x") != 0);
-
-        QCOMPARE(recorder.exchanges.size(), 3);
-        const Exchange &deletion = recorder.exchanges.at(0);
-        QCOMPARE(LineChannel::nameOf(deletion.operation), "sendCommandReply");
-        QCOMPARE(deletion.command, QByteArray("veltra2 config delete_config x"));
-        QCOMPARE(deletion.answer, QByteArray("veltra2 ok"));
-        QCOMPARE(deletion.result, 0);
-        QCOMPARE(deletion.failureReason, QString());
-        QVERIFY(deletion.microseconds >= 0);
-        const Exchange &count = recorder.exchanges.at(1);
-        QCOMPARE(LineChannel::nameOf(count.operation), "queryInt");
-        QCOMPARE(count.answer, QByteArray("many"));
-        QVERIFY(count.result != 0);
-        QVERIFY(!count.failureReason.isEmpty());
-        QVERIFY(recorder.exchanges.at(2).result != 0);
         channel.setObserver(nullptr);
         channel.sendCommand("x");
-        QCOMPARE(recorder.exchanges.size(), 3);
+        QCOMPARE(recorder.lines.mid(0, 2),
+                 QStringList({"sendCommandReply veltra2 config delete_config x -> veltra2 ok",
+                              "queryInt config number_of_configs failed -2: the answer is not of "
+                              "the kind asked for"}));
+        QVERIFY(recorder.lines.at(2).startsWith("sendCommand config desc \"x\" failed "));
+        QCOMPARE(recorder.lines.size(), 3);
     }
 };
 

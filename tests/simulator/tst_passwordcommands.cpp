@@ -81,33 +81,36 @@ private slots:
         }
     }
 
-    void changeabilityEndsInTime_data()
+    void aWrongPasswordEndsWhatTheRightOneAllowed()
     {
-        QTest::addColumn<QByteArrayList>("lines");
-        QTest::newRow("a wrong password ends it") << QByteArrayList{
-            "config password 'secret'", "config password 'wrong' -> refused: wrong password",
-            "config is_changeable -> no"};
-        QTest::newRow("another active configuration ends it")
-            << QByteArrayList{"config super_password 'super'", "config active_config second",
-                              "config active_config first", "config is_changeable -> no"};
-        QTest::newRow("the same active configuration does not")
-            << QByteArrayList{"config password 'secret'", "config active_config first",
-                              "config is_changeable -> yes"};
-        QTest::newRow("a new lock holds at once") << QByteArrayList{
-            "config super_password 'super'", "config new_password 'other'",
-            "config is_changeable -> no",    "config password 'secret' -> refused: wrong password",
-            "config password 'other'",       "config is_changeable -> yes"};
-        QTest::newRow("a dot withdraws the super password")
-            << QByteArrayList{"config super_password 'super'", "config super_password '.'",
-                              "config is_changeable -> no"};
-        QTest::newRow("a dot withdraws nothing else") << QByteArrayList{
-            "config password 'secret'", "config super_password '.'", "config is_changeable -> yes"};
+        expectUnchanged(lockedState(),
+                        {"config password 'secret'",
+                         "config password 'wrong' -> refused: wrong password",
+                         "config is_changeable -> no"});
     }
 
-    void changeabilityEndsInTime()
+    void theSameActiveConfigurationDoesNotEndIt()
     {
-        QFETCH(const QByteArrayList, lines);
-        expectAnswers(lockedState(), lines);
+        expectUnchanged(lockedState(),
+                        {"config password 'secret'", "config active_config first",
+                         "config is_changeable -> yes"});
+    }
+
+    void aNewLockHoldsAtOnce()
+    {
+        expectAnswers(lockedState(),
+                      {"config super_password 'super'", "config new_password 'other'",
+                       "config is_changeable -> no",
+                       "config password 'secret' -> refused: wrong password",
+                       "config password 'other'", "config is_changeable -> yes"});
+    }
+
+    void theDotWithdrawsOnlyTheSuperPassword()
+    {
+        expectUnchanged(lockedState(),
+                        {"config super_password 'super'", "config super_password '.'",
+                         "config is_changeable -> no", "config password 'secret'",
+                         "config super_password '.'", "config is_changeable -> yes"});
     }
 
     void withoutASuperPasswordNoneFits()

@@ -7,39 +7,34 @@
 namespace {
 
 const QByteArray noChunk = " -> refused: no such chunk";
+const QByteArray incomplete = "system import available -> refused: there is no complete upload";
 
-// Everything that the prepared download gives, decoded.
-QByteArray downloaded(SimulatedController &controller)
+// A line for each chunk of the archive, in which stand the number of all (%1), its own number (%2)
+// and its text (%3).
+QByteArrayList linesFor(const QByteArray &archive, const QString &form)
 {
-    QByteArray bytes;
-    int total = 1;
-    for (int n = 1; n <= total; ++n) {
-        const QByteArray line = answer(controller, "system download " + QByteArray::number(n));
-        const QList<QByteArray> pieces = line.split('\'');
-        total = pieces.at(0).trimmed().toInt();
-        if (line.size() > 199 || pieces.size() != 3 || !line.startsWith(' ')
-            || TransferEncoding::decode(pieces.at(1), &bytes) < 0) {
-            return "bad chunk: " + line;
-        }
+    QByteArrayList lines;
+    const int total = (archive.size() + 99) / 100;
+    for (int i = 0; i < total; ++i) {
+        const QByteArray text = TransferEncoding::encode(archive.mid(i * 100, 100));
+        lines << form.arg(QString::number(total), QString::number(i + 1), text).toLatin1();
     }
-    return bytes;
+    return lines;
 }
 
-// The commands that upload the bytes.
-QByteArrayList uploadOf(const QByteArray &bytes)
+QByteArrayList uploadOf(const QByteArray &archive)
 {
-    QByteArrayList commands;
-    const QByteArray total = QByteArray::number((bytes.size() + 99) / 100);
-    for (int start = 0; start < bytes.size(); start += 100) {
-        commands << "system upload " + total + ' ' + QByteArray::number(start / 100 + 1) + ' '
-                + TransferEncoding::encode(bytes.mid(start, 100));
-    }
-    return commands;
+    return linesFor(archive, "system upload %1 %2 %3");
 }
 
 QByteArrayList uploadOf(const QVector<Archive::Item> &items)
 {
     return uploadOf(Archive::pack(items));
+}
+
+QByteArrayList downloadOf(const QVector<Archive::Item> &items)
+{
+    return linesFor(Archive::pack(items), "system download %2 ->  %1 '%3'");
 }
 
 } // namespace
@@ -51,40 +46,31 @@ class TestTransferCommands : public QObject
 private slots:
     void aDownloadIsTheArchiveOfWhatWasPrepared()
     {
-        SimulatedController controller(smallState());
-        expectAnswers(controller,
-                      {"system download prepare 'config' 'second'",
-                       "system download prepare 'config' '__base'",
-                       "system download available -> yes"});
-        const QByteArray expected =
-            Archive::pack({{"second", "Bob", "Second one", QByteArray(1000, '2')},
-                           {"__base", "", "base configuration", "base data"}});
-        QCOMPARE(downloaded(controller), expected);
-        QVERIFY(controller.state() == smallState());
+        expectUnchanged(smallState(),
+                        QByteArrayList{"system download prepare 'config' 'second'",
+                                       "system download prepare 'config' '__base'",
+                                       "system download available -> yes"}
+                            << downloadOf({{"second", "Bob", "Second one", QByteArray(1000, '2')},
+                                           {"__base", "", "base configuration", "base data"}}));
     }
 
     void aDownloadKeepsWhatWasPreparedAsItWas()
     {
-        SimulatedController controller(smallState());
-        expectAnswers(controller, {"system download prepare 'config' 'first'"});
-        const QByteArray before = downloaded(controller);
-        expectAnswers(controller, {"veltra2 config delete_config first"});
-        QCOMPARE(downloaded(controller), before);
-        expectAnswers(controller, {"system download prepare 'config' 'second'"});
-        QVERIFY(downloaded(controller).size() > before.size());
+        const Archive::Item first{"first", "Ann", "First one", QByteArray(1000, '1')};
+        const Archive::Item second{"second", "Bob", "Second one", QByteArray(1000, '2')};
+        expectAnswers(smallState(),
+                      QByteArrayList{"system download prepare 'config' 'first'"}
+                          << downloadOf({first}) << "veltra2 config delete_config first"
+                          << downloadOf({first}) << "system download prepare 'config' 'second'"
+                          << downloadOf({first, second}));
     }
 
-    void chunksMayBeAskedForInAnyOrder()
+    void aChunkHasToBeThere()
     {
-        SimulatedController controller(smallState());
-        const QByteArray archive =
-            Archive::pack({{"__base", "", "base configuration", "base data"}});
-        QCOMPARE(archive.size(), 12 + 42 + 6 + 18 + 9);
-        expectAnswers(controller,
-                      {"system download prepare 'config' '__base'",
-                       "system download 1 ->  1 '" + TransferEncoding::encode(archive) + "'"});
         for (const QByteArray number : {"2", "0", "-1", "x", "", "1 ", "99999999999999999999"}) {
-            expectAnswers(controller, {"system download " + number + noChunk});
+            expectAnswers(smallState(),
+                          {"system download prepare 'config' '__base'",
+                           "system download " + number + noChunk});
         }
     }
 
@@ -146,18 +132,6 @@ private slots:
                               + QByteArray(29, 'd') + "'");
     }
 
-    void itemsBeyondNinetyNineAreNamed()
-    {
-        QVector<Archive::Item> items;
-        for (int i = 1; i <= 120; ++i) {
-            items << Archive::Item{"c" + QByteArray::number(i), "o", "d", ""};
-        }
-        expectAnswers(smallState(),
-                      uploadOf(items) << "system import available -> 120 config"
-                                      << "system import item i99 -> c99 'o' 'd'"
-                                      << "system import item i120 -> c120 'o' 'd'");
-    }
-
     void chunksAreTakenInOrder()
     {
         const QByteArray full(134, 'A');
@@ -183,34 +157,33 @@ private slots:
         }
     }
 
-    void nothingFollowsTheLastChunk()
+    void anUploadThatIsNotCompleteOffersNothing()
     {
-        expectAnswers(smallState(),
-                      uploadOf({{"new", "", "", ""}})
-                          << "system upload 1 2 AAAA -> refused: chunk 2 is not the next one"
-                          << "system import available -> 1 config");
-    }
-
-    void aMissingChunkLeavesTheUploadIncomplete()
-    {
-        const QByteArray incomplete =
-            "system import available -> refused: there is no complete upload";
         expectAnswers(smallState(),
                       {incomplete, "system upload 3 1 " + QByteArray(134, 'A'),
                        "system upload 3 3 AAAA -> refused: chunk 3 is not the next one", incomplete,
                        "system import item i01 -> refused: no such item"});
     }
 
+    void nothingFollowsTheLastChunkUntilItIsCancelled()
+    {
+        expectAnswers(
+            smallState(),
+            uploadOf({{"new", "", "", ""}})
+                << "system upload 1 2 AAAA -> refused: chunk 2 is not the next one"
+                << "system import available -> 1 config"
+                << "system upload cancel" << incomplete
+                << "system import 'config' 'new' -> refused: unknown configuration 'new'");
+    }
+
     void noiseIsNotRecognised()
     {
-        const ControllerState after =
-            stateAfter(smallState(),
-                       uploadOf(FactoryData::bytes(5000, 9))
-                           << "system import available -> 0 none"
-                           << "system upload 1 1 AAAA -> refused: 50 chunks were announced before"
-                           << "system upload cancel" << uploadOf(Archive::pack({}))
-                           << "system import available -> 0 config");
-        QVERIFY(after == smallState());
+        expectUnchanged(smallState(),
+                        uploadOf(FactoryData::bytes(5000, 9))
+                            << "system import available -> 0 none"
+                            << "system upload 1 1 AAAA -> refused: 50 chunks were announced before"
+                            << "system upload cancel" << uploadOf(Archive::pack({}))
+                            << "system import available -> 0 config");
     }
 
     void aDamagedArchiveIsRefused()
@@ -219,24 +192,13 @@ private slots:
         QByteArray flipped = archive;
         flipped[150] = 'y';
         const QByteArray damaged = "system import available -> refused: the upload is damaged: ";
-        const ControllerState after = stateAfter(
+        expectUnchanged(
             smallState(),
             uploadOf(archive.chopped(1))
                 << damaged + "item 1: the archive ends too early"
                 << "system upload cancel" << uploadOf(flipped)
                 << damaged + "item 1: the checksum does not fit"
                 << "system import 'config' 'new' -> refused: unknown configuration 'new'");
-        QVERIFY(after == smallState());
-    }
-
-    void cancelForgetsTheUpload()
-    {
-        expectAnswers(smallState(),
-                      uploadOf({{"new", "", "", ""}})
-                          << "system upload cancel"
-                          << "system import available -> refused: there is no complete upload"
-                          << "system import 'config' 'new' -> refused: unknown configuration "
-                             "'new'");
     }
 
     void importAddsAndReplaces()
@@ -245,63 +207,51 @@ private slots:
         expected.configurations[1] = {"first", "F", "first again", {}, "f"};
         expected.configurations << Configuration{"new", "N", "new one", {}, "n"};
         expected.baseData = "other base";
-        const ControllerState after = stateAfter(smallState(),
-                                                 uploadOf({{"new", "N", "new one", "n"},
-                                                           {"first", "F", "first again", "f"},
-                                                           {"__base", "", "", "other base"}})
-                                                     << "system import 'config' 'new'"
-                                                     << "system import 'config' 'first'"
-                                                     << "system import 'config' '__base'");
-        QVERIFY(after == expected);
+        const QByteArrayList upload = uploadOf({{"new", "N", "new one", "n"},
+                                                {"first", "F", "first again", "f"},
+                                                {"__base", "", "", "other base"}});
+        const QByteArrayList imports{"system import 'config' 'new'",
+                                     "system import 'config' 'first'",
+                                     "system import 'config' '__base'"};
+        QVERIFY(stateAfter(smallState(), upload + imports) == expected);
     }
 
-    void importLeavesLockedConfigurationsAlone()
+    void importNeedsRoomAndNoLock()
     {
         ControllerState state = smallState();
-        state.configurations[2].password = SaltedHash::of("lock");
-        const ControllerState after =
-            stateAfter(state,
-                       uploadOf({{"second", "", "", ""}})
-                           << "system import 'config' 'second' -> refused: configuration 'second' "
-                              "is locked");
-        QVERIFY(after == state);
-    }
-
-    void importNeedsRoom()
-    {
-        ControllerState state = smallState();
+        state.configurations[0].password = SaltedHash::of("lock");
         state.storeCapacity = state.usedBytes();
-        ControllerState expected = state;
-        expected.configurations[2].data = QByteArray(1000, 'x');
         const QByteArray full = " -> refused: the configuration store is full";
-        const ControllerState after = stateAfter(
-            state,
-            uploadOf({{"new", "", "", ""},
-                      {"first", "", "", QByteArray(1001, 'x')},
-                      {"second", "Bob", "Second one", QByteArray(1000, 'x')}})
-                << "system import 'config' 'new'" + full << "system import 'config' 'first'" + full
-                << "system import 'config' 'second'");
-        QVERIFY(after == expected);
+        const QByteArrayList refused = uploadOf({{"new", "", "", ""},
+                                                 {"first", "", "", QByteArray(1001, 'x')},
+                                                 {"second", "Bob", "", QByteArray(1000, 'x')},
+                                                 {"standard", "", "", ""}})
+            << "system import 'config' 'new'" + full << "system import 'config' 'first'" + full
+            << "system import 'config' 'standard' -> refused: configuration 'standard' is locked";
+        expectUnchanged(state, refused);
+        ControllerState expected = state;
+        expected.configurations[2] = {"second", "Bob", "", {}, QByteArray(1000, 'x')};
+        const QByteArrayList import{"system import 'config' 'second'"};
+        QVERIFY(stateAfter(state, refused + import) == expected);
     }
 
     void whatIsNotOfferedIsNotImported()
     {
         const QByteArray unknown = " -> refused: unknown configuration 'first'";
         const QByteArray wrong = " -> refused: wrong argument";
-        const ControllerState after =
-            stateAfter(smallState(),
-                       uploadOf({{"new", "", "", ""}}) << "system import 'config' 'first'" + unknown
-                                                       << "system import 'image' 'new'" + wrong
-                                                       << "system import config new" + wrong
-                                                       << "system import 'config' 'new' x" + wrong);
-        QVERIFY(after == smallState());
+        expectUnchanged(smallState(),
+                        uploadOf({{"new", "", "", ""}})
+                            << "system import 'config' 'first'" + unknown
+                            << "system import 'image' 'new'" + wrong
+                            << "system import config new" + wrong
+                            << "system import 'config' 'new' x" + wrong);
     }
 
     void theStandardConfigurationIsReplacedByAnImport()
     {
         const QByteArrayList deletion = uploadOf({{"standard", "S", "other standard", "s"}})
             << "veltra2 config delete_config standard";
-        QVERIFY(stateAfter(smallState(), deletion) == smallState());
+        expectUnchanged(smallState(), deletion);
         ControllerState expected = smallState();
         expected.configurations[0] = {"standard", "S", "other standard", {}, "s"};
         const QByteArrayList import{"system import 'config' 'standard'"};

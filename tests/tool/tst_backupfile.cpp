@@ -50,14 +50,6 @@ class TestBackupFile : public QObject
     Q_OBJECT
 
 private slots:
-    void holdsWhatTheFileSays()
-    {
-        const BackupFile file(SampleBackup::makeFile(m_folder.path(), SampleBackup::document()));
-        QVERIFY(!file.refusal());
-        QCOMPARE(SampleBackup::describe(file.record()), SampleBackup::description());
-        QCOMPARE(file.creationDate(), QString("2024-03-05T14:07:09"));
-    }
-
     void noticesThatTheFileChangesMeanwhile()
     {
         const QString path = SampleBackup::makeFile(m_folder.path(), SampleBackup::document());

@@ -11,34 +11,25 @@ class TestToolCommandLine : public QObject
     Q_OBJECT
 
 private slots:
-    void refusesAWrongCommandLine_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("problem");
-        const auto row = [](const QStringList &arguments, const char *problem) {
-            QTest::newRow(problem) << arguments << QString(problem);
-        };
-        row({}, "The first argument is verify, list, show, diff or extract; see --help.");
-        row({"show"}, "show wants PATH....");
-        row({"show", ""}, "A file has no name.");
-        row({"diff", "a"}, "diff wants FILE FILE | FOLDER FOLDER.");
-        row({"extract"}, "extract wants BACKUP [FILE.dat].");
-        row({"extract", "a", "b", "c"}, "extract wants BACKUP [FILE.dat].");
-        row({"verify", "--bogus", "a"}, "Unknown option 'bogus'.");
-        row({"diff", "--ignore", "serials", "a", "b"}, "There is no field \"serials\".");
-        row({"show", "--ignore", "serial", "a"}, "--ignore does not go with show.");
-        row({"verify", "--force", "a"}, "--force does not go with verify.");
-        row({"verify", "--newer-than", "2 days"},
-            "\"2 days\" is no age: 30m, 12h, 2d and 1w are some.");
-        row({"verify", "--tracking", "x"}, "\"x\" is no version: \"4.2.0\" is one.");
-        row({"diff", "--controller", "a"}, "diff wants two controllers, or none.");
-    }
-
     void refusesAWrongCommandLine()
     {
-        QFETCH(const QStringList, arguments);
-        QFETCH(const QString, problem);
-        Tool::expectRun(arguments, 2, "", "veltra4-backup: " + problem + '\n');
+        const auto expectRefusal = [](const QStringList &arguments, const QString &problem) {
+            Tool::expectRun(arguments, 2, "", "veltra4-backup: " + problem + '\n');
+        };
+        expectRefusal({}, "The first argument is verify, list, show, diff or extract; see --help.");
+        expectRefusal({"show"}, "show wants PATH....");
+        expectRefusal({"show", ""}, "A file has no name.");
+        expectRefusal({"diff", "a"}, "diff wants FILE FILE | FOLDER FOLDER.");
+        expectRefusal({"extract"}, "extract wants BACKUP [FILE.dat].");
+        expectRefusal({"extract", "a", "b", "c"}, "extract wants BACKUP [FILE.dat].");
+        expectRefusal({"verify", "--bogus", "a"}, "Unknown option 'bogus'.");
+        expectRefusal({"diff", "--ignore", "serials", "a", "b"}, "There is no field \"serials\".");
+        expectRefusal({"show", "--ignore", "serial", "a"}, "--ignore does not go with show.");
+        expectRefusal({"verify", "--force", "a"}, "--force does not go with verify.");
+        expectRefusal({"verify", "--newer-than", "2 days"},
+                      "\"2 days\" is no age: 30m, 12h, 2d and 1w are some.");
+        expectRefusal({"verify", "--tracking", "x"}, "\"x\" is no version: \"4.2.0\" is one.");
+        expectRefusal({"diff", "--controller", "a"}, "diff wants two controllers, or none.");
     }
 
     void doesNotPassOffWhatItCannotPrint()

@@ -95,22 +95,17 @@ private slots:
         QCOMPARE(Tool::run({"extract", m_backup}).exitCode, 2);
     }
 
-    void refusesWhatARestoreRefuses()
+    void refusesWhatARestoreRefusesAndWhatHoldsNoConfigurations()
     {
         Tool::makeFile(m_backup, documentWith(">example.com<", "><"));
         const Tool::Run run = Tool::run({"extract", m_backup});
         QCOMPARE(run.exitCode, 1);
         QVERIFY(
             run.complaint.startsWith(m_backup + ": line 21, column 19: ZORBackupData/domain: "));
-        QCOMPARE(m_folder->files(), QStringList{"tracker.lab.xml"});
-        QCOMPARE(Tool::run({"extract", "/nosuch.xml"}).exitCode, 2);
-    }
-
-    void refusesABackupWithoutConfigurations()
-    {
         Tool::makeFile(m_backup, documentWith("AAH+/yBjb25maWd1cmF0aW9ucw==", ""));
         expectRun({"extract", m_backup}, 1, "", m_backup + ": It holds no configurations.\n");
         QCOMPARE(m_folder->files(), QStringList{"tracker.lab.xml"});
+        QCOMPARE(Tool::run({"extract", "/nosuch.xml"}).exitCode, 2);
     }
 
     void leavesOnAFullDiskWhatThereWas()

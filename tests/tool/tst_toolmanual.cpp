@@ -83,11 +83,13 @@ private slots:
         }
     }
 
-    void commandsAreCompleted()
+    void commandsAndFieldsAreCompleted()
     {
         QCOMPARE(completionsOf({""}, {}),
                  (QStringList{"diff", "extract", "list", "show", "verify"}));
         QCOMPARE(completionsOf({"--json", "v"}, {}), QStringList{"verify"});
+        QCOMPARE(completionsOf({"diff", "--ignore", "n"}, {}),
+                 (QStringList{"name", "nameServer", "net", "ntpServer"}));
     }
 
     void filesAreCompleted()
@@ -101,12 +103,6 @@ private slots:
         QCOMPARE(completionsOf({"extract", "a b.xml", ""}, folder.path()),
                  (QStringList{"a b.xml", "b.XML", "c.dat", "e"}));
         QCOMPARE(completionsOf({"list", "--controller", ""}, folder.path()), QStringList());
-    }
-
-    void fieldsAreCompleted()
-    {
-        QCOMPARE(completionsOf({"diff", "--ignore", "n"}, {}),
-                 (QStringList{"name", "nameServer", "net", "ntpServer"}));
     }
 };
 

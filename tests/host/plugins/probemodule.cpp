@@ -18,15 +18,58 @@ class ProbeModule : public QObject, public ModuleInterface, public MessageReceiv
 
 public:
     void hook() override { }
-    void release() override;
     QString moduleName() override { return QStringLiteral("Probe"); }
     QString moduleVersion() override { return QStringLiteral("v1.0.0"); }
-    QList<ModuleMenuEntry *> menuEntries() override;
-    void setProperty(QString name, QVariant value) override;
-    int receiveMessage(int id, const char *source, const char *text) override;
+
+    void release() override
+    {
+        if (m_dialog) {
+            m_channel->removeMessageReceiver("Probe", this);
+        }
+        delete m_dialog.data();
+    }
+
+    QList<ModuleMenuEntry *> menuEntries() override
+    {
+        if (m_isObserver) {
+            return {};
+        }
+        announce(QStringLiteral("model %1").arg(m_versions->systemModel));
+        m_dialog = new QDialog(m_parent);
+        m_dialog->setObjectName(QStringLiteral("ProbeDialog"));
+        m_channel->addMessageReceiver("Probe", this);
+        m_entry.action = new QAction(QStringLiteral("&Probe"), this);
+        m_entry.actionPosition = 30;
+        m_entry.menuTitle = QStringLiteral("&VELTRA4");
+        m_entry.menuPosition = 100;
+        connect(m_entry.action, &QAction::triggered, m_dialog.data(), &QDialog::exec);
+        return {&m_entry};
+    }
+
+    void setProperty(QString name, QVariant value) override
+    {
+        if (name == QLatin1String("CommandManager")) {
+            m_channel = value.value<IOManager *>();
+        } else if (name == QLatin1String("ModuleParent")) {
+            m_parent = value.value<QWidget *>();
+        } else if (name == QLatin1String("BackendVersions")) {
+            m_versions = value.value<BackendVersions *>();
+        } else if (name == QLatin1String("ObserverMode")) {
+            m_isObserver = value.toBool();
+        }
+    }
+
+    int receiveMessage(int /*id*/, const char *source, const char *text) override
+    {
+        announce(QStringLiteral("message %1 %2").arg(QLatin1String(source), QLatin1String(text)));
+        return 0;
+    }
 
 private:
-    void announce(const QString &text);
+    void announce(const QString &text)
+    {
+        m_channel->postMessage("standard", "Probe", 1, text.toLatin1().constData());
+    }
 
     IOManager *m_channel = nullptr;
     QWidget *m_parent = nullptr;
@@ -35,54 +78,5 @@ private:
     QPointer<QDialog> m_dialog;
     ModuleMenuEntry m_entry;
 };
-
-void ProbeModule::release()
-{
-    if (m_dialog) {
-        m_channel->removeMessageReceiver("Probe", this);
-    }
-    delete m_dialog.data();
-}
-
-QList<ModuleMenuEntry *> ProbeModule::menuEntries()
-{
-    if (m_isObserver) {
-        return {};
-    }
-    announce(QStringLiteral("model %1").arg(m_versions->systemModel));
-    m_dialog = new QDialog(m_parent);
-    m_dialog->setObjectName(QStringLiteral("ProbeDialog"));
-    m_channel->addMessageReceiver("Probe", this);
-    m_entry.action = new QAction(QStringLiteral("&Probe"), this);
-    m_entry.actionPosition = 30;
-    m_entry.menuTitle = QStringLiteral("&VELTRA4");
-    m_entry.menuPosition = 100;
-    connect(m_entry.action, &QAction::triggered, m_dialog.data(), &QDialog::exec);
-    return {&m_entry};
-}
-
-void ProbeModule::setProperty(QString name, QVariant value)
-{
-    if (name == QLatin1String("CommandManager")) {
-        m_channel = value.value<IOManager *>();
-    } else if (name == QLatin1String("ModuleParent")) {
-        m_parent = value.value<QWidget *>();
-    } else if (name == QLatin1String("BackendVersions")) {
-        m_versions = value.value<BackendVersions *>();
-    } else if (name == QLatin1String("ObserverMode")) {
-        m_isObserver = value.toBool();
-    }
-}
-
-int ProbeModule::receiveMessage(int /*id*/, const char *source, const char *text)
-{
-    announce(QStringLiteral("message %1 %2").arg(QLatin1String(source), QLatin1String(text)));
-    return 0;
-}
-
-void ProbeModule::announce(const QString &text)
-{
-    m_channel->postMessage("standard", "Probe", 1, text.toLatin1().constData());
-}
 
 #include "probemodule.moc"
