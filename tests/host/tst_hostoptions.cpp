@@ -93,13 +93,23 @@ private slots:
         QCOMPARE(int(controller.port), 4711);
     }
 
-    void whatIsNotUnderstoodIsRefused()
+    void whatIsNotUnderstoodOrDoesNotGoTogetherIsRefused()
     {
         expectRefusal({"--bogus"}, "Unknown option 'bogus'.");
         expectRefusal({"file.dat"}, "Unexpected argument \"file.dat\".");
         expectRefusal({"--state"}, "Missing value after '--state'.");
         for (const QString option : {"state", "plugin", "tour"}) {
             expectRefusal({"--" + option + '='}, "--" + option + " wants a path.");
+        }
+        expectRefusal({"--tour", "x", "--state", "y"},
+                      "--tour changes the controller's state, so it goes without --state.");
+        expectRefusal({"--tour", "x", "--observer"},
+                      "--tour needs the modules' actions, so it goes without --observer.");
+        for (const QString option : {"--state", "--latency", "--fail", "--tour"}) {
+            expectRefusal({"--controller", "x:1", option, "1"},
+                          option
+                              + " is for the simulated controller in the host, so it goes "
+                                "without --controller.");
         }
     }
 
@@ -122,20 +132,6 @@ private slots:
                   {"tracker", ":4711", "", "[::1]"});
         expectRefusal({"--latency", "x", "--pt-version", "y"}, // the first one is told
                       "--pt-version wants a version such as 1.27.0, not \"y\".");
-    }
-
-    void whatDoesNotGoTogetherIsRefused()
-    {
-        expectRefusal({"--tour", "x", "--state", "y"},
-                      "--tour changes the controller's state, so it goes without --state.");
-        expectRefusal({"--tour", "x", "--observer"},
-                      "--tour needs the modules' actions, so it goes without --observer.");
-        for (const QString option : {"--state", "--latency", "--fail", "--tour"}) {
-            expectRefusal({"--controller", "x:1", option, "1"},
-                          option
-                              + " is for the simulated controller in the host, so it goes "
-                                "without --controller.");
-        }
     }
 };
 

@@ -84,9 +84,7 @@ private slots:
 
     void versionIsThatOfTheProject()
     {
-        const Outcome outcome = run({"--version"});
-        QCOMPARE(outcome.exitCode, 0);
-        QCOMPARE(outcome.output.trimmed(), QStringLiteral("veltra4-host " VELTRA4_VERSION));
+        QCOMPARE(run({"--version"}).output, "veltra4-host " VELTRA4_VERSION "\n");
     }
 
     void aTourThatFailsNamesItsStepWithExitCode1()

@@ -6,24 +6,18 @@ class TestCascadeCommands : public QObject
     Q_OBJECT
 
 private slots:
-    void connectedSlavesAreCountedAndNamed()
+    void connectedSlavesAreCountedNamedAndAvailableIfTheyAnswer()
     {
         expectAnswers(smallState(),
                       {"cascade number_of_connected_slaves -> 2",
-                       "cascade connected_slave d01 -> near",
-                       "cascade connected_slave d02 -> dead"});
-        for (const QByteArray place : {"d03", "d00", "d1", "d001", "t01", "01", "", "d0x"}) {
-            expectRefusals(smallState(), "unknown slave", {"cascade connected_slave " + place});
-        }
-    }
-
-    void onlyAConnectedSlaveThatAnswersIsAvailable()
-    {
-        expectAnswers(smallState(),
-                      {"cascade connected_slave_available near -> yes",
+                       "cascade connected_slave d01 -> near", "cascade connected_slave d02 -> dead",
+                       "cascade connected_slave_available near -> yes",
                        "cascade connected_slave_available dead -> no",
                        "cascade connected_slave_available ready -> no",
                        "cascade connected_slave_available nobody -> refused: unknown slave"});
+        for (const QByteArray place : {"d03", "d00", "d1", "d001", "t01", "01", "", "d0x"}) {
+            expectRefusals(smallState(), "unknown slave", {"cascade connected_slave " + place});
+        }
     }
 
     void anotherSlaveHasToBeScannedFirst()

@@ -15,7 +15,9 @@ private slots:
         QVERIFY(hash.matches("secret"));
         for (const QByteArray other : {"", "Secret", "secret ", "secre"}) {
             QVERIFY(!hash.matches(other));
+            QVERIFY(!SaltedHash().matches(other));
         }
+        QVERIFY(!SaltedHash().isSet());
     }
 
     void eachPasswordGetsASaltOfItsOwn()
@@ -25,13 +27,6 @@ private slots:
         QVERIFY(one.hash != SaltedHash::of("secret", "pepper").hash);
         QVERIFY(SaltedHash::of("secret").salt != SaltedHash::of("secret").salt);
         QCOMPARE(SaltedHash::of("secret").salt.size(), 16);
-    }
-
-    void nothingMatchesWhereNoneIsSet()
-    {
-        QVERIFY(!SaltedHash().isSet());
-        QVERIFY(!SaltedHash().matches(""));
-        QVERIFY(!SaltedHash().matches("x"));
     }
 };
 

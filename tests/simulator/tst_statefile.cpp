@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
+
 namespace {
 
 QByteArray contentOf(const QString &path)

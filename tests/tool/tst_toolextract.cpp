@@ -79,7 +79,7 @@ private slots:
         QCOMPARE(contentOf(m_target), m_data);
     }
 
-    void replacesNeitherTheBackupNorAFolder()
+    void replacesNeitherTheBackupNorAFolderNorALink()
     {
         QVERIFY(QFile::link(m_backup, m_target));
         expectRun({"extract", "--force", m_backup}, 2, "",
@@ -87,12 +87,9 @@ private slots:
         QCOMPARE(contentOf(m_backup), SampleBackup::document());
         expectRun({"extract", m_backup, m_folder->path()}, 2, "",
                   m_folder->path() + ": This is a folder.\n");
-    }
-
-    void replacesNoLinkToNowhere()
-    {
-        QVERIFY(QFile::link("/nowhere", m_target));
-        QCOMPARE(Tool::run({"extract", m_backup}).exitCode, 2);
+        const QString toNowhere = m_folder->path("link");
+        QVERIFY(QFile::link("/nowhere", toNowhere));
+        QCOMPARE(Tool::run({"extract", m_backup, toNowhere}).exitCode, 2);
     }
 
     void refusesWhatARestoreRefusesAndWhatHoldsNoConfigurations()
