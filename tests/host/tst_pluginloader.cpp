@@ -3,6 +3,7 @@
 #include "hostapi/moduleinterface.h"
 #include "tests/support/testmain.h"
 
+#include <QTemporaryDir>
 #include <QtTest>
 
 using Result = PluginLoader::Result;
@@ -37,8 +38,10 @@ private slots:
 
     void aRelativePathBeginsInTheCurrentFolder()
     {
-        QVERIFY(QDir::setCurrent(QCoreApplication::applicationDirPath()));
-        QCOMPARE(PluginLoader("probemodule.so").load(), Result::Loaded);
+        const QTemporaryDir folder;
+        QVERIFY(QFile::copy(beside("probemodule.so"), folder.filePath("elsewhere.so")));
+        QVERIFY(QDir::setCurrent(folder.path()));
+        QCOMPARE(PluginLoader("elsewhere.so").load(), Result::Loaded);
     }
 
     void whatIsNoModuleIsRefused()
