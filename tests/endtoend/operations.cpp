@@ -1,15 +1,78 @@
 #include "tests/endtoend/operations.h"
 
-#include "tests/endtoend/table.h"
 #include "tests/endtoend/transferfiles.h"
-#include "tests/support/userinput.h"
 
-#include <QAbstractButton>
 #include <QtTest>
+
+using namespace Story;
 
 namespace {
 
-// Little to read and little to transfer, so that there are few calls and each can be tried.
+Step together(const Steps &steps)
+{
+    return [steps](Scene &scene) {
+        for (const Step &step : steps) {
+            step(scene);
+        }
+    };
+}
+
+Step playing(const Steps &steps)
+{
+    return [steps](Scene &scene) { scene.tryToPlay(steps); };
+}
+
+Step clicking(const char *button, const Step &window)
+{
+    return playing({onList({click(button), leave}), window});
+}
+
+Step backingUp()
+{
+    return playing(backUp("backup.xml", answer(QMessageBox::Ok)));
+}
+
+Step saving()
+{
+    return playing({onList({click("pushButton_save"), leave}),
+                    onSave({click("checkBox_allSettings"), click("pushButton_save"), leave}),
+                    chooseToSave("new.dat"), answer(QMessageBox::Ok)});
+}
+
+Step restoring()
+{
+    return playing(
+        load("backup.xml",
+             {answer(QMessageBox::Yes), answer(QMessageBox::Yes), answer(QMessageBox::Ok)}));
+}
+
+// Without waiting for the time of the automatic backup to come.
+void backUpAutomatically(Scene &scene)
+{
+    auto *dialog = scene.window->findChild<QDialog *>("ConfigSaveDlgClass");
+    scene.tellVersion(HostVersion::current);
+    QVERIFY(QMetaObject::invokeMethod(dialog, "doAutomaticBackup"));
+}
+
+// The cascade differs from the one in the backup afterwards.
+void makeBackup(Scene &scene)
+{
+    scene.play(backUp("backup.xml"));
+    scene.controller.execute("veltra2 cascade sub_slave tracker-lab4");
+    scene.controller.execute("veltra2 cascade add_slave tracker-hall1");
+}
+
+// With a slave that the controller looks for in vain.
+void makeBackupOfAStranger(Scene &scene)
+{
+    makeBackup(scene);
+    const QString path = scene.filePath("backup.xml");
+    TransferFiles::write(path,
+                         TransferFiles::contentsOf(path).replace("tracker-lab4", "tracker-lab9"));
+}
+
+} // namespace
+
 ControllerState smallState()
 {
     ControllerState state = ControllerState::sample();
@@ -23,336 +86,72 @@ ControllerState smallState()
     return state;
 }
 
-void nothing(Scene & /*scene*/) { }
-
-void offer(Scene &scene)
-{
-    scene.frontEnd.offerAction();
-}
-
-void releaseFirst(Scene &scene)
-{
-    scene.frontEnd.release();
-}
-
-void refresh(Scene &scene)
-{
-    scene.useList([](QDialog *) {});
-}
-
-void failQueries(Scene &scene)
-{
-    scene.failAlways("config free_space");
-    scene.failAlways("/^config (owner|desc)_of_config/");
-}
-
-void failContact(Scene &scene)
-{
-    scene.failAlways("config number_of_configs");
-}
-
-void hearOfNoContact(Scene &scene)
-{
-    scene.answer(QMessageBox::Ok);
-    scene.frontEnd.tryAction();
-}
-
-void activate(Scene &scene)
-{
-    scene.useList([](QDialog *list) {
-        Table::click(list, Sample::fairText);
-        UserInput::click(list, "pushButton_apply");
-    });
-}
-
-void lockAnother(Scene &scene)
-{
-    scene.frontEnd.controller.execute("config active_config " + Sample::fair);
-    scene.frontEnd.controller.execute("config new_password 'right'");
-    scene.frontEnd.controller.execute("config active_config " + Sample::active);
-}
-
-void activateLocked(Scene &scene)
-{
-    scene.useList([](QDialog *list) { Table::doubleClick(list, Sample::fairText); });
-}
-
-void deleteOne(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.answer(QMessageBox::Ok);
-        UserInput::click(list, "pushButton_delete");
-    });
-}
-
-void deleteByKey(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.answer(QMessageBox::Ok);
-        UserInput::press(list, Qt::Key_Delete);
-    });
-}
-
-void create(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("NewConfigurationDialog", [](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_desc", "x");
-            UserInput::click(dialog, "pushButton_create");
-        });
-        UserInput::click(list, "pushButton_new");
-    });
-}
-
-void createWithDefaults(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("NewConfigurationDialog", [](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_desc", "x");
-            UserInput::click(dialog, "radioButton_new");
-            UserInput::click(dialog, "pushButton_create");
-        });
-        UserInput::click(list, "pushButton_new");
-    });
-}
-
-void changeAndAgree(QDialog *dialog)
-{
-    UserInput::type(dialog, "lineEdit_desc", "x");
-    UserInput::press(dialog, Qt::Key_Return);
-}
-
-void edit(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("EditConfigDialog", changeAndAgree);
-        UserInput::click(list, "pushButton_edit");
-    });
-}
-
-void editByDoubleClick(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("EditConfigDialog", changeAndAgree);
-        Table::doubleClick(list, Sample::fairText);
-    });
-}
-
-void lock(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("LockConfigurationDialog", [](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_new_password", "a");
-            UserInput::type(dialog, "lineEdit_new_password_repeat", "a");
-            UserInput::click(dialog, "pushButton_ok");
-        });
-        UserInput::click(list, "pushButton_lock");
-    });
-}
-
-void lockActive(Scene &scene)
-{
-    scene.frontEnd.controller.execute("config new_password 'right'");
-}
-
-void unlock(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("UnlockConfigurationDialog", [](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_password", "right");
-            UserInput::click(dialog, "pushButton_ok");
-        });
-        UserInput::click(list, "pushButton_lock");
-    });
-}
-
-void unlockBySuperPassword(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("UnlockConfigurationDialog", [](QDialog *dialog) {
-            UserInput::click(dialog, "checkBox_use_super_password");
-            UserInput::type(dialog, "lineEdit_password", "super");
-            UserInput::press(dialog, Qt::Key_Return);
-        });
-        UserInput::click(list, "pushButton_lock");
-    });
-}
-
-void save(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("ConfigSaveDlgClass", [](QDialog *dialog) {
-            UserInput::click(dialog, "checkBox_allSettings");
-            UserInput::click(dialog, "pushButton_save");
-        });
-        scene.expectChooser("Save configuration(s)", scene.home.filePath("new.dat"));
-        scene.answer(QMessageBox::Ok);
-        UserInput::click(list, "pushButton_save");
-    });
-}
-
-void failClones(Scene &scene)
-{
-    scene.failAlways("/clone_config/#2");
-    scene.failAlways("/delete_config/");
-}
-
-void backUp(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expect("ConfigSaveDlgClass",
-                     [](QDialog *dialog) { UserInput::click(dialog, "pushButton_save"); });
-        scene.expectChooser("Backup all settings", scene.file);
-        scene.answer(QMessageBox::Ok);
-        UserInput::click(list, "pushButton_save");
-    });
-}
-
-void failBackup(Scene &scene)
-{
-    scene.file = scene.home.filePath("backup.xml");
-    scene.failAlways("system download 2");
-}
-
-void nameBackup(Scene &scene)
-{
-    scene.file = scene.home.filePath("backup.xml");
-}
-
-// Without waiting for the time of the automatic backup to come.
-void backUpAutomatically(Scene &scene)
-{
-    auto *dialog = scene.frontEnd.window->findChild<QDialog *>("ConfigSaveDlgClass");
-    scene.frontEnd.tellVersion(HostVersion::current);
-    QVERIFY(QMetaObject::invokeMethod(dialog, "doAutomaticBackup"));
-}
-
-void makeConfigurationFile(Scene &scene)
-{
-    const ControllerState &state = scene.frontEnd.state();
-    scene.file = TransferFiles::write(
-        scene.home.filePath("some.dat"),
-        Archive::pack({TransferFiles::item(configurationIn(state, Sample::fair)),
-                       TransferFiles::item(configurationIn(state, Sample::active))}));
-}
-
-void load(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expectChooser("Load Configurations", scene.file);
-        scene.expect("ConfigLoadDlgClass",
-                     [](QDialog *dialog) { UserInput::click(dialog, "pushButton_load"); });
-        scene.answer(QMessageBox::Ok);
-        UserInput::click(list, "pushButton_load");
-    });
-}
-
-// The cascade differs from the one in the backup afterwards.
-void makeBackup(Scene &scene)
-{
-    nameBackup(scene);
-    backUp(scene);
-    scene.frontEnd.driver.verify();
-    scene.frontEnd.controller.execute("veltra2 cascade sub_slave tracker-lab4");
-    scene.frontEnd.controller.execute("veltra2 cascade add_slave tracker-hall1");
-}
-
-void restore(Scene &scene)
-{
-    scene.useList([&scene](QDialog *list) {
-        scene.expectChooser("Load Configurations", scene.file);
-        scene.answer(QMessageBox::Yes);
-        scene.answer(QMessageBox::Yes);
-        scene.answer(QMessageBox::Ok);
-        UserInput::click(list, "pushButton_load");
-    });
-}
-
-// With a slave that the controller looks for in vain.
-void makeBackupOfAStranger(Scene &scene)
-{
-    makeBackup(scene);
-    QFile file(scene.file);
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    const QByteArray document = file.readAll().replace("tracker-lab4", "tracker-lab9");
-    QVERIFY(file.seek(0));
-    file.write(document);
-}
-
-void makeBackupAndFailCascade(Scene &scene)
-{
-    makeBackup(scene);
-    scene.failAlways("cascade connected_slave_available *");
-}
-
-} // namespace
-
-Scene::Scene()
-    : frontEnd(smallState())
-{
-}
-
-void Scene::expect(const char *objectName, const Action &action)
-{
-    frontEnd.driver.expectDialog(QString::fromLatin1(objectName), [action](QDialog *window) {
-        const QPointer<QDialog> watched(window);
-        action(window);
-        if (watched && watched->isVisible()) {
-            watched->reject();
-        }
-    });
-}
-
-void Scene::expectChooser(const char *caption, const QString &path)
-{
-    frontEnd.driver.expectFileDialog(QString::fromLatin1(caption), path);
-}
-
-void Scene::answer(QMessageBox::StandardButton button)
-{
-    expect("",
-           [button](QDialog *box) { qobject_cast<QMessageBox *>(box)->button(button)->click(); });
-}
-
-void Scene::useList(const Action &action)
-{
-    expect("ConfigurationDialog", action);
-    frontEnd.tryAction();
-}
-
-void Scene::failAlways(const char *fault)
-{
-    QString error;
-    QVERIFY2(frontEnd.channel.faults().add(QString::fromLatin1(fault), &error), qPrintable(error));
-}
-
 QVector<Operation> allOperations()
 {
+    const Step nothing = [](Scene &) {};
+    const Step refreshing = playing({onList({leave})});
+    const Step lockActive = execute("config new_password 'right'");
+    const Step lockAnother = together({execute("config active_config " + Sample::fair), lockActive,
+                                       execute("config active_config " + Sample::active)});
+    const Step failBackup = fault("system download 2");
+    const Actions edit = {type("lineEdit_desc", "x"), press(Qt::Key_Return)};
     return {
-        {"first refresh", releaseFirst, offer},
-        {"refresh", nothing, refresh},
-        {"refresh with failures", failQueries, refresh},
-        {"refresh without contact", failContact, hearOfNoContact},
-        {"activation", nothing, activate},
-        {"activation by double click", lockAnother, activateLocked},
-        {"deletion", nothing, deleteOne},
-        {"deletion by key", nothing, deleteByKey},
-        {"new", nothing, create},
-        {"new with default values", nothing, createWithDefaults},
-        {"edit", nothing, edit},
-        {"edit by double click", nothing, editByDoubleClick},
-        {"lock", nothing, lock},
-        {"unlock", lockActive, unlock},
-        {"unlock by super password", lockActive, unlockBySuperPassword},
-        {"save", nothing, save},
-        {"save with failures", failClones, save},
-        {"manual backup", nameBackup, backUp},
-        {"failing manual backup", failBackup, backUp},
+        {"first refresh", [](Scene &scene) { scene.release(); },
+         [](Scene &scene) { scene.offerAction(); }},
+        {"refresh", nothing, refreshing},
+        {"refresh with failures",
+         together({fault("config free_space"), fault("/^config (owner|desc)_of_config/")}),
+         refreshing},
+        {"refresh without contact", fault("config number_of_configs"),
+         playing({answer(QMessageBox::Ok)})},
+        {"activation", nothing,
+         playing({onList({selectRow(Sample::fairText), click("pushButton_apply"), leave})})},
+        {"activation by double click", lockAnother,
+         playing({onList({doubleClickRow(Sample::fairText), leave})})},
+        {"deletion", nothing, clicking("pushButton_delete", answer(QMessageBox::Ok))},
+        {"deletion by key", nothing,
+         playing({onList({press(Qt::Key_Delete), leave}), answer(QMessageBox::Ok)})},
+        {"new", nothing,
+         clicking("pushButton_new",
+                  onNew({type("lineEdit_desc", "x"), click("pushButton_create")}))},
+        {"new with default values", nothing,
+         clicking("pushButton_new",
+                  onNew({type("lineEdit_desc", "x"), click("radioButton_new"),
+                         click("pushButton_create")}))},
+        {"edit", nothing, clicking("pushButton_edit", onEdit(edit))},
+        {"edit by double click", nothing,
+         playing({onList({doubleClickRow(Sample::fairText), leave}), onEdit(edit)})},
+        {"lock", nothing,
+         clicking("pushButton_lock",
+                  onLock({type("lineEdit_new_password", "a"),
+                          type("lineEdit_new_password_repeat", "a"), click("pushButton_ok")}))},
+        {"unlock", lockActive,
+         clicking("pushButton_lock",
+                  onUnlock({type("lineEdit_password", "right"), click("pushButton_ok")}))},
+        {"unlock by super password", lockActive,
+         clicking("pushButton_lock",
+                  onUnlock({click("checkBox_use_super_password"),
+                            type("lineEdit_password", "super"), press(Qt::Key_Return)}))},
+        {"save", nothing, saving()},
+        {"save with failures", together({fault("/clone_config/#2"), fault("/delete_config/")}),
+         saving()},
+        {"manual backup", nothing, backingUp()},
+        {"failing manual backup", failBackup, backingUp()},
         {"automatic backup", nothing, backUpAutomatically},
         {"failing automatic backup", failBackup, backUpAutomatically},
-        {"load", makeConfigurationFile, load},
-        {"restore", makeBackup, restore},
-        {"restore of an incomplete cascade", makeBackupAndFailCascade, restore},
-        {"restore of an unknown slave", makeBackupOfAStranger, restore},
+        {"load", makeFile("some.dat", {Sample::fair, Sample::active}),
+         playing(load("some.dat", {onLoad({click("pushButton_load")}), answer(QMessageBox::Ok)}))},
+        {"restore", makeBackup, restoring()},
+        {"restore of an incomplete cascade",
+         together({makeBackup, fault("cascade connected_slave_available *")}), restoring()},
+        {"restore of an unknown slave", makeBackupOfAStranger, restoring()},
     };
+}
+
+void addOperations()
+{
+    QTest::addColumn<Operation>("operation");
+    for (const Operation &operation : allOperations()) {
+        QTest::newRow(operation.name) << operation;
+    }
 }

@@ -104,11 +104,11 @@ private slots:
         QSet<QByteArray> formats;
         const auto operations = allOperations();
         for (const Operation &operation : operations) {
-            Scene scene;
+            Scene scene(smallState());
             operation.prepare(scene);
             operation.play(scene);
-            scene.frontEnd.driver.verify();
-            formats.unite(scene.frontEnd.record.formats());
+            scene.driver.verify();
+            formats.unite(scene.record.formats());
         }
         const auto expected = QSet<QByteArray>(vocabulary.cbegin(), vocabulary.cend());
         QCOMPARE(QSet<QByteArray>(formats).subtract(expected).values(), QByteArrayList());

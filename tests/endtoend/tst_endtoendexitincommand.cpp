@@ -10,8 +10,6 @@
 
 namespace {
 
-using Step = Operation::Step;
-
 void release(FrontEnd &frontEnd)
 {
     frontEnd.release();
@@ -40,8 +38,6 @@ constexpr int pullCount = 3;
 
 } // namespace
 
-Q_DECLARE_METATYPE(Operation::Step)
-
 /// The host takes everything away within a call of its own channel, while the plug-in waits for it
 /// to return.
 class TestEndToEndExitInCommand : public QObject
@@ -53,36 +49,27 @@ private slots:
     {
         for (const Operation &operation : allOperations()) {
             if (operation.name == QByteArray("refresh")) {
-                m_refresh = playUndisturbed(operation.prepare, operation.play);
+                m_refresh = playUndisturbed(operation);
             }
         }
         QVERIFY(!m_refresh.isEmpty());
     }
 
-    void theHostLeavesWithinEachCall_data()
-    {
-        QTest::addColumn<Step>("prepare");
-        QTest::addColumn<Step>("play");
-        const auto operations = allOperations();
-        for (const Operation &operation : operations) {
-            QTest::newRow(operation.name) << operation.prepare << operation.play;
-        }
-    }
+    void theHostLeavesWithinEachCall_data() { addOperations(); }
 
     // The ways to leave take turns, but for the calls in which hosts are most likely to leave: the
     // first, the last, and those that tell them something.
     void theHostLeavesWithinEachCall()
     {
-        QFETCH(const Step, prepare);
-        QFETCH(const Step, play);
-        const QVector<Call> calls = playUndisturbed(prepare, play);
+        QFETCH(const Operation, operation);
+        const QVector<Call> calls = playUndisturbed(operation);
         QVERIFY(!calls.isEmpty());
         for (const int call : callsToLeaveIn(calls)) {
             const bool takesAllTurns =
                 calls.at(call - 1).tells || call == 1 || call == calls.size();
             for (int turn = 0; turn < pullCount; ++turn) {
                 if (takesAllTurns || turn == call % pullCount) {
-                    playUntil(call, prepare, play, pulls[turn]);
+                    playUntil(call, operation, pulls[turn]);
                 }
                 if (QTest::currentTestFailed()) {
                     qWarning("call %d of %d, turn %d", call, calls.size(), turn);
@@ -99,23 +86,23 @@ private:
         bool tells;         // the host something
     };
 
-    static QVector<Call> playUndisturbed(Step prepare, Step play)
+    static QVector<Call> playUndisturbed(const Operation &operation)
     {
-        Scene scene;
-        prepare(scene);
+        Scene scene(smallState());
+        operation.prepare(scene);
         QVector<Call> calls;
         QByteArray command;
-        Record &record = scene.frontEnd.record;
+        Record &record = scene.record;
         record.takeMessages();
         record.onCommand = [&](const QByteArray &sent) { command = sent; };
         record.onCall = [&] {
             calls.append({command, !record.takeMessages().isEmpty()});
             command.clear();
         };
-        play(scene);
+        operation.play(scene);
         record.onCommand = {};
         record.onCall = {};
-        scene.frontEnd.driver.verify();
+        scene.driver.verify();
         return calls;
     }
 
@@ -146,26 +133,26 @@ private:
         return chosen;
     }
 
-    static void playUntil(int lastCall, Step prepare, Step play, Pull pull)
+    static void playUntil(int lastCall, const Operation &operation, Pull pull)
     {
-        Scene scene;
-        prepare(scene);
+        Scene scene(smallState());
+        operation.prepare(scene);
         int calls = 0;
-        scene.frontEnd.record.onCall = [&] {
+        scene.record.onCall = [&] {
             if (++calls == lastCall) {
-                pull(scene.frontEnd);
+                pull(scene);
             }
         };
-        play(scene);
+        operation.play(scene);
         QCOMPARE(calls, lastCall); // the plug-in falls silent
-        QCOMPARE(scene.frontEnd.channel.receiverCount(), 0);
+        QCOMPARE(scene.channel.receiverCount(), 0);
         QVERIFY(!QApplication::activeModalWidget());
         QVERIFY(!QGuiApplication::overrideCursor());
-        for (const QString &problem : scene.frontEnd.driver.takeProblems()) {
+        for (const QString &problem : scene.driver.takeProblems()) {
             QVERIFY2(problem.startsWith("never seen"), qPrintable(problem));
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        scene.frontEnd.triggerAction(); // the menu may still show it
+        scene.triggerAction(); // the menu may still show it
     }
 
     QVector<Call> m_refresh; // what reading the list asks for, with nothing else around it

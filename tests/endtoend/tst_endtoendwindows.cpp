@@ -1,5 +1,4 @@
 #include "tests/endtoend/operations.h"
-#include "tests/endtoend/transferfiles.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
@@ -8,6 +7,8 @@
 #include <QPushButton>
 #include <QTextDocument>
 #include <QtTest>
+
+using namespace Story;
 
 namespace {
 
@@ -39,31 +40,6 @@ private:
     bool m_isCoverLifted = false;
 };
 
-// Opens a dialog by a button of the list.
-void visit(const QByteArray &button, const QByteArray &dialog, const Scene::Action &look)
-{
-    Scene scene;
-    scene.useList([&](QDialog *list) {
-        scene.expect(dialog, look);
-        UserInput::click(list, button);
-    });
-}
-
-// Opens the load dialog on all configurations, then runs @p afterwards on the list.
-void load(Scene &scene, const Scene::Action &look, const Scene::Action &afterwards = {})
-{
-    const QString path = TransferFiles::write(scene.home.filePath("all.dat"),
-                                              TransferFiles::wholeArchive(scene.frontEnd.state()));
-    scene.useList([&](QDialog *list) {
-        scene.expectChooser("Load Configurations", path);
-        scene.expect("ConfigLoadDlgClass", look);
-        UserInput::click(list, "pushButton_load");
-        if (afterwards) {
-            afterwards(list);
-        }
-    });
-}
-
 QStringList boldButtons(const QDialog *dialog)
 {
     QStringList names;
@@ -92,24 +68,16 @@ class TestEndToEndWindows : public QObject
 private slots:
     void cleanup() { QApplication::setPalette(QPalette()); }
 
-    void closedWindowsArePaintedOverBeforeTheNextCommand_data()
-    {
-        QTest::addColumn<int>("index");
-        const auto operations = allOperations();
-        for (int i = 0; i < operations.size(); ++i) {
-            QTest::newRow(operations.at(i).name) << i;
-        }
-    }
+    void closedWindowsArePaintedOverBeforeTheNextCommand_data() { addOperations(); }
 
     void closedWindowsArePaintedOverBeforeTheNextCommand()
     {
-        QFETCH(const int, index);
-        const Operation operation = allOperations().at(index);
-        Scene scene;
+        QFETCH(const Operation, operation);
+        Scene scene(smallState());
         operation.prepare(scene);
         std::optional<PaintWatch> watch;
-        scene.frontEnd.record.onCommand = [&](const QByteArray &command) {
-            const auto *list = scene.frontEnd.window->findChild<QDialog *>("ConfigurationDialog");
+        scene.record.onCommand = [&](const QByteArray &command) {
+            const auto *list = scene.window->findChild<QDialog *>("ConfigurationDialog");
             if (list == nullptr || !list->isVisible()) {
                 watch.reset();
             } else if (!watch) {
@@ -120,31 +88,20 @@ private slots:
         operation.play(scene);
     }
 
-    void theButtonOfTheReturnKeyStandsOut_data()
-    {
-        QTest::addColumn<QByteArray>("button");
-        QTest::addColumn<QByteArray>("dialog");
-        const auto row = [](const char *button, const char *dialog) {
-            QTest::newRow(dialog) << QByteArray(button) << QByteArray(dialog);
-        };
-        row("pushButton_new", "NewConfigurationDialog");
-        row("pushButton_edit", "EditConfigDialog");
-        row("pushButton_lock", "LockConfigurationDialog");
-        row("pushButton_save", "ConfigSaveDlgClass");
-    }
-
     void theButtonOfTheReturnKeyStandsOut()
     {
-        QFETCH(const QByteArray, button);
-        QFETCH(const QByteArray, dialog);
-        visit(button, dialog, [](QDialog *opened) {
-            const QStringList bold = boldButtons(opened);
+        const Action look = [](QDialog *dialog) {
+            const QStringList bold = boldButtons(dialog);
             QCOMPARE(bold.size(), 1);
-            QVERIFY(UserInput::named<QPushButton>(opened, qPrintable(bold.first()))->isDefault());
-            QCOMPARE(boldButtons(qobject_cast<QDialog *>(opened->parentWidget())),
+            QVERIFY(UserInput::named<QPushButton>(dialog, qPrintable(bold.first()))->isDefault());
+            QCOMPARE(boldButtons(qobject_cast<QDialog *>(dialog->parentWidget())),
                      QStringList("pushButton_apply"));
-            opened->reject();
-        });
+        };
+        Scene scene;
+        scene.play({onList({click("pushButton_new"), click("pushButton_edit"),
+                            click("pushButton_lock"), click("pushButton_save"), leave}),
+                    onNew({look, leave}), onEdit({look, leave}), onLock({look, leave}),
+                    onSave({look, leave})});
     }
 
     void whatCannotBeTypedIntoLooksLikeIt_data()
@@ -159,25 +116,23 @@ private slots:
         QFETCH(const QPalette, palette);
         Scene scene;
         QApplication::setPalette(palette); // as a desktop may in the evening
-        const auto looksLikeItsWindow = [](QDialog *dialog, const char *name) {
-            QWidget *field = UserInput::widgetNamed(dialog, QString::fromLatin1(name));
-            const QPalette &around = dialog->palette();
-            return backgroundOf(field) == around.color(QPalette::Window)
-                && field->palette().color(QPalette::Text) == around.color(QPalette::WindowText);
+        const auto seeLikeItsWindow = [](const char *name, bool expected) {
+            return [name, expected](QDialog *dialog) {
+                QWidget *field = UserInput::widgetNamed(dialog, name);
+                const QPalette &around = dialog->palette();
+                QCOMPARE(backgroundOf(field) == around.color(QPalette::Window), expected);
+                QVERIFY(!expected
+                        || field->palette().color(QPalette::Text)
+                            == around.color(QPalette::WindowText));
+            };
         };
-        load(scene, [&](QDialog *dialog) {
-            QVERIFY(looksLikeItsWindow(dialog, "lineEdit_path"));
-            dialog->reject();
-        });
-        scene.useList([&](QDialog *list) {
-            QVERIFY(looksLikeItsWindow(list, "lineEdit_activeConfig"));
-            scene.expect("EditConfigDialog", [&](QDialog *dialog) {
-                QVERIFY(looksLikeItsWindow(dialog, "lineEdit_configId"));
-                QVERIFY(!looksLikeItsWindow(dialog, "lineEdit_desc"));
-                dialog->reject();
-            });
-            UserInput::click(list, "pushButton_edit");
-        });
+        scene.play({makeFile("some.dat", {Sample::fair}),
+                    onList({click("pushButton_load"), click("pushButton_edit"),
+                            seeLikeItsWindow("lineEdit_activeConfig", true), leave}),
+                    chooseToLoad("some.dat"),
+                    onLoad({seeLikeItsWindow("lineEdit_path", true), leave}),
+                    onEdit({seeLikeItsWindow("lineEdit_configId", true),
+                            seeLikeItsWindow("lineEdit_desc", false), leave})});
     }
 
     void aLongActiveDescriptionIsToldInATip()
@@ -197,17 +152,18 @@ private slots:
     void afterALoadTheListHasTheKeyboard()
     {
         Scene scene;
-        const auto loadAll = [&scene](QDialog *dialog) {
-            scene.answer(QMessageBox::Ok);
-            UserInput::click(dialog, "pushButton_load");
-            // As window managers do that give the keyboard to the window that had it before all
-            // others.
-            QApplication::setActiveWindow(scene.frontEnd.window.get());
+        // As window managers do that give the keyboard to the window that had it before all others.
+        const Action activateHost = [&scene](QDialog *) {
+            QApplication::setActiveWindow(scene.window.get());
         };
-        load(scene, loadAll, [](QDialog *list) {
+        const Action seeKeyboard = [](QDialog *list) {
             QTRY_VERIFY(list->isActiveWindow());
             QCOMPARE(UserInput::focusOf(list), "tableWidget");
-        });
+        };
+        scene.play({makeFile("some.dat", {Sample::fair}),
+                    onList({click("pushButton_load"), seeKeyboard, leave}),
+                    chooseToLoad("some.dat"), onLoad({click("pushButton_load"), activateHost}),
+                    answer(QMessageBox::Ok)});
     }
 };
 
