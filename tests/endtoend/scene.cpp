@@ -21,7 +21,7 @@ void Scene::tryToPlay(const QVector<Step> &steps)
     action()->trigger();
 }
 
-Story::Action Story::click(const char *button)
+Story::Action Story::click(const QByteArray &button)
 {
     return [button](QDialog *window) { UserInput::click(window, button); };
 }
@@ -69,10 +69,10 @@ void Story::leave(QDialog *window)
     window->reject();
 }
 
-Story::Step Story::on(const char *objectName, const Actions &actions)
+Story::Step Story::on(const QString &objectName, const Actions &actions)
 {
     return [objectName, actions](Scene &scene) {
-        scene.driver.expectDialog(QString::fromLatin1(objectName), [actions](QDialog *window) {
+        scene.driver.expectDialog(objectName, [actions](QDialog *window) {
             const QPointer<QDialog> watched(window);
             for (const Action &action : actions) {
                 if (watched) {

@@ -37,7 +37,7 @@ using Actions = QVector<Action>;
 
 /// @name What the user does in a window
 /// @{
-Action click(const char *button);
+Action click(const QByteArray &button);
 Action type(const char *lineEdit, const QString &text);
 Action press(Qt::Key key);
 Action selectRow(const QString &row);
@@ -51,7 +51,7 @@ void leave(QDialog *window);
 
 /// @name The windows
 /// @{
-Step on(const char *objectName, const Actions &actions);
+Step on(const QString &objectName, const Actions &actions);
 Step onList(const Actions &actions);
 Step onNew(const Actions &actions);
 Step onEdit(const Actions &actions);

@@ -1,4 +1,4 @@
-#include "tests/endtoend/frontend.h"
+#include "tests/endtoend/scene.h"
 #include "tests/endtoend/transferfiles.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
@@ -11,22 +11,14 @@
 #include <QTableWidget>
 #include <QtTest>
 
-#include <optional>
+using namespace Story;
 
 namespace {
 
 const QString listDialog = QStringLiteral("ConfigurationDialog");
 const QString saveDialog = QStringLiteral("ConfigSaveDlgClass");
 const QString loadDialog = QStringLiteral("ConfigLoadDlgClass");
-const QString lockDialog = QStringLiteral("LockConfigurationDialog");
 const QString unlockDialog = QStringLiteral("UnlockConfigurationDialog");
-
-ControllerState stateFor(const QString &dialog)
-{
-    ControllerState state = ControllerState::sample();
-    state.activeIdentifier = dialog == unlockDialog ? Sample::locked : Sample::fair;
-    return state;
-}
 
 QString accessibleText(QWidget *widget, QAccessible::Text kind)
 {
@@ -90,14 +82,16 @@ QVector<QWidget *> tabWalk(QDialog *dialog, int steps)
 }
 
 // Goes to a control by Tab and presses a key there.
-void pressAt(QDialog *dialog, const QString &control, Qt::Key key)
+Action pressAt(const QString &control, Qt::Key key)
 {
-    const int stops = tabStopsOf(dialog).size();
-    for (int i = 0; i < stops && UserInput::focusOf(dialog) != control; ++i) {
-        UserInput::press(dialog, Qt::Key_Tab);
-    }
-    QCOMPARE(UserInput::focusOf(dialog), control);
-    UserInput::press(dialog, key);
+    return [control, key](QDialog *dialog) {
+        const int stops = tabStopsOf(dialog).size();
+        for (int i = 0; i < stops && UserInput::focusOf(dialog) != control; ++i) {
+            UserInput::press(dialog, Qt::Key_Tab);
+        }
+        QCOMPARE(UserInput::focusOf(dialog), control);
+        UserInput::press(dialog, key);
+    };
 }
 
 QRect placeIn(const QDialog *dialog, const QWidget *widget)
@@ -139,9 +133,6 @@ class TestEndToEndAccessibility : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_home.emplace(); }
-    void cleanup() { m_home.reset(); }
-
     void everyControlHasAName_data() { dialogs(); }
 
     void everyControlHasAName()
@@ -236,38 +227,26 @@ private slots:
 
     void configurationsAreMadeAndSavedWithoutAMouse()
     {
-        FrontEnd frontEnd;
-        const QString file = m_home->filePath(QStringLiteral("two.dat"));
-        const auto create = [](QDialog *dialog) {
+        Scene scene;
+        const Action typeAtFocus = [](QDialog *dialog) {
             QTest::keyClicks(dialog->focusWidget(), QStringLiteral("Made by keyboard"));
-            UserInput::press(dialog, Qt::Key_Return);
         };
-        const auto saveFirstTwo = [&](QDialog *dialog) {
-            pressAt(dialog, QStringLiteral("checkBox_allSettings"), Qt::Key_Space);
-            pressAt(dialog, QStringLiteral("pushButton_clearSelection"), Qt::Key_Space);
-            pressAt(dialog, QStringLiteral("tableWidget_selectConfigs"), Qt::Key_Space);
-            UserInput::press(dialog, Qt::Key_Down);
-            UserInput::press(dialog, Qt::Key_Space);
-            frontEnd.driver.expectFileDialog(QStringLiteral("Save configuration(s)"), file);
-            frontEnd.driver.expectBox(
-                {QMessageBox::Information, QStringLiteral("Save Configurations"),
-                 QStringLiteral("Configuration data successfully written to the file\n%1")
-                     .arg(file)});
-            pressAt(dialog, QStringLiteral("pushButton_save"), Qt::Key_Space);
-            UserInput::press(dialog, Qt::Key_Escape);
-        };
-        frontEnd.useList([&](QDialog *list) {
-            frontEnd.driver.expectDialog(QStringLiteral("NewConfigurationDialog"), create);
-            pressAt(list, QStringLiteral("pushButton_new"), Qt::Key_Space);
-            frontEnd.driver.expectDialog(saveDialog, saveFirstTwo);
-            pressAt(list, QStringLiteral("pushButton_save"), Qt::Key_Space);
-        });
-        const QVector<Configuration> &configurations = frontEnd.state().configurations;
+        scene.play({onList({pressAt("pushButton_new", Qt::Key_Space),
+                            pressAt("pushButton_save", Qt::Key_Space), leave}),
+                    onNew({typeAtFocus, press(Qt::Key_Return)}),
+                    onSave({pressAt("checkBox_allSettings", Qt::Key_Space),
+                            pressAt("pushButton_clearSelection", Qt::Key_Space),
+                            pressAt("tableWidget_selectConfigs", Qt::Key_Space),
+                            press(Qt::Key_Down), press(Qt::Key_Space),
+                            pressAt("pushButton_save", Qt::Key_Space), press(Qt::Key_Escape)}),
+                    chooseToSave("two.dat"), savedBox("two.dat")});
+        const QVector<Configuration> &configurations = scene.state().configurations;
         QCOMPARE(configurations.constLast().description, QByteArrayLiteral("Made by keyboard"));
         QVector<Archive::Item> items;
         QString problem;
-        QVERIFY2(Archive::unpack(TransferFiles::contentsOf(file), &items, &problem),
-                 qPrintable(problem));
+        QVERIFY2(
+            Archive::unpack(TransferFiles::contentsOf(scene.filePath("two.dat")), &items, &problem),
+            qPrintable(problem));
         QCOMPARE(items.size(), 2);
     }
 
@@ -276,23 +255,25 @@ private:
     {
         QTest::addColumn<QString>("dialog");
         QTest::addColumn<QString>("button"); // of the list, which opens the dialog
-        QTest::newRow("list") << listDialog << QString();
-        QTest::newRow("new") << "NewConfigurationDialog"
-                             << "pushButton_new";
-        QTest::newRow("edit") << "EditConfigDialog"
-                              << "pushButton_edit";
-        QTest::newRow("lock") << lockDialog << "pushButton_lock";
-        QTest::newRow("unlock") << unlockDialog << "pushButton_lock";
-        QTest::newRow("save") << saveDialog << "pushButton_save";
-        QTest::newRow("load") << loadDialog << "pushButton_load";
+        const auto row = [](const char *name, const QString &dialog, const QString &button) {
+            QTest::newRow(name) << dialog << button;
+        };
+        row("list", listDialog, "");
+        row("new", "NewConfigurationDialog", "pushButton_new");
+        row("edit", "EditConfigDialog", "pushButton_edit");
+        row("lock", "LockConfigurationDialog", "pushButton_lock");
+        row("unlock", unlockDialog, "pushButton_lock");
+        row("save", saveDialog, "pushButton_save");
+        row("load", loadDialog, "pushButton_load");
     }
 
     // Opens the dialog of the test's data, runs @p action on it, and closes it.
-    void visit(const std::function<void(QDialog *dialog)> &action) const
+    static void visit(const Action &action)
     {
         QFETCH(const QString, dialog);
         QFETCH(const QString, button);
-        FrontEnd frontEnd(stateFor(dialog));
+        ControllerState state = ControllerState::sample();
+        state.activeIdentifier = dialog == unlockDialog ? Sample::locked : Sample::fair;
         bool isVisited = false;
         const auto look = [&](QDialog *window) {
             if (dialog == saveDialog) {
@@ -300,26 +281,21 @@ private:
             }
             action(window);
             isVisited = true;
-            window->reject();
         };
-        if (button.isEmpty()) {
-            frontEnd.openList(look);
+        Steps steps{makeFile("cells.dat", {Sample::fair, Sample::locked})};
+        if (dialog == listDialog) {
+            steps << onList({look, leave});
         } else {
-            frontEnd.useList([&](QDialog *list) {
-                if (dialog == loadDialog) {
-                    const QString file =
-                        TransferFiles::write(m_home->filePath(QStringLiteral("cells.dat")),
-                                             TransferFiles::wholeArchive(frontEnd.state()));
-                    frontEnd.driver.expectFileDialog(QStringLiteral("Load Configurations"), file);
-                }
-                frontEnd.driver.expectDialog(dialog, look);
-                UserInput::click(list, button.toLatin1().constData());
-            });
+            steps << onList({click(button.toLatin1()), leave});
+            if (dialog == loadDialog) {
+                steps << chooseToLoad("cells.dat");
+            }
+            steps << on(dialog, {look, leave});
         }
+        Scene scene(state);
+        scene.play(steps);
         QVERIFY(isVisited);
     }
-
-    std::optional<TemporaryHome> m_home;
 };
 
 VELTRA4_TEST(TestEndToEndAccessibility)

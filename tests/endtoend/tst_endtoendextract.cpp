@@ -1,30 +1,31 @@
-#include "tests/endtoend/frontend.h"
+#include "tests/endtoend/scene.h"
 #include "tests/endtoend/table.h"
 #include "tests/support/testmain.h"
-#include "tests/support/userinput.h"
 #include "tests/tool/toolrun.h"
 
-#include <QAbstractButton>
-#include <QFileInfo>
 #include <QtTest>
 
-#include <algorithm>
 #include <memory>
-#include <optional>
+
+using namespace Story;
 
 namespace {
 
 constexpr int patienceMs = 60000; // for what happens on its own, however busy the machine is
 
-// Of a list of configurations: all but the identified one.
-QVector<Configuration> without(const QByteArray &identifier, QVector<Configuration> configurations)
+// Of the sample; what comes back gets a new slot at the end.
+ControllerState withSampleAtEnd(ControllerState state, const QByteArray &identifier)
 {
-    configurations.erase(std::remove_if(configurations.begin(), configurations.end(),
-                                        [&identifier](const Configuration &configuration) {
-                                            return configuration.identifier == identifier;
-                                        }),
-                         configurations.end());
-    return configurations;
+    if (hasConfiguration(state, identifier)) {
+        removeConfiguration(state, identifier);
+    }
+    state.configurations << configurationIn(ControllerState::sample(), identifier);
+    return state;
+}
+
+Step change(const QString &addition)
+{
+    return onEdit({type("lineEdit_desc", addition), click("pushButton_ok")});
 }
 
 } // namespace
@@ -38,132 +39,74 @@ class TestEndToEndExtract : public QObject
 private slots:
     void init()
     {
-        m_home.emplace();
-        m_frontEnd = std::make_unique<FrontEnd>();
-        m_file = m_home->filePath("found.dat");
-        makeAutomaticBackup();
+        m_scene = std::make_unique<Scene>();
+        m_scene->tellVersion(HostVersion::current);
+        QTRY_VERIFY_WITH_TIMEOUT(Tool::run({"verify"}).exitCode == 0, patienceMs);
     }
 
     void cleanup()
     {
-        m_frontEnd.reset();
-        m_home.reset();
+        m_scene.reset();
         QVERIFY(!QGuiApplication::overrideCursor());
     }
 
     void aDeletedConfigurationComesBack()
     {
-        m_frontEnd->useList([this](QDialog *list) {
-            removeOne(list, Sample::fairText);
-            removeOne(list, Sample::rotorText);
-            changeOne(list, Sample::activeText, " changed");
-        });
-        const ControllerState between = m_frontEnd->state();
+        m_scene->play({onList({selectRow(Sample::fairText), click("pushButton_delete"),
+                               selectRow(Sample::rotorText), click("pushButton_delete"),
+                               doubleClickRow(Sample::activeText), leave}),
+                       answer(QMessageBox::Ok), answer(QMessageBox::Ok), change(" changed")});
+        const ControllerState between = m_scene->state();
         QVERIFY(!hasConfiguration(between, Sample::fair));
-
         extractNewest();
         loadOne(Sample::fairText);
-
-        ControllerState expected = between;
-        expected.configurations << configurationIn(ControllerState::sample(), Sample::fair);
-        QCOMPARE(m_frontEnd->state(), expected);
+        QCOMPARE(m_scene->state(), withSampleAtEnd(between, Sample::fair));
     }
 
     void aChangedConfigurationBecomesWhatItWas()
     {
-        m_frontEnd->useList([this](QDialog *list) {
-            changeOne(list, Sample::rotorText, " no more");
-            changeOne(list, Sample::fairText, " that nobody visits");
-        });
-        const ControllerState between = m_frontEnd->state();
-
+        m_scene->play(
+            {onList({doubleClickRow(Sample::rotorText), doubleClickRow(Sample::fairText), leave}),
+             change(" no more"), change(" that nobody visits")});
+        const ControllerState between = m_scene->state();
         extractNewest();
         loadOne(Sample::rotorText);
-
-        // What comes back gets a new slot at the end.
-        ControllerState expected = between;
-        expected.configurations = without(Sample::rotor, between.configurations);
-        expected.configurations << configurationIn(ControllerState::sample(), Sample::rotor);
-        QCOMPARE(m_frontEnd->state(), expected);
+        QCOMPARE(m_scene->state(), withSampleAtEnd(between, Sample::rotor));
     }
 
     void aBackupIsOfferedInFull()
     {
         extractNewest();
-        QStringList offered;
-        m_frontEnd->useList([&](QDialog *list) {
-            m_frontEnd->driver.expectFileDialog("Load Configurations", m_file);
-            m_frontEnd->driver.expectDialog("ConfigLoadDlgClass", [&offered](QDialog *dialog) {
-                offered = Table::lines(dialog);
-                UserInput::click(dialog, "pushButton_exit");
-            });
-            UserInput::click(list, "pushButton_load");
-        });
         QStringList stored;
-        for (const Configuration &one : m_frontEnd->state().configurations) {
-            stored << QStringList{QString::fromLatin1(one.description),
-                                  QString::fromLatin1(one.owner),
-                                  QString::fromLatin1(one.identifier),
-                                  one.isLocked() ? QString("locked") : QString()}
+        for (const Configuration &one : m_scene->state().configurations) {
+            stored << QStringList{one.description, one.owner, one.identifier,
+                                  one.isLocked() ? "locked" : ""}
                           .join(" | ");
         }
-        QCOMPARE(offered, stored);
-        QCOMPARE(m_frontEnd->state(), ControllerState::sample());
+        const auto seeAll = [&stored](QDialog *dialog) { QCOMPARE(Table::lines(dialog), stored); };
+        m_scene->play(load("found.dat", {onLoad({seeAll, click("pushButton_exit")})}));
+        QCOMPARE(m_scene->state(), ControllerState::sample());
     }
 
 private:
-    void makeAutomaticBackup()
-    {
-        m_frontEnd->tellVersion(HostVersion::current);
-        QTRY_VERIFY_WITH_TIMEOUT(Tool::run({"verify"}).exitCode == 0, patienceMs);
-    }
-
-    void removeOne(QDialog *list, const QString &description)
-    {
-        Table::click(list, description);
-        m_frontEnd->driver.expectDialog(QString(), [](QDialog *box) {
-            qobject_cast<QMessageBox *>(box)->button(QMessageBox::Ok)->click();
-        });
-        UserInput::click(list, "pushButton_delete");
-    }
-
-    void changeOne(QDialog *list, const QString &description, const QString &addition)
-    {
-        m_frontEnd->driver.expectDialog("EditConfigDialog", [&addition](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_desc", addition);
-            UserInput::click(dialog, "pushButton_ok");
-        });
-        Table::doubleClick(list, description);
-    }
-
     void extractNewest()
     {
-        const QString controller = QString::fromLatin1(m_frontEnd->state().hostName);
+        const QString controller = QString::fromLatin1(m_scene->state().hostName);
         const Tool::Run listed = Tool::run({"list", "--controller", controller, "--json"});
         QCOMPARE(listed.exitCode, 0);
         const QString newest = listed.array().first().toObject()["file"].toString();
-        const Tool::Run extracted = Tool::run({"extract", newest, m_file});
+        const Tool::Run extracted = Tool::run({"extract", newest, m_scene->filePath("found.dat")});
         QVERIFY2(extracted.exitCode == 0, qPrintable(extracted.complaint));
     }
 
     void loadOne(const QString &description)
     {
-        m_frontEnd->useList([&](QDialog *list) {
-            m_frontEnd->driver.expectFileDialog("Load Configurations", m_file);
-            m_frontEnd->driver.expectDialog("ConfigLoadDlgClass", [&](QDialog *dialog) {
-                UserInput::click(dialog, "pushButton_clearSelection");
-                Table::click(dialog, description, Qt::ControlModifier);
-                m_frontEnd->driver.expectBox({QMessageBox::Information, "Load Configurations",
-                                              "Loading configuration successfully."});
-                UserInput::click(dialog, "pushButton_load");
-            });
-            UserInput::click(list, "pushButton_load");
-        });
+        m_scene->play(
+            load("found.dat",
+                 {onLoad({selectOnly({description}), click("pushButton_load")}), loadedBox()}));
     }
 
-    std::optional<TemporaryHome> m_home;
-    std::unique_ptr<FrontEnd> m_frontEnd;
-    QString m_file; ///< that is extracted
+    std::unique_ptr<Scene> m_scene;
 };
 
 VELTRA4_TEST(TestEndToEndExtract)

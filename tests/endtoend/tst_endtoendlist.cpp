@@ -1,4 +1,4 @@
-#include "tests/endtoend/frontend.h"
+#include "tests/endtoend/scene.h"
 #include "tests/endtoend/table.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
@@ -7,21 +7,14 @@
 #include <QTableWidget>
 #include <QtTest>
 
-#include <optional>
+using namespace Story;
 
 namespace {
 
-ExpectedBox deletionBox(const QString &description, const QString &owner,
-                        QMessageBox::StandardButton answer)
-{
-    return {QMessageBox::Warning,
-            QStringLiteral("Warning"),
-            QStringLiteral("You are about to delete the configuration '%1' owned by '%2'.")
-                .arg(description, owner),
-            answer,
-            QMessageBox::Ok | QMessageBox::Cancel,
-            QMessageBox::Cancel};
-}
+constexpr int activeRow = 6;
+constexpr int standardRow = 7;
+constexpr int fairRow = 8;
+constexpr int rotorRow = 10;
 
 QStringList sampleLines()
 {
@@ -39,9 +32,67 @@ QStringList sampleLines()
             "Wind tunnel, wing deflection 200 Hz | M. Tanaka | no"};
 }
 
-bool isEnabled(const QWidget *list, const char *button)
+QStringList sampleLinesWithout(int row)
 {
-    return UserInput::widgetNamed(list, QString::fromLatin1(button))->isEnabled();
+    QStringList lines = sampleLines();
+    lines.removeAt(row);
+    return lines;
+}
+
+Action seeLines(const QStringList &lines)
+{
+    return [lines](QDialog *list) { QCOMPARE(Table::lines(list), lines); };
+}
+
+Action seeActive(const QString &description)
+{
+    return [description](QDialog *list) {
+        QCOMPARE(UserInput::textOf(list, "lineEdit_activeConfig"), description);
+    };
+}
+
+Action seeEnabled(const char *button, bool isEnabled)
+{
+    return [button, isEnabled](QDialog *list) {
+        QCOMPARE(UserInput::widgetNamed(list, button)->isEnabled(), isEnabled);
+    };
+}
+
+Step deletionBox(const QString &description, const QString &owner,
+                 QMessageBox::StandardButton answer)
+{
+    return box({QMessageBox::Warning, "Warning",
+                QStringLiteral("You are about to delete the configuration '%1' owned by '%2'.")
+                    .arg(description, owner),
+                answer, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel});
+}
+
+ControllerState sampleWithActive(const QByteArray &identifier)
+{
+    ControllerState state = ControllerState::sample();
+    state.activeIdentifier = identifier;
+    return state;
+}
+
+ControllerState sampleWithout(const QByteArray &identifier)
+{
+    ControllerState state = ControllerState::sample();
+    removeConfiguration(state, identifier);
+    return state;
+}
+
+// Plays, and looks what became of the controller and what the host was told.
+void playFor(const ControllerState &after, const QStringList &messages, const Steps &steps)
+{
+    Scene scene;
+    scene.play(steps);
+    QCOMPARE(scene.state(), after);
+    QCOMPARE(scene.record.takeMessages(), messages);
+}
+
+void playForNothing(const Steps &steps)
+{
+    playFor(ControllerState::sample(), {}, steps);
 }
 
 } // namespace
@@ -51,233 +102,140 @@ class TestEndToEndList : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_home.emplace(); }
-    void cleanup() { m_home.reset(); }
-
     void theConfigurationsAreShownSortedWithTheActiveOneBold()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([](QDialog *list) {
-            QCOMPARE(Table::lines(list), sampleLines());
-            QCOMPARE(UserInput::textOf(list, "lineEdit_activeConfig"), Sample::activeText);
-            QCOMPARE(Table::in(list)->currentRow(), 6);
-            QVERIFY(UserInput::widgetNamed(list, QStringLiteral("label_error"))->isHidden());
-        });
+        const Action seeRest = [](QDialog *list) {
+            QCOMPARE(Table::in(list)->currentRow(), activeRow);
+            QVERIFY(UserInput::widgetNamed(list, "label_error")->isHidden());
+        };
+        playForNothing(
+            {onList({seeLines(sampleLines()), seeActive(Sample::activeText), seeRest, leave})});
     }
 
     void lookingChangesNothing()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([](QDialog *list) {
-            for (const char *description :
-                 {"Standard configuration", "Acceptance test, length bar 1.5 m"}) {
-                Table::click(list, QString::fromLatin1(description));
-            }
-            UserInput::press(list, Qt::Key_Down);
-        });
-        QCOMPARE(frontEnd.state(), ControllerState::sample());
-        QCOMPARE(frontEnd.record.takeMessages(), QStringList());
-    }
-
-    void theExitButtonClosesTheList()
-    {
-        FrontEnd frontEnd;
-        frontEnd.openList([](QDialog *list) { UserInput::click(list, "pushButton_exit"); });
+        playForNothing({onList({selectRow(Sample::standardText), selectRow(Sample::lockedText),
+                                press(Qt::Key_Down), click("pushButton_exit")})});
     }
 
     void activatingMakesAnotherOneActive()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([](QDialog *list) {
-            Table::click(list, Sample::rotorText);
-            UserInput::click(list, "pushButton_apply");
-            QStringList lines = sampleLines();
-            lines[6].remove(0, 2);
-            lines[10].prepend(QStringLiteral("* "));
-            QCOMPARE(Table::lines(list), lines);
-            QCOMPARE(UserInput::textOf(list, "lineEdit_activeConfig"), Sample::rotorText);
-            QVERIFY(!isEnabled(list, "pushButton_apply"));
-        });
-        ControllerState expected = ControllerState::sample();
-        expected.activeIdentifier = Sample::rotor;
-        QCOMPARE(frontEnd.state(), expected);
-        QCOMPARE(frontEnd.record.takeMessages(), QStringList{changeEvent()});
+        QStringList lines = sampleLines();
+        lines[activeRow].remove(0, 2);
+        lines[rotorRow].prepend("* ");
+        playFor(
+            sampleWithActive(Sample::rotor), {changeEvent()},
+            {onList({selectRow(Sample::rotorText), click("pushButton_apply"), seeLines(lines),
+                     seeActive(Sample::rotorText), seeEnabled("pushButton_apply", false), leave})});
     }
 
     void aLockedOneCanBeActivated()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([](QDialog *list) {
-            Table::doubleClick(list, Sample::lockedText);
-            QVERIFY(Table::lines(list).constFirst().startsWith(QLatin1String("* Acceptance")));
-        });
-        ControllerState expected = ControllerState::sample();
-        expected.activeIdentifier = Sample::locked;
-        QCOMPARE(frontEnd.state(), expected);
-        QCOMPARE(frontEnd.record.takeMessages(), QStringList{changeEvent()});
+        playFor(sampleWithActive(Sample::locked), {changeEvent()},
+                {onList({doubleClickRow(Sample::lockedText), see("* " + sampleLines().first()),
+                         leave})});
     }
 
     void aRefusedActivationLeavesTheOldOneActive()
     {
-        FrontEnd frontEnd;
-        frontEnd.channel.faults().addMatching(QRegularExpression("config active_config \\w"));
-        frontEnd.useList([](QDialog *list) {
-            Table::click(list, Sample::rotorText);
-            UserInput::click(list, "pushButton_apply");
-            QCOMPARE(Table::lines(list), sampleLines());
-        });
-        QCOMPARE(frontEnd.state(), ControllerState::sample());
-        QCOMPARE(frontEnd.record.takeMessages(),
-                 QStringList{errorMessage("Unable to change the configuration")});
+        playFor(ControllerState::sample(), {errorMessage("Unable to change the configuration")},
+                {fault("/config active_config \\w/"),
+                 onList({selectRow(Sample::rotorText), click("pushButton_apply"),
+                         seeLines(sampleLines()), leave})});
     }
 
     void deletingIsCancelled()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([&frontEnd](QDialog *list) {
-            Table::click(list, Sample::fairText);
-            frontEnd.driver.expectBox(deletionBox(Sample::fairText, "demo", QMessageBox::Cancel));
-            UserInput::click(list, "pushButton_delete");
-            QCOMPARE(Table::lines(list), sampleLines());
-        });
-        QCOMPARE(frontEnd.state(), ControllerState::sample());
-        QCOMPARE(frontEnd.record.takeMessages(), QStringList());
+        playForNothing({onList({selectRow(Sample::fairText), click("pushButton_delete"),
+                                seeLines(sampleLines()), leave}),
+                        deletionBox(Sample::fairText, "demo", QMessageBox::Cancel)});
     }
 
     void deletingIsConfirmed()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([&frontEnd](QDialog *list) {
-            Table::click(list, Sample::fairText);
-            frontEnd.driver.expectBox(deletionBox(Sample::fairText, "demo", QMessageBox::Ok));
-            UserInput::click(list, "pushButton_delete");
-            QStringList lines = sampleLines();
-            lines.removeAt(8);
-            QCOMPARE(Table::lines(list), lines);
-        });
-        ControllerState expected = ControllerState::sample();
-        removeConfiguration(expected, Sample::fair);
-        QCOMPARE(frontEnd.state(), expected);
-        QCOMPARE(frontEnd.record.takeMessages(), QStringList{changeEvent()});
-    }
-
-    void theDeleteKeyDeletes()
-    {
-        FrontEnd frontEnd;
-        frontEnd.useList([&frontEnd](QDialog *list) {
-            Table::click(list, Sample::rotorText);
-            frontEnd.driver.expectBox(deletionBox(Sample::rotorText, "M. Tanaka", QMessageBox::Ok));
-            UserInput::press(list, Qt::Key_Delete);
-            QStringList lines = sampleLines();
-            lines.removeAt(10);
-            QCOMPARE(Table::lines(list), lines);
-        });
-        ControllerState expected = ControllerState::sample();
-        removeConfiguration(expected, Sample::rotor);
-        QCOMPARE(frontEnd.state(), expected);
-        QCOMPARE(frontEnd.record.takeMessages(), QStringList{changeEvent()});
+        playFor(sampleWithout(Sample::fair), {changeEvent()},
+                {onList({selectRow(Sample::fairText), click("pushButton_delete"),
+                         seeLines(sampleLinesWithout(fairRow)), leave}),
+                 deletionBox(Sample::fairText, "demo", QMessageBox::Ok)});
     }
 
     void deletingTheActiveOneMakesTheStandardOneActive()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([&frontEnd](QDialog *list) {
-            frontEnd.driver.expectBox(
-                deletionBox(Sample::activeText, "R. Okafor", QMessageBox::Ok));
-            UserInput::press(list, Qt::Key_Delete); // the active one is selected at first
-            QStringList lines = sampleLines();
-            lines.removeAt(6);
-            lines[6].prepend(QStringLiteral("* "));
-            QCOMPARE(Table::lines(list), lines);
-            QCOMPARE(UserInput::textOf(list, "lineEdit_activeConfig"), Sample::standardText);
-        });
-        ControllerState expected = ControllerState::sample();
-        removeConfiguration(expected, Sample::active);
+        ControllerState expected = sampleWithout(Sample::active);
         expected.activeIdentifier = Sample::standard;
-        QCOMPARE(frontEnd.state(), expected);
-    }
-
-    void whatMustStayCannotBeDeleted_data()
-    {
-        QTest::addColumn<QString>("description");
-        QTest::newRow("a locked one") << Sample::lockedText;
-        QTest::newRow("the standard one") << Sample::standardText;
+        QStringList lines = sampleLines();
+        lines[standardRow].prepend("* ");
+        lines.removeAt(activeRow);
+        playFor(expected, {changeEvent()},
+                {onList({press(Qt::Key_Delete), // the active one is selected at first
+                         seeLines(lines), seeActive(Sample::standardText), leave}),
+                 deletionBox(Sample::activeText, "R. Okafor", QMessageBox::Ok)});
     }
 
     void whatMustStayCannotBeDeleted()
     {
-        QFETCH(QString, description);
-        FrontEnd frontEnd;
-        frontEnd.useList([&description](QDialog *list) {
-            Table::click(list, description);
-            QVERIFY(!isEnabled(list, "pushButton_delete"));
-            UserInput::click(list, "pushButton_delete");
-            UserInput::press(list, Qt::Key_Delete);
-            QCOMPARE(Table::lines(list), sampleLines());
-        });
-        QCOMPARE(frontEnd.state(), ControllerState::sample());
-        QCOMPARE(frontEnd.record.takeMessages(), QStringList());
+        Actions actions;
+        for (const QString &row : {Sample::lockedText, Sample::standardText}) {
+            actions << selectRow(row) << seeEnabled("pushButton_delete", false)
+                    << click("pushButton_delete") << press(Qt::Key_Delete)
+                    << seeLines(sampleLines());
+        }
+        playForNothing({onList(actions << leave)});
     }
 
     void aFailedDeletionIsReported()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([&frontEnd](QDialog *list) {
-            Table::click(list, Sample::fairText);
-            // Somebody else locks it while it is on the screen.
-            frontEnd.controller.execute("config active_config " + Sample::fair);
-            frontEnd.controller.execute("config new_password 'theirs'");
-            frontEnd.driver.expectBox(deletionBox(Sample::fairText, "demo", QMessageBox::Ok));
-            UserInput::click(list, "pushButton_delete");
-            QCOMPARE(Table::lines(list).at(8),
-                     QStringLiteral("* Trade fair demonstration | demo | yes"));
-        });
-        QVERIFY(hasConfiguration(frontEnd.state(), Sample::fair));
-        QCOMPARE(frontEnd.record.takeMessages(),
+        Scene scene;
+        const Action lockElsewhere = [&scene](QDialog *) {
+            scene.controller.execute("config active_config " + Sample::fair);
+            scene.controller.execute("config new_password 'theirs'");
+        };
+        scene.play({onList({selectRow(Sample::fairText), lockElsewhere, click("pushButton_delete"),
+                            see("* Trade fair demonstration | demo | yes"), leave}),
+                    deletionBox(Sample::fairText, "demo", QMessageBox::Ok)});
+        QVERIFY(hasConfiguration(scene.state(), Sample::fair));
+        QCOMPARE(scene.record.takeMessages(),
                  QStringList({errorMessage("Unable to delete configuration"), changeEvent()}));
     }
 
     void aChangeMadeElsewhereIsSeenWhenTheListOpensAgain()
     {
-        FrontEnd frontEnd;
-        frontEnd.useList([](QDialog *) {});
-        frontEnd.controller.execute("config desc \"A new name\"");
-        frontEnd.useList([](QDialog *list) {
-            QCOMPARE(Table::lines(list).constFirst(),
-                     QStringLiteral("* A new name | R. Okafor | no"));
-        });
+        Scene scene;
+        scene.play({onList({leave})});
+        scene.play({execute("config desc \"A new name\""),
+                    onList({see("* A new name | R. Okafor | no"), leave})});
     }
 
-    void aNearlyFullStoreIsToldOf()
+    void aFillingStoreIsToldOf()
     {
         ControllerState state = ControllerState::sample();
+        const auto seeFilling = [](const char *percentage) {
+            return [percentage](QDialog *list) {
+                const auto *label = UserInput::named<QLabel>(list, "label_error");
+                QVERIFY(label->isVisible());
+                QCOMPARE(label->text(),
+                         QStringLiteral("<b><font color=red>configuration store filled %1; please "
+                                        "delete unnecessary configurations!</font></b>")
+                             .arg(percentage));
+            };
+        };
         state.storeCapacity = state.usedBytes() * 10 / 9;
-        FrontEnd frontEnd(state);
-        frontEnd.useList([](QDialog *list) {
-            const auto *label = UserInput::named<QLabel>(list, "label_error");
-            QVERIFY(label->isVisible());
-            QCOMPARE(
-                label->text(),
-                QStringLiteral("<b><font color=red>configuration store filled 90%; please delete "
-                               "unnecessary configurations!</font></b>"));
-            QVERIFY(isEnabled(list, "pushButton_new"));
-        });
+        Scene scene(state);
+        scene.play({onList({seeFilling("90%"), seeEnabled("pushButton_new", true), leave})});
+        state.storeCapacity = state.usedBytes();
+        scene.controller.setState(state);
+        scene.play({onList({seeFilling("100%"), seeEnabled("pushButton_new", false), leave})});
     }
 
     void aSilentControllerIsToldOf()
     {
-        FrontEnd frontEnd;
-        frontEnd.channel.setSleep([](int) {});
-        frontEnd.channel.setLatency(3600 * 1000);
-        frontEnd.driver.expectBox(
-            {QMessageBox::Critical, "Command Error", "no contact to Controller"});
-        frontEnd.triggerAction();
-        frontEnd.channel.setLatency(0);
-        frontEnd.useList([](QDialog *list) { QCOMPARE(Table::lines(list), sampleLines()); });
+        Scene scene;
+        scene.channel.setSleep([](int) {});
+        scene.channel.setLatency(3600 * 1000);
+        scene.play({box({QMessageBox::Critical, "Command Error", "no contact to Controller"})});
+        scene.channel.setLatency(0);
+        scene.play({onList({seeLines(sampleLines()), leave})});
     }
-
-private:
-    std::optional<TemporaryHome> m_home;
 };
 
 VELTRA4_TEST(TestEndToEndList)
