@@ -35,14 +35,8 @@ struct Plugin
         loader.unload();
     }
 
-    void connectTo(ScriptedChannel *channel, BackendVersions *versions, QWidget *parent) const
-    {
-        module->setProperty(QStringLiteral("CommandManager"),
-                            QVariant::fromValue<IOManager *>(channel));
-        module->setProperty(QStringLiteral("ModuleParent"), QVariant::fromValue(parent));
-        module->setProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(versions));
-        module->setProperty(QStringLiteral("ObserverMode"), false);
-    }
+    void set(const QString &name, const QVariant &value) const { module->setProperty(name, value); }
+    ModuleMenuEntry *entry() const { return module->menuEntries().first(); }
 
     QPluginLoader loader;
     QObject *object;
@@ -58,8 +52,22 @@ struct Controller
     }
 
     ScriptedChannel channel;
-    BackendVersions versions{{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, QStringLiteral("XQU")};
-    QWidget window;
+    BackendVersions versions{{4, 2, 0}, {1, 27, 0}, {4, 1, 0}, "XQU"};
+    std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
+};
+
+// A host that has given the plug-in all that it wants.
+struct Host : Controller, Plugin
+{
+    Host() { give(*this); }
+
+    void give(Controller &controller) const
+    {
+        set("CommandManager", QVariant::fromValue<IOManager *>(&controller.channel));
+        set("ModuleParent", QVariant::fromValue(controller.window.get()));
+        set("BackendVersions", QVariant::fromValue(&controller.versions));
+        set("ObserverMode", false);
+    }
 };
 
 // A host's channel often is an object, too; fromValue() takes it for that alone.
@@ -101,8 +109,7 @@ private:
 
 ExpectedBox noContactBox()
 {
-    return {QMessageBox::Critical, QStringLiteral("Command Error"),
-            QStringLiteral("no contact to Controller")};
+    return {QMessageBox::Critical, "Command Error", "no contact to Controller"};
 }
 
 } // namespace
@@ -118,8 +125,7 @@ private slots:
     void exportsJustTheEntryPointsOfAPlugin()
     {
         QProcess nm;
-        nm.start(QStringLiteral("nm"),
-                 {QStringLiteral("-D"), QStringLiteral("--defined-only"), pluginPath});
+        nm.start("nm", {"-D", "--defined-only", pluginPath});
         QVERIFY(nm.waitForFinished());
         QCOMPARE(nm.exitCode(), 0);
         QStringList symbols;
@@ -148,10 +154,10 @@ private slots:
         const QCborMap map =
             QCborValue::fromCbor(content.mid(start + magic.size() + 4, 4096)).toMap();
         QCOMPARE(map.size(), 2);
-        QCOMPARE(map.value(2).toString(), QStringLiteral("com.zor.Veltra2.ConfigurationsModule"));
-        QCOMPARE(map.value(3).toString(), QStringLiteral("ConfigurationsModule"));
-        QCOMPARE(QPluginLoader(pluginPath).metaData().value(QStringLiteral("IID")).toString(),
-                 QStringLiteral("com.zor.Veltra2.ConfigurationsModule"));
+        QCOMPARE(map.value(2).toString(), "com.zor.Veltra2.ConfigurationsModule");
+        QCOMPARE(map.value(3).toString(), "ConfigurationsModule");
+        QCOMPARE(QPluginLoader(pluginPath).metaData().value("IID").toString(),
+                 "com.zor.Veltra2.ConfigurationsModule");
     }
 
     void isOneInstance()
@@ -169,7 +175,7 @@ private slots:
         QVERIFY(module);
         QVERIFY(loader.unload());
         QVERIFY(module.isNull());
-        QFile mapped(QStringLiteral("/proc/self/maps"));
+        QFile mapped("/proc/self/maps");
         QVERIFY(mapped.open(QIODevice::ReadOnly));
         QVERIFY(mapped.readAll().contains("ConfigurationsModule.so"));
     }
@@ -191,53 +197,47 @@ private slots:
     void tellsItsNameAndVersion()
     {
         const Plugin plugin;
-        QCOMPARE(plugin.module->moduleName(), QStringLiteral("GUI Settings Configuration"));
-        QCOMPARE(plugin.module->moduleVersion(), QStringLiteral("v1.10.1"));
+        QCOMPARE(plugin.module->moduleName(), "GUI Settings Configuration");
+        QCOMPARE(plugin.module->moduleVersion(), "v1.10.1");
     }
 
     void hookDoesNothing()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.module->hook();
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        plugin.module->menuEntries();
-        controller.channel.takeTrace();
-        plugin.module->hook();
-        QCOMPARE(controller.channel.trace(), QStringList());
+        Host host;
+        host.module->hook();
+        host.module->menuEntries();
+        host.channel.takeTrace();
+        host.module->hook();
+        QCOMPARE(host.channel.trace(), QStringList());
     }
 
     // The menu entry
     void offersOneActionInTheMenu()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        const QList<ModuleMenuEntry *> entries = plugin.module->menuEntries();
+        Host host;
+        const QList<ModuleMenuEntry *> entries = host.module->menuEntries();
         QCOMPARE(entries.size(), 1);
         const ModuleMenuEntry *entry = entries.first();
-        QCOMPARE(entry->menuTitle, QStringLiteral("&VELTRA4"));
+        QCOMPARE(entry->menuTitle, "&VELTRA4");
         QCOMPARE(entry->menuPosition, 100);
         QCOMPARE(entry->actionPosition, 30);
         QCOMPARE(entry->reserved, 0);
-        QCOMPARE(entry->action->text(), QStringLiteral("&Configurations"));
+        QCOMPARE(entry->action->text(), "&Configurations");
         QCOMPARE(entry->action->statusTip(),
-                 QStringLiteral("Change active configuration or add new configurations"));
+                 "Change active configuration or add new configurations");
         QCOMPARE(entry->action->whatsThis(),
-                 QStringLiteral("Change active configuration or add new configurations"));
-        QCOMPARE(entry->action->parent(), plugin.object);
-        QCOMPARE(entry->widget->objectName(), QStringLiteral("ConfigurationDialog"));
-        QCOMPARE(entry->widget->parentWidget(), &controller.window);
+                 "Change active configuration or add new configurations");
+        QCOMPARE(entry->action->parent(), host.object);
+        QCOMPARE(entry->widget->objectName(), "ConfigurationDialog");
+        QCOMPARE(entry->widget->parentWidget(), host.window.get());
         QVERIFY(!entry->widget->isVisible());
     }
 
     void theDialogIsBuiltOnce()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        const QList<ModuleMenuEntry *> first = plugin.module->menuEntries();
-        QCOMPARE(controller.channel.takeTrace(),
+        Host host;
+        const QList<ModuleMenuEntry *> first = host.module->menuEntries();
+        QCOMPARE(host.channel.takeTrace(),
                  QStringList({"addMessageReceiver ConfigurationsModule",
                               "queryDouble config free_space", "queryInt config number_of_configs",
                               "queryString config active_config", "queryString config config t01",
@@ -249,24 +249,20 @@ private slots:
                               "queryString config desc_of_config alpha",
                               "queryString config config_has_password alpha"}));
         const QWidget *dialog = first.first()->widget;
-        QCOMPARE(plugin.module->menuEntries(), first);
+        QCOMPARE(host.module->menuEntries(), first);
         QCOMPARE(first.first()->widget, dialog);
-        QCOMPARE(controller.channel.trace(), QStringList());
+        QCOMPARE(host.channel.trace(), QStringList());
     }
 
     void theActionShowsTheDialog()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        const ModuleMenuEntry *entry = plugin.module->menuEntries().first();
+        Host host;
+        const ModuleMenuEntry *entry = host.entry();
         ModalDriver driver;
         for (int i = 0; i < 2; ++i) {
-            driver.expectDialog(QStringLiteral("ConfigurationDialog"), [entry](QDialog *dialog) {
+            driver.expectDialog("ConfigurationDialog", [entry](QDialog *dialog) {
                 QCOMPARE(dialog, entry->widget);
-                QCOMPARE(
-                    dialog->findChild<QTableWidget *>(QStringLiteral("tableWidget"))->rowCount(),
-                    2);
+                QCOMPARE(dialog->findChild<QTableWidget *>("tableWidget")->rowCount(), 2);
                 dialog->reject();
             });
             entry->action->trigger();
@@ -275,131 +271,108 @@ private slots:
 
     void anObserverSeesNothing()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        plugin.module->setProperty(QStringLiteral("ObserverMode"),
-                                   QStringLiteral("true")); // is converted
-        QVERIFY(plugin.module->menuEntries().isEmpty());
-        QVERIFY(plugin.module->menuEntries().isEmpty());
-        QCOMPARE(controller.channel.trace(), QStringList());
-        plugin.module->setProperty(QStringLiteral("ObserverMode"),
-                                   QVariant()); // cannot be converted
-        QCOMPARE(plugin.module->menuEntries().size(), 1);
+        Host host;
+        host.set("ObserverMode", "true"); // is converted
+        QVERIFY(host.module->menuEntries().isEmpty());
+        QVERIFY(host.module->menuEntries().isEmpty());
+        QCOMPARE(host.channel.trace(), QStringList());
+        host.set("ObserverMode", QVariant()); // cannot be converted
+        QCOMPARE(host.module->menuEntries().size(), 1);
     }
 
     void releaseDeletesTheDialogAndEmptiesTheList()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        const ModuleMenuEntry *entry = plugin.module->menuEntries().first();
+        Host host;
+        const ModuleMenuEntry *entry = host.entry();
         const QPointer<QWidget> dialog(entry->widget);
         const QPointer<QAction> action(entry->action);
-        controller.channel.takeTrace();
-        plugin.module->release();
+        host.channel.takeTrace();
+        host.module->release();
         QVERIFY(dialog.isNull());
         QVERIFY(!action.isNull()); // the menu may still hold it
         QVERIFY(!entry->widget);
-        QCOMPARE(controller.channel.trace(), QStringList{"removeMessageReceiver ServiceModule"});
+        QCOMPARE(host.channel.trace(), QStringList{"removeMessageReceiver ServiceModule"});
         action->trigger();
         QVERIFY(!QApplication::activeModalWidget());
     }
 
     void releaseMayBeRepeated()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.module->release();
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        plugin.module->menuEntries();
-        plugin.module->release();
-        plugin.module->release();
-        QCOMPARE(
-            controller.channel.trace().count(QStringLiteral("removeMessageReceiver ServiceModule")),
-            1);
+        Host host;
+        host.module->release();
+        host.module->menuEntries();
+        host.module->release();
+        host.module->release();
+        QCOMPARE(host.channel.trace().count("removeMessageReceiver ServiceModule"), 1);
     }
 
     void afterReleaseANewDialogCanBeBuilt()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        const QPointer<QAction> oldAction(plugin.module->menuEntries().first()->action);
-        plugin.module->release();
-        const QList<ModuleMenuEntry *> entries = plugin.module->menuEntries();
+        Host host;
+        const QPointer<QAction> oldAction(host.entry()->action);
+        host.module->release();
+        const QList<ModuleMenuEntry *> entries = host.module->menuEntries();
         QCOMPARE(entries.size(), 1);
         QVERIFY(entries.first()->widget);
         QVERIFY(entries.first()->action != oldAction);
-        QCOMPARE(oldAction->parent(), plugin.object);
+        QCOMPARE(oldAction->parent(), host.object);
     }
 
     // Properties
     void lastPropertyWins()
     {
-        Controller first;
         Controller second;
-        const Plugin plugin;
-        plugin.connectTo(&first.channel, &first.versions, &first.window);
-        plugin.connectTo(&second.channel, &second.versions, &second.window);
-        QCOMPARE(plugin.module->menuEntries().first()->widget->parentWidget(), &second.window);
-        QCOMPARE(first.channel.trace(), QStringList());
+        Host host;
+        host.give(second);
+        QCOMPARE(host.entry()->widget->parentWidget(), second.window.get());
+        QCOMPARE(host.channel.trace(), QStringList());
         QVERIFY(!second.channel.trace().isEmpty());
     }
 
     void unknownPropertiesAreIgnored()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        plugin.module->setProperty(QStringLiteral("commandmanager"), QVariant());
-        plugin.module->setProperty(QStringLiteral("Observer"), true);
-        plugin.module->setProperty(QString(), 5);
-        QCOMPARE(plugin.module->menuEntries().first()->widget->parentWidget(), &controller.window);
-        QVERIFY(!controller.channel.trace().isEmpty());
+        Host host;
+        host.set("commandmanager", QVariant());
+        host.set("Observer", true);
+        host.set(QString(), 5);
+        QCOMPARE(host.entry()->widget->parentWidget(), host.window.get());
+        QVERIFY(!host.channel.trace().isEmpty());
     }
 
     void exitHasTheFocusFromTheStart()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        const QWidget *dialog = plugin.module->menuEntries().first()->widget;
+        Host host;
+        const QWidget *dialog = host.entry()->widget;
         QVERIFY(dialog->focusWidget());
-        QCOMPARE(dialog->focusWidget()->objectName(), QStringLiteral("pushButton_exit"));
+        QCOMPARE(dialog->focusWidget()->objectName(), "pushButton_exit");
     }
 
     void aParentThatIsNoWidgetIsNoParent()
     {
-        Controller controller;
         QObject noWidget;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        plugin.module->setProperty(QStringLiteral("ModuleParent"), QVariant::fromValue(&noWidget));
-        QVERIFY(!plugin.module->menuEntries().first()->widget->parentWidget());
+        Host host;
+        host.set("ModuleParent", QVariant::fromValue(&noWidget));
+        QVERIFY(!host.entry()->widget->parentWidget());
     }
 
     void aParentGivenAsObjectIsTaken()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, nullptr);
-        plugin.module->setProperty(QStringLiteral("ModuleParent"),
-                                   QVariant::fromValue(static_cast<QObject *>(&controller.window)));
-        QCOMPARE(plugin.module->menuEntries().first()->widget->parentWidget(), &controller.window);
+        QWidget another;
+        Host host;
+        host.set("ModuleParent", QVariant::fromValue<QObject *>(&another));
+        QCOMPARE(host.entry()->widget->parentWidget(), &another);
     }
 
     // It would make a pane of each widget that it is given as a child.
     void aSplitterKeepsItsPanes()
     {
-        Controller controller;
         QSplitter splitter;
         splitter.addWidget(new QWidget);
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &splitter);
+        Host host;
+        host.set("ModuleParent", QVariant::fromValue<QWidget *>(&splitter));
         int panes = 0;
-        controller.channel.whenSent("config number_of_configs", [&] { panes = splitter.count(); });
-        plugin.module->menuEntries();
+        host.channel.whenSent("config number_of_configs", [&] { panes = splitter.count(); });
+        host.module->menuEntries();
         QCOMPARE(panes, 1);
         QCOMPARE(splitter.count(), 1);
     }
@@ -409,42 +382,36 @@ private slots:
         const Plugin plugin;
         ModalDriver driver;
         driver.expectBox(noContactBox());
-        const ModuleMenuEntry *entry = plugin.module->menuEntries().first();
+        const ModuleMenuEntry *entry = plugin.entry();
         driver.verify();
         driver.expectBox(noContactBox());
         entry->action->trigger();
         driver.verify();
         // Nothing is given, so nothing that came with a later version is offered.
-        QCOMPARE(
-            entry->widget->findChild<QTableWidget *>(QStringLiteral("tableWidget"))->columnCount(),
-            3);
+        QCOMPARE(entry->widget->findChild<QTableWidget *>("tableWidget")->columnCount(), 3);
     }
 
     void propertiesOfTheWrongTypeAreAsGoodAsNone()
     {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
+        Host host;
         for (const char *name : {"CommandManager", "BackendVersions", "ModuleParent"}) {
-            plugin.module->setProperty(QString::fromLatin1(name), QStringLiteral("no pointer"));
+            host.set(QString::fromLatin1(name), "no pointer");
         }
         ModalDriver driver;
         driver.expectBox(noContactBox());
-        QVERIFY(!plugin.module->menuEntries().first()->widget->parentWidget());
-        QCOMPARE(controller.channel.trace(), QStringList());
+        QVERIFY(!host.entry()->widget->parentWidget());
+        QCOMPARE(host.channel.trace(), QStringList());
     }
 
     void rightWiringIsNoMatterForAWarning()
     {
-        Controller controller;
         const WiringWarnings warnings;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        plugin.module->setProperty(QStringLiteral("unknown"), QVariant());
-        plugin.module->menuEntries();
-        plugin.module->release();
-        plugin.module->setProperty(QStringLiteral("ObserverMode"), 1); // is read by the next call
-        plugin.module->menuEntries();
+        Host host;
+        host.set("unknown", QVariant());
+        host.module->menuEntries();
+        host.module->release();
+        host.set("ObserverMode", 1); // is read by the next call
+        host.module->menuEntries();
         QCOMPARE(warnings.texts(), QStringList());
     }
 
@@ -461,7 +428,7 @@ private slots:
         QTest::newRow("no channel") << "CommandManager" << QVariant::fromValue<IOManager *>(nullptr)
                                     << "property \"CommandManager\" wants IOManager* and got null";
         QTest::newRow("versions as a text")
-            << "BackendVersions" << QVariant(QStringLiteral("4.2.0"))
+            << "BackendVersions" << QVariant("4.2.0")
             << "property \"BackendVersions\" wants BackendVersions* and got QString";
         QTest::newRow("a parent that is no widget")
             << "ModuleParent" << QVariant::fromValue<QObject *>(&channel)
@@ -475,11 +442,9 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QVariant, value);
         QFETCH(QString, warning);
-        Controller controller;
         const WiringWarnings warnings;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        plugin.module->setProperty(name, value);
+        Host host;
+        host.set(name, value);
         QCOMPARE(warnings.texts(), QStringList(warning));
     }
 
@@ -501,21 +466,17 @@ private slots:
     {
         const WiringWarnings warnings;
         const Plugin plugin;
-        plugin.module->setProperty(QStringLiteral("ObserverMode"), true);
+        plugin.set("ObserverMode", true);
         plugin.module->menuEntries();
         QCOMPARE(warnings.texts(), QStringList());
     }
 
     void aPropertyThatComesTooLateIsWarnedOf()
     {
-        Controller first;
-        Controller second;
         const WiringWarnings warnings;
-        const Plugin plugin;
-        plugin.connectTo(&first.channel, &first.versions, &first.window);
-        plugin.module->menuEntries();
-        plugin.module->setProperty(QStringLiteral("BackendVersions"),
-                                   QVariant::fromValue(&second.versions));
+        Host host;
+        host.module->menuEntries();
+        host.set("BackendVersions", QVariant::fromValue(&host.versions));
         QCOMPARE(
             warnings.texts(),
             QStringList("property \"BackendVersions\" was set after menuEntries() had read it"));
@@ -524,66 +485,42 @@ private slots:
     // The host pulls the rug
     void theParentMayDieBeforeRelease()
     {
-        Controller controller;
-        auto parent = std::make_unique<QWidget>();
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, parent.get());
-        const ModuleMenuEntry *entry = plugin.module->menuEntries().first();
-        parent.reset();
+        Host host;
+        const ModuleMenuEntry *entry = host.entry();
+        host.window.reset();
         QVERIFY(!entry->widget);
         entry->action->trigger();
-        QCOMPARE(plugin.module->menuEntries().size(), 1);
-        plugin.module->release();
-        QVERIFY(controller.channel.receivers().isEmpty());
+        QCOMPARE(host.module->menuEntries().size(), 1);
+        host.module->release();
+        QVERIFY(host.channel.receivers().isEmpty());
     }
 
     void theParentMayDieBeforeTheFirstEntries()
     {
-        Controller controller;
-        auto parent = std::make_unique<QWidget>();
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, parent.get());
-        parent.reset();
-        QVERIFY(!plugin.module->menuEntries().first()->widget->parentWidget());
+        Host host;
+        host.window.reset();
+        QVERIFY(!host.entry()->widget->parentWidget());
     }
 
     void theParentMayDieUnderTheFirstBox()
     {
-        Controller controller;
-        controller.channel.fail("config number_of_configs");
-        auto parent = std::make_unique<QWidget>();
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, parent.get());
+        Host host;
+        host.channel.fail("config number_of_configs");
         ModalDriver driver;
-        driver.expectDialog(QString(), [&parent](QDialog *) { parent.reset(); });
-        QVERIFY(plugin.module->menuEntries().isEmpty());
+        driver.expectDialog(QString(), [&host](QDialog *) { host.window.reset(); });
+        QVERIFY(host.module->menuEntries().isEmpty());
     }
 
     void theModuleMayBeReleasedUnderTheFirstBox()
     {
-        Controller controller;
-        controller.channel.fail("config number_of_configs");
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
+        Host host;
+        host.channel.fail("config number_of_configs");
         ModalDriver driver;
-        driver.expectDialog(QString(), [&plugin](QDialog *) {
-            QVERIFY(plugin.module->menuEntries().isEmpty()); // asked again meanwhile
-            plugin.module->release();
+        driver.expectDialog(QString(), [&host](QDialog *) {
+            QVERIFY(host.module->menuEntries().isEmpty()); // asked again meanwhile
+            host.module->release();
         });
-        QVERIFY(plugin.module->menuEntries().isEmpty());
-    }
-
-    void theModuleMayBeReleasedWhileTheDialogIsShown()
-    {
-        Controller controller;
-        const Plugin plugin;
-        plugin.connectTo(&controller.channel, &controller.versions, &controller.window);
-        const QPointer<QAction> action(plugin.module->menuEntries().first()->action);
-        ModalDriver driver;
-        driver.expectDialog(QStringLiteral("ConfigurationDialog"),
-                            [&plugin](QDialog *) { plugin.module->release(); });
-        action->trigger();
-        QVERIFY(controller.channel.receivers().isEmpty());
+        QVERIFY(host.module->menuEntries().isEmpty());
     }
 };
 
