@@ -107,15 +107,10 @@ ModuleHost::~ModuleHost()
 
 void ModuleHost::useList(const std::function<void(QDialog *)> &action)
 {
-    openList([&action](QDialog *list) {
+    driver.expectDialog(QStringLiteral("ConfigurationDialog"), [&action](QDialog *list) {
         action(list);
         list->reject();
     });
-}
-
-void ModuleHost::openList(const std::function<void(QDialog *)> &action)
-{
-    driver.expectDialog(QStringLiteral("ConfigurationDialog"), action);
     triggerAction();
 }
 

@@ -83,12 +83,8 @@ public:
     /// Chooses the plug-in's action in the menu and runs @p action on the list of configurations,
     /// then closes it. Fails the test unless all windows were as expected.
     void useList(const std::function<void(QDialog *list)> &action);
-    /// The same without closing the list, for when the host takes it away.
-    void openList(const std::function<void(QDialog *list)> &action);
     /// Chooses the action, where the list does not open.
     void triggerAction();
-    /// Chooses the action, whatever comes of it; the driver is left to the caller.
-    void tryAction() { m_action->trigger(); }
     /// The plug-in's action, for those who look after the windows themselves.
     QAction *action() const { return m_action; }
     void tellVersion(const char *version);

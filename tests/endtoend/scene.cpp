@@ -7,10 +7,22 @@
 #include <QAbstractButton>
 #include <QtTest>
 
+namespace {
+
+Story::Step choose(const char *caption, const QString &name)
+{
+    return [caption, name](Scene &scene) {
+        scene.driver.expectFileDialog(QString::fromLatin1(caption), scene.filePath(name));
+    };
+}
+
+} // namespace
+
 void Scene::play(const QVector<Step> &steps)
 {
     tryToPlay(steps);
     driver.verify();
+    QVERIFY2(!isCutShort, "a window died before the user was done with it");
 }
 
 void Scene::tryToPlay(const QVector<Step> &steps)
@@ -72,12 +84,14 @@ void Story::leave(QDialog *window)
 Story::Step Story::on(const QString &objectName, const Actions &actions)
 {
     return [objectName, actions](Scene &scene) {
-        scene.driver.expectDialog(objectName, [actions](QDialog *window) {
+        scene.driver.expectDialog(objectName, [actions, &scene](QDialog *window) {
             const QPointer<QDialog> watched(window);
             for (const Action &action : actions) {
-                if (watched) {
-                    action(window);
+                if (!watched) {
+                    scene.isCutShort = true;
+                    return;
                 }
+                action(window);
             }
         });
     };
@@ -116,14 +130,6 @@ Story::Step Story::onSave(const Actions &actions)
 Story::Step Story::onLoad(const Actions &actions)
 {
     return on("ConfigLoadDlgClass", actions);
-}
-
-Story::Step Story::choose(const char *caption, const QString &name)
-{
-    return [caption, name](Scene &scene) {
-        scene.driver.expectFileDialog(QString::fromLatin1(caption),
-                                      name.isEmpty() ? QString() : scene.filePath(name));
-    };
 }
 
 Story::Step Story::chooseToSave(const QString &name)

@@ -22,6 +22,9 @@ public:
     void play(const QVector<Step> &steps);
     /// The same, where the driver is left to the caller.
     void tryToPlay(const QVector<Step> &steps);
+
+    /// Whether a window died before the user was done with it, which play() takes for a failure.
+    bool isCutShort = false;
 };
 
 /// The words in which scenes are written.
@@ -59,8 +62,7 @@ Step onLock(const Actions &actions);
 Step onUnlock(const Actions &actions);
 Step onSave(const Actions &actions);
 Step onLoad(const Actions &actions);
-/// Chooses a file of that name in the home directory; an empty one cancels.
-Step choose(const char *caption, const QString &name);
+/// Chooses a file of that name in the home directory.
 Step chooseToSave(const QString &name);
 Step chooseToBackUp(const QString &name);
 Step chooseToLoad(const QString &name);

@@ -5,7 +5,6 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
-#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableWidget>

@@ -4,7 +4,6 @@
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QTableWidget>
 #include <QtTest>
 
 #include <random>

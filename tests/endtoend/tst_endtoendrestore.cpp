@@ -5,7 +5,6 @@
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QTableWidget>
 #include <QtTest>
 
 using namespace Story;

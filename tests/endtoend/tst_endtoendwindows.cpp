@@ -3,7 +3,6 @@
 #include "tests/support/userinput.h"
 
 #include <QDialog>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTextDocument>
 #include <QtTest>
@@ -139,14 +138,15 @@ private slots:
     {
         ControllerState state = ControllerState::sample();
         configurationIn(state, state.activeIdentifier).description = "a < b & <b>c</b>";
-        FrontEnd frontEnd(state);
-        frontEnd.useList([](QDialog *list) {
+        const Action seeTip = [](QDialog *list) {
             const QWidget *field = UserInput::widgetNamed(list, "lineEdit_activeConfig");
             QVERIFY(Qt::mightBeRichText(field->toolTip()));
             QTextDocument told;
             told.setHtml(field->toolTip());
             QCOMPARE(told.toPlainText(), "a < b & <b>c</b>");
-        });
+        };
+        Scene scene(state);
+        scene.play({onList({seeTip, leave})});
     }
 
     void afterALoadTheListHasTheKeyboard()
