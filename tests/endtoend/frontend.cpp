@@ -54,14 +54,14 @@ void Record::exchanged(const Exchange &exchange)
         onCommand(exchange.command);
     }
     if (onCall) {
-        onCall();
+        onCall(exchange.format);
     }
 }
 
 void Record::timeoutSet(int /*channel*/, int /*milliseconds*/, int /*flag*/)
 {
     if (onCall) {
-        onCall();
+        onCall({});
     }
 }
 
@@ -72,7 +72,7 @@ void Record::messagePosted(const QByteArray &category, const QByteArray &source,
                       .arg(QString::fromLatin1(category), QString::fromLatin1(source),
                            QString::number(level), QString::fromLatin1(text));
     if (onCall) {
-        onCall();
+        onCall({});
     }
 }
 

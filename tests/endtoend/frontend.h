@@ -46,8 +46,9 @@ public:
     QSet<QByteArray> formats() const { return m_formats; }
     /// Called after each command.
     std::function<void(const QByteArray &command)> onCommand;
-    /// Called within each call of the channel: command, time-out or message.
-    std::function<void()> onCall;
+    /// Called within each call of the channel: with a command's format, with nothing for a time-out
+    /// or a message.
+    std::function<void(const QByteArray &format)> onCall;
 
 private:
     void exchanged(const Exchange &exchange) override;
