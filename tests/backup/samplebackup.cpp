@@ -1,5 +1,7 @@
 #include "tests/backup/samplebackup.h"
 
+#include "backup/documentproblem.h"
+
 #include <QFile>
 #include <QtTest>
 
@@ -31,6 +33,12 @@ void SampleBackup::fill(FullBackup *backup)
     backup->ntpServer = QStringLiteral("192.168.0.3");
     backup->activeConfig = QStringLiteral("config20240305140709123");
     backup->configData = QByteArray("\x00\x01\xfe\xff configurations", 19);
+}
+
+SampleBackup::Filled::Filled()
+    : FullBackup(nullptr, nullptr)
+{
+    fill(this);
 }
 
 QByteArray SampleBackup::document()
@@ -95,11 +103,14 @@ QString SampleBackup::describe(const FullBackup &backup)
     return lines.join(QLatin1Char('\n'));
 }
 
+QString SampleBackup::describe(const DocumentProblem &problem)
+{
+    return QStringLiteral("%1:%2 %3").arg(problem.line).arg(problem.column).arg(problem.text);
+}
+
 QString SampleBackup::description()
 {
-    FullBackup backup(nullptr, nullptr);
-    fill(&backup);
-    return describe(backup);
+    return describe(Filled());
 }
 
 QString SampleBackup::makeFile(const QString &folder, const QByteArray &content)

@@ -15,6 +15,13 @@ BackendVersions versions();
 /// Fills every field of @p backup.
 void fill(FullBackup *backup);
 
+/// A filled record that no controller stands behind.
+class Filled : public FullBackup
+{
+public:
+    Filled();
+};
+
 /// What writeToFile() makes of the filled record, but for the time of writing, which is
 /// "2024-03-05T14:07:09".
 QByteArray document();
@@ -27,6 +34,9 @@ QString describe(const FullBackup &backup);
 
 /// The description of the filled record.
 QString description();
+
+/// What is wrong with a document, and where, on one line.
+QString describe(const DocumentProblem &problem);
 
 /// Makes a file in the folder for the test's files and returns its path.
 QString makeFile(const QString &folder, const QByteArray &content);

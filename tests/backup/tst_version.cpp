@@ -30,32 +30,20 @@ private slots:
         row("v1.17", "1.17.-1", true);
         row("x", "0.-1.-1", false);
         row("", "0.-1.-1", false);
-        row("v", "0.-1.-1", false);
         row("1.0.0", "1.0.0", true);
-        row("V1.0.0", "1.0.0", true);
-        row("v1.0", "1.0.-1", true);
         row("7", "7.-1.-1", true);
-        row("0.0.0", "0.0.0", true);
         row("vv1", "0.-1.-1", false);
         row("v2.x", "2.0.-1", false);
-        row("v2.", "2.0.-1", false);
-        row("v2.3.", "2.3.0", false);
         row("v2.3.x", "2.3.0", false);
-        row(".1", "0.-1.-1", false);
         row("1..2", "1.0.-1", false);
         row("1.2.3.4", "1.2.3", true);
-        row("1.2.3.x", "1.2.3", true);
         row("1.2.3 beta", "1.2.3", true);
-        row("1.2rc1.3", "1.2.-1", true);
         row("1.2-3.4", "1.2.-1", true);
         row("-1.2", "0.-1.-1", false);
-        row("1.-2", "1.0.-1", false);
-        row("Version 1.2", "0.-1.-1", false);
         row("v 1 . 2", "1.2.-1", true);
         row("1,2", "0.-1.-1", false);
         row("2147483647.2147483647.2147483647", "2147483647.2147483647.2147483647", true);
         row("2147483648", "0.-1.-1", false);
-        row("1.99999999999999999999", "1.0.-1", false);
         row("1.2.3\u00e4", "1.2.0", false);
     }
 
@@ -71,48 +59,17 @@ private slots:
 
     void isParsedWithoutAskingWhetherItIsOne()
     {
-        QCOMPARE(describe(parseVersion(QStringLiteral("v4.2"))), QStringLiteral("4.2.-1"));
-        QCOMPARE(describe(parseVersion(QStringLiteral("x"))), QStringLiteral("0.-1.-1"));
-    }
-
-    void isWrittenUpToTheFirstPlaceThatIsMissing_data()
-    {
-        QTest::addColumn<int>("major");
-        QTest::addColumn<int>("minor");
-        QTest::addColumn<int>("micro");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("all") << 4 << 2 << 13 << "v4.2.13";
-        QTest::newRow("zeros") << 0 << 0 << 0 << "v0.0.0";
-        QTest::newRow("no micro") << 4 << 2 << -1 << "v4.2";
-        QTest::newRow("no minor") << 4 << -1 << -1 << "v4";
-        QTest::newRow("no minor, but micro") << 4 << -1 << 3 << "v4";
-        QTest::newRow("nothing") << -1 << -1 << -1 << "";
-        QTest::newRow("no major, but the others") << -1 << 2 << 3 << "";
+        QCOMPARE(describe(parseVersion("v4.2")), "4.2.-1");
+        QCOMPARE(describe(parseVersion("x")), "0.-1.-1");
     }
 
     void isWrittenUpToTheFirstPlaceThatIsMissing()
     {
-        QFETCH(const int, major);
-        QFETCH(const int, minor);
-        QFETCH(const int, micro);
-        QFETCH(const QString, expected);
-        QCOMPARE(versionToString({major, minor, micro}), expected);
-    }
-
-    void isReadBackAsWritten_data()
-    {
-        QTest::addColumn<QString>("text");
-        for (const char *text : {"v4.2.13", "v4.2", "v4", "v0.0.0"}) {
-            QTest::newRow(text) << QString::fromLatin1(text);
-        }
-    }
-
-    void isReadBackAsWritten()
-    {
-        QFETCH(const QString, text);
-        bool ok = false;
-        QCOMPARE(versionToString(parseVersion(text, &ok)), text);
-        QVERIFY(ok);
+        QCOMPARE(versionToString({4, 2, 13}), "v4.2.13");
+        QCOMPARE(versionToString({0, 0, 0}), "v0.0.0");
+        QCOMPARE(versionToString({4, 2, -1}), "v4.2");
+        QCOMPARE(versionToString({4, -1, 3}), "v4");
+        QCOMPARE(versionToString({-1, 2, 3}), "");
     }
 
     void isOrderedPlaceByPlace()
@@ -124,12 +81,11 @@ private slots:
             for (int j = 0; j < ascending.size(); ++j) {
                 QCOMPARE(ascending.at(i) < ascending.at(j), i < j);
                 QCOMPARE(ascending.at(i) == ascending.at(j), i == j);
-                QCOMPARE(ascending.at(i) == ascending.at(j), i == j);
             }
         }
     }
 
-    void hasNoPlaceGivenByDefault() { QCOMPARE(describe(Version()), QStringLiteral("-1.-1.-1")); }
+    void hasNoPlaceGivenByDefault() { QCOMPARE(describe(Version()), "-1.-1.-1"); }
 };
 
 VELTRA4_TEST(TestVersion)
