@@ -71,7 +71,8 @@ private slots:
               QByteArray("<?xml version='1.0' standalone='no'?>"),
               QByteArray("<?xml\n version = '1.0'\n?>"),
               "<?xml version='1.0'" + QByteArray(100000, ' ') + "?>"}) {
-            QCOMPARE(DocumentGuard::admit(declaration + "\n<a/>"), Admitted("\n<a/>"));
+            QVERIFY2(DocumentGuard::admit(declaration + "\n<a/>") == Admitted("\n<a/>"),
+                     declaration);
         }
     }
 
@@ -79,7 +80,7 @@ private slots:
     {
         for (const QByteArray document :
              {"<?xml-stylesheet href='a'?><a/>", "<?xml\v version='1.0'?><a/>"}) {
-            QCOMPARE(DocumentGuard::admit(document), Admitted(document));
+            QVERIFY2(DocumentGuard::admit(document) == Admitted(document), document);
         }
     }
 
@@ -169,8 +170,10 @@ private slots:
         for (const int number : {999, 1000, 1001}) {
             const QByteArray open = "<a" + attributes(number) + "></a>";
             const QByteArray closed = "<r><a" + attributes(number) + "/></r>";
-            QCOMPARE(DocumentGuard::admit(open).has_value(), number <= 1000);
-            QCOMPARE(DocumentGuard::admit(closed).has_value(), number <= 1000);
+            for (const QByteArray &document : {open, closed}) {
+                const bool isAdmitted = DocumentGuard::admit(document).has_value();
+                QVERIFY2(isAdmitted == (number <= 1000), QByteArray::number(number));
+            }
         }
     }
 
@@ -218,8 +221,8 @@ private slots:
             QTest::newRow(name) << before << after;
         };
         row("text", "<a>", "</a>");
-        row("double quotes", "<a b=\"'>", "\"/>");
-        row("single quotes", "<a b='\"/>", "'/>");
+        row("double quotes", "<a b=\"c'>", "\"/>");
+        row("single quotes", "<a b='c\"/>", "'/>");
         row("comment", "<!--", "--><a/>");
         row("CDATA", "<a><![CDATA[", "]]></a>");
         row("instruction", "<?a ", "?><a/>");
@@ -290,7 +293,7 @@ private slots:
              {QByteArray("\x01\x02\x03\x04"), QByteArray("<a"), QByteArray("<a/><!--"),
               QByteArray("<a/></a></a></a>"), QByteArray("<a>\0</a>", 8)}) {
             QVERIFY2(!parsed(document).isWellFormed, document);
-            QCOMPARE(DocumentGuard::admit(document), Admitted(document));
+            QVERIFY2(DocumentGuard::admit(document) == Admitted(document), document);
         }
     }
 

@@ -354,6 +354,8 @@ private slots:
             << "29:19 The field does not begin with a CDATA section.";
         QTest::newRow("an unknown element")
             << documentWith("<domain>", "<a>") << "21:5 This element is unknown here.";
+        QTest::newRow("half a field") << document().left(document().indexOf("example.com"))
+                                      << "21:10 Premature end of document.";
         QTest::newRow("half a document")
             << document().left(document().indexOf("<domain>")) << "21:2 Premature end of document.";
     }
