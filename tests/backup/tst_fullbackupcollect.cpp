@@ -196,10 +196,13 @@ private slots:
         m_channel->answer("system hostname", QByteArray("tr\xc3\xa4") + "cker");
         m_channel->answer("cascade connected_slave d01", "sl\xc3\xa4ve");
         m_channel->answer("config active_config", "\xe2\x82\xac");
+        m_channel->answer("config config t01", "b\xc3\xa4");
         QCOMPARE(m_backup->collectFromController(), 1);
         QCOMPARE(m_backup->name, QStringLiteral(u"tr\u00e4cker"));
         QCOMPARE(m_backup->slaves.first(), QStringLiteral(u"sl\u00e4ve"));
         QCOMPARE(m_backup->activeConfig, QStringLiteral(u"\u20ac"));
+        QVERIFY(m_channel->trace().contains(
+            QStringLiteral(u"sendCommand system download prepare 'config' 'b\u00e4'")));
     }
 
     void doesNotDownloadWithoutConfigurations()

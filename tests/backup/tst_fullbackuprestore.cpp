@@ -245,6 +245,15 @@ private slots:
         QCOMPARE(items, QStringList({"b", QStringLiteral(u"\u00e4"), "__base2", "__BASE"}));
     }
 
+    void findsIdentifiersBeyondAsciiAgain()
+    {
+        m_channel->answer("config config t02", "b\xc3\xa4");
+        m_channel->answer("system import item i03", "b\xc3\xa4 '' ''");
+        QVERIFY(m_backup->restoreToController(true));
+        QVERIFY(m_channel->trace().contains(
+            QStringLiteral(u"sendCommandReply veltra2 config delete_config b\u00e4")));
+    }
+
     void leavesTheListAloneWhenNothingIsOffered()
     {
         for (const char *answer : {"", "3 rooms", "2147483647 config"}) {
