@@ -141,6 +141,18 @@ private slots:
         QCOMPARE(scene.state(), state);
     }
 
+    void whenAllAreLockedNothingCanBeLoaded()
+    {
+        const Action look = [](QDialog *dialog) {
+            QVERIFY(!UserInput::widgetNamed(dialog, "pushButton_load")->isEnabled());
+        };
+        Scene scene;
+        scene.play(Steps{makeFile("some.dat", {Sample::locked})}
+                   + load("some.dat", {onLoad({look, click("pushButton_exit")})}));
+        QCOMPARE(scene.state(), ControllerState::sample());
+        QCOMPARE(scene.record.takeMessages(), QStringList());
+    }
+
     void aFullStoreIsToldOf()
     {
         ControllerState full = ControllerState::sample();
