@@ -4,32 +4,15 @@
 #include "tests/support/userinput.h"
 
 #include <QApplication>
-#include <QGridLayout>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QRegularExpression>
 #include <QtTest>
 
 using UserInput::click;
 using UserInput::focusOf;
-using UserInput::named;
 using UserInput::press;
-using UserInput::textOf;
-using UserInput::type;
 
 namespace {
 
-// The trace with the clock's part of the new identifier replaced, once its form has been checked.
-QStringList withoutStamp(QStringList trace)
-{
-    static const QRegularExpression stamp(QStringLiteral(R"(\bconfig20\d{12}\d{1,3}\b)"));
-    return trace.replaceInStrings(stamp, QStringLiteral("configSTAMP"));
-}
-
-QStringList creation(const QString &command, const QString &owner, const QString &description)
+QStringList creation(const QString &command, const QString &description, const QString &owner)
 {
     return {
         "queryString config active_config",
@@ -42,30 +25,44 @@ QStringList creation(const QString &command, const QString &owner, const QString
     };
 }
 
-void createHall(QDialog *dialog)
-{
-    type(dialog, "lineEdit_desc", "hall");
-    click(dialog, "pushButton_create");
-}
-
 SmallDialogTest::Design design()
 {
-    return {"NewConfigurationDialog",
-            {{"label", "QLabel", "de&scription", "Input the description of the configuration"},
-             {"lineEdit_desc", "QLineEdit", "", "Input the description of the configuration"},
-             {"label_2", "QLabel", "&owner", "Input the owner of the configuraton"},
-             {"lineEdit_owner", "QLineEdit", "", "Input the owner of the configuraton"},
-             {"radioButton_clone", "QRadioButton", "clo&ne current configuration",
-              "Clone current configuration or create a new one"},
-             {"radioButton_new", "QRadioButton", "create with &default values",
-              "Clone current configuration or create a new one"},
-             {"line", "QFrame", "", ""},
-             {"pushButton_create", "QPushButton", "&Create", "Create configuration and close"},
-             {"pushButton_2", "QPushButton", "Cancel", "Close without creating a configuration"}},
-            {"lineEdit_desc", "lineEdit_owner", "radioButton_clone", "pushButton_create",
-             "pushButton_2"},
-            "pushButton_2",
-            {}};
+    SmallDialogTest::Design design;
+    design.objectName = "NewConfigurationDialog";
+    design.widgets = {
+        {"label", "QLabel", "de&scription", "Input the description of the configuration"},
+        {"lineEdit_desc", "QLineEdit", "", "Input the description of the configuration"},
+        {"label_2", "QLabel", "&owner", "Input the owner of the configuraton"},
+        {"lineEdit_owner", "QLineEdit", "", "Input the owner of the configuraton"},
+        {"radioButton_clone", "QRadioButton", "clo&ne current configuration",
+         "Clone current configuration or create a new one"},
+        {"radioButton_new", "QRadioButton", "create with &default values",
+         "Clone current configuration or create a new one"},
+        {"pushButton_create", "QPushButton", "&Create", "Create configuration and close"},
+        {"pushButton_2", "QPushButton", "Cancel", "Close without creating a configuration"},
+    };
+    design.properties = {
+        {nullptr, "windowTitle", "New Configuration"},
+        {nullptr, "whatsThis", "Create new configuration"},
+        {nullptr, "size", QSize(450, 170)},
+        {nullptr, "sizeGripEnabled", true},
+        {"radioButton_clone", "checked", true},
+        {"pushButton_2", "autoDefault", false},
+    };
+    design.grid = {{"label", "lineEdit_desc"}, {"label_2", "lineEdit_owner"}};
+    design.tabOrder = QStringList{"lineEdit_desc", "lineEdit_owner", "radioButton_clone",
+                                  "pushButton_create", "pushButton_2"};
+    design.okButton = "pushButton_create";
+    design.cancelButton = "pushButton_2";
+    design.fields = QStringList{"lineEdit_desc", "lineEdit_owner"};
+    design.entries = QStringList{"main hall, 2 cameras", "A. Operator"};
+    design.sent =
+        creation("clone_config configSTAMP standard", "main hall, 2 cameras", "A. Operator");
+    design.ignoredFrom = 2;
+    design.announcesWhileOpen = false;
+    design.refusals = {{{"", "me"}, "Please enter a configuration description.", "lineEdit_desc"}};
+    design.ownsWarnings = true;
+    return design;
 }
 
 } // namespace
@@ -89,32 +86,8 @@ protected:
     {
         return qobject_cast<NewConfigurationDlg *>(dialog)->update_and_exec();
     }
-    void scriptAnswers() override { m_channel->answer("config active_config", "standard"); }
-    void fillIn(QDialog *dialog) override { type(dialog, "lineEdit_desc", "hall"); }
 
 private slots:
-    void theFormIsAsDesigned()
-    {
-        const NewConfigurationDlg dialog(m_channel.get(), nullptr);
-        QCOMPARE(dialog.windowTitle(), "New Configuration");
-        QCOMPARE(dialog.whatsThis(), "Create new configuration");
-        QCOMPARE(dialog.size(), QSize(450, 170));
-        QVERIFY(dialog.isSizeGripEnabled());
-        QCOMPARE(named<QLabel>(&dialog, "label")->buddy()->objectName(), "lineEdit_desc");
-        QCOMPARE(named<QLabel>(&dialog, "label_2")->buddy()->objectName(), "lineEdit_owner");
-        QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->maxLength(), 100);
-        QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_owner")->maxLength(), 100);
-        QCOMPARE(named<QLineEdit>(&dialog, "lineEdit_desc")->validator(),
-                 named<QLineEdit>(&dialog, "lineEdit_owner")->validator());
-        QVERIFY(named<QRadioButton>(&dialog, "radioButton_clone")->isChecked());
-        QCOMPARE(named<QFrame>(&dialog, "line")->frameShape(), QFrame::HLine);
-        QVERIFY(named<QPushButton>(&dialog, "pushButton_create")->autoDefault());
-        QVERIFY(!named<QPushButton>(&dialog, "pushButton_2")->autoDefault());
-        QVERIFY(dialog.findChild<QVBoxLayout *>("verticalLayout"));
-        QVERIFY(dialog.findChild<QGridLayout *>("gridLayout"));
-        QVERIFY(dialog.findChild<QHBoxLayout *>("horizontalLayout"));
-    }
-
     void aMnemonicReachesTheOwner()
     {
         QString focused;
@@ -126,147 +99,42 @@ private slots:
         QCOMPARE(focused, "lineEdit_owner");
     }
 
-    void theActiveConfigurationIsCloned()
-    {
-        m_channel->answer("config active_config", "config20240102030405678");
-        const int result = runDialog([](QDialog *dialog) {
-            type(dialog, "lineEdit_desc", "main hall, 2 cameras");
-            type(dialog, "lineEdit_owner", "A. Operator");
-            click(dialog, "pushButton_create");
-        });
-        QCOMPARE(result, int(QDialog::Accepted));
-        const QStringList trace = m_channel->trace();
-        QVERIFY(trace.at(2).endsWith(" config20240102030405678"));
-        QCOMPARE(withoutStamp(trace),
-                 creation("clone_config configSTAMP configSTAMP", "A. Operator",
-                          "main hall, 2 cameras"));
-    }
-
     void defaultValuesNeedNoSourceButItIsAskedFor()
     {
-        const int result = runDialog([](QDialog *dialog) {
-            type(dialog, "lineEdit_desc", "empty hall");
-            type(dialog, "lineEdit_owner", "operator");
+        runDialog([this](QDialog *dialog) {
             click(dialog, "radioButton_new");
-            click(dialog, "pushButton_create");
+            enterAndAccept(dialog, {"hall", "me"});
         });
-        QCOMPARE(result, int(QDialog::Accepted));
-        QCOMPARE(withoutStamp(m_channel->trace()),
-                 creation("new_config configSTAMP", "operator", "empty hall"));
+        QCOMPARE(trace(), creation("new_config configSTAMP", "hall", "me"));
     }
 
-    void theOwnerMayBeEmpty()
+    void blanksAreADescriptionAndTheOwnerMayBeEmpty()
     {
-        runDialog(createHall);
-        QCOMPARE(withoutStamp(m_channel->trace()),
-                 creation("clone_config configSTAMP standard", "", "hall"));
-    }
-
-    void blanksAreADescription()
-    {
-        const int result = runDialog([](QDialog *dialog) {
-            type(dialog, "lineEdit_desc", "  ");
-            click(dialog, "pushButton_create");
-        });
-        QCOMPARE(result, int(QDialog::Accepted));
-        QCOMPARE(withoutStamp(m_channel->trace()),
-                 creation("clone_config configSTAMP standard", "", "  "));
+        QCOMPARE(runDialog([this](QDialog *dialog) {
+                     enterAndAccept(dialog, {"  ", ""});
+                 }),
+                 int(QDialog::Accepted));
+        QCOMPARE(trace(), creation("clone_config configSTAMP standard", "  ", ""));
     }
 
     void twoConfigurationsNeverShareAnIdentifier()
     {
         QStringList commands;
         for (int i = 0; i < 2; ++i) {
-            runDialog([](QDialog *dialog) {
-                named<QLineEdit>(dialog, "lineEdit_desc")->setText("hall");
-                named<QPushButton>(dialog, "pushButton_create")->click();
-            });
+            runDialog([this](QDialog *dialog) { enterAndAccept(dialog, {"x", ""}); });
             commands << m_channel->takeTrace().at(2);
         }
         QVERIFY(commands.first() != commands.last());
     }
 
-    void theEnterKeyCreates()
-    {
-        const int result = runDialog([](QDialog *dialog) {
-            type(dialog, "lineEdit_desc", "hall");
-            press(dialog, Qt::Key_Return);
-        });
-        QCOMPARE(result, int(QDialog::Accepted));
-        QCOMPARE(withoutStamp(m_channel->trace()),
-                 creation("clone_config configSTAMP standard", "", "hall"));
-    }
-
-    void anEmptyDescriptionIsRefusedAndTheInputStays()
-    {
-        QString ownerAfterWarning;
-        QStringList traceAfterWarning;
-        const int result = runDialog([&](QDialog *dialog) {
-            ExpectedBox warning;
-            warning.icon = QMessageBox::Warning;
-            warning.title = "Warning";
-            warning.text = "Please enter a configuration description.";
-            warning.parent = dialog;
-            m_driver->expectBox(warning);
-            type(dialog, "lineEdit_owner", "operator");
-            click(dialog, "radioButton_new");
-            click(dialog, "pushButton_create");
-            QCOMPARE(focusOf(dialog), "lineEdit_desc");
-            ownerAfterWarning = textOf(dialog, "lineEdit_owner");
-            traceAfterWarning = m_channel->trace();
-            createHall(dialog);
-        });
-        QCOMPARE(ownerAfterWarning, "operator");
-        QCOMPARE(traceAfterWarning, QStringList());
-        QCOMPARE(result, int(QDialog::Accepted));
-        QCOMPARE(withoutStamp(m_channel->trace()),
-                 creation("new_config configSTAMP", "operator", "hall"));
-    }
-
-    void everyCommandIsSentWhateverFails_data()
-    {
-        QTest::addColumn<int>("failing");
-        QTest::addColumn<bool>("lasting");
-        // The first one is the query for the source.
-        for (int failing = 2; failing <= 5; ++failing) {
-            QTest::addRow("command %d fails", failing) << failing << false;
-            QTest::addRow("all from command %d fail", failing) << failing << true;
-        }
-    }
-
-    void everyCommandIsSentWhateverFails()
-    {
-        QFETCH(const int, failing);
-        QFETCH(const bool, lasting);
-        m_channel->failNth(failing, lasting);
-        const int result = runDialog(createHall);
-        QCOMPARE(result, int(QDialog::Accepted));
-        QCOMPARE(withoutStamp(m_channel->trace()),
-                 creation("clone_config configSTAMP standard", "", "hall"));
-    }
-
     void aFailedQueryLeavesTheSourceEmpty()
     {
         m_channel->failNth(1);
-        const int result = runDialog(createHall);
-        QCOMPARE(result, int(QDialog::Accepted));
-        QCOMPARE(withoutStamp(m_channel->trace()),
-                 creation("clone_config configSTAMP ", "", "hall"));
-    }
-
-    void theEventFollowsTheClosing()
-    {
-        bool isOpen = true;
-        int resultSoFar = QDialog::Rejected;
-        runDialog([&](QDialog *dialog) {
-            m_channel->whenPosted("ActiveConfigurationChanged", [&isOpen, &resultSoFar, dialog] {
-                isOpen = dialog->isVisible();
-                resultSoFar = dialog->result();
-            });
-            createHall(dialog);
-        });
-        QVERIFY(!isOpen);
-        QCOMPARE(resultSoFar, int(QDialog::Accepted));
+        QCOMPARE(runDialog([this](QDialog *dialog) {
+                     enterAndAccept(dialog, {"hall", ""});
+                 }),
+                 int(QDialog::Accepted));
+        QCOMPARE(trace(), creation("clone_config configSTAMP ", "hall", ""));
     }
 
     void theDialogsOwnCursorWaits()
@@ -282,55 +150,12 @@ private slots:
             m_channel->whenSent("config desc \"hall\" ", look);
             m_channel->whenPosted("ActiveConfigurationChanged", look);
             look();
-            createHall(dialog);
+            enterAndAccept(dialog, {"hall", ""});
         });
         const QList<Qt::CursorShape> expected{Qt::ArrowCursor, Qt::WaitCursor, Qt::WaitCursor,
                                               Qt::ArrowCursor};
         QCOMPARE(shapes, expected);
         QVERIFY(!applicationWaits);
-    }
-
-    void onlyPermittedCharactersCanBeTyped_data()
-    {
-        QTest::addColumn<QString>("field");
-        QTest::newRow("description") << "lineEdit_desc";
-        QTest::newRow("owner") << "lineEdit_owner";
-    }
-
-    void onlyPermittedCharactersCanBeTyped()
-    {
-        QFETCH(const QString, field);
-        QString typed;
-        runDialog([&](QDialog *dialog) {
-            type(dialog, qPrintable(field), "a\"b\\c'd#e%f\u00e4g\u20ach<i>j&k");
-            type(dialog, qPrintable(field), "AZ09 _-+=.,;:/");
-            typed = textOf(dialog, qPrintable(field));
-            dialog->reject();
-        });
-        QCOMPARE(typed, "abcdefghijkAZ09 _-+=.,;:/");
-    }
-
-    void aHundredCharactersAreTheLimit()
-    {
-        const QString hundred(100, 'x');
-        runDialog([&hundred](QDialog *dialog) {
-            type(dialog, "lineEdit_desc", hundred + 'y');
-            type(dialog, "lineEdit_owner", hundred + 'z');
-            click(dialog, "pushButton_create");
-        });
-        QCOMPARE(withoutStamp(m_channel->trace()),
-                 creation("clone_config configSTAMP standard", hundred, hundred));
-    }
-
-    void theHostMayDestroyItUnderTheWarning()
-    {
-        QPointer<NewConfigurationDlg> dialog = new NewConfigurationDlg(m_channel.get(), nullptr);
-        m_driver->expectDialog("NewConfigurationDialog",
-                               [](QDialog *shown) { click(shown, "pushButton_create"); });
-        m_driver->expectDialog("", [&dialog](QDialog *) { delete dialog.data(); });
-        QCOMPARE(dialog->update_and_exec(), int(QDialog::Rejected));
-        QVERIFY(dialog.isNull());
-        QCOMPARE(m_channel->trace(), QStringList());
     }
 };
 
