@@ -24,11 +24,6 @@
 
 namespace {
 
-QMessageBox::StandardButton confirm(QMessageBox *box)
-{
-    return box->standardButtons().testFlag(QMessageBox::Yes) ? QMessageBox::Yes : QMessageBox::Ok;
-}
-
 HostOptions options()
 {
     HostOptions options;
@@ -65,7 +60,7 @@ Victim::Victim()
     }
     m_session.window().show();
     m_session.start();
-    m_driver.answerBoxes(confirm);
+    m_driver.handleOthers(ModalDriver::agree);
 }
 
 void Victim::save()

@@ -57,16 +57,21 @@ User::User(FrontEnd &frontEnd, Transcript &transcript)
     , m_transcript(transcript)
 {
     m_frontEnd.channel.setObserver(&m_transcript);
-    m_frontEnd.driver.answerBoxes([this](QMessageBox *box) { return answer(box); });
+    m_frontEnd.driver.handleOthers([this](QWidget *window) { answer(window); });
 }
 
-QMessageBox::StandardButton User::answer(QMessageBox *box)
+void User::answer(QWidget *window)
 {
-    m_transcript.add(Transcript::boxLine(box->icon(), box->windowTitle(), box->text()));
-    if (box->standardButtons().testFlag(QMessageBox::Cancel)) {
-        return m_isDeletionConfirmed ? QMessageBox::Ok : QMessageBox::Cancel;
+    auto *box = qobject_cast<QMessageBox *>(window);
+    if (!box) {
+        return;
     }
-    return box->standardButtons().testFlag(QMessageBox::Yes) ? QMessageBox::Yes : QMessageBox::Ok;
+    m_transcript.add(Transcript::boxLine(box->icon(), box->windowTitle(), box->text()));
+    if (box->standardButtons().testFlag(QMessageBox::Cancel) && !m_isDeletionConfirmed) {
+        box->button(QMessageBox::Cancel)->click();
+    } else {
+        ModalDriver::agree(box);
+    }
 }
 
 void User::expect(const QString &objectName, const std::function<void(QDialog *)> &action)

@@ -33,7 +33,7 @@ public:
     void load(QDialog *list, const FileChoice &choice);
 
 private:
-    QMessageBox::StandardButton answer(QMessageBox *box);
+    void answer(QWidget *window);
     void expect(const QString &objectName, const std::function<void(QDialog *)> &action);
     void useSaveDialog(QDialog *list, const std::function<void(QDialog *)> &action);
 

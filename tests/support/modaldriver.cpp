@@ -7,8 +7,6 @@
 #include <QTimer>
 #include <QtTest>
 
-#include <algorithm>
-
 namespace {
 
 QString describe(QWidget *window)
@@ -120,9 +118,15 @@ void ModalDriver::expectFileDialog(const QString &caption, const QString &path,
     m_steps.enqueue(step);
 }
 
-void ModalDriver::answerBoxes(std::function<QMessageBox::StandardButton(QMessageBox *)> answer)
+void ModalDriver::agree(QWidget *window)
 {
-    m_answer = std::move(answer);
+    const auto *box = qobject_cast<QMessageBox *>(window);
+    for (const auto button : {QMessageBox::Yes, QMessageBox::Ok}) {
+        if (QAbstractButton *found = box ? box->button(button) : nullptr) {
+            found->click();
+            return;
+        }
+    }
 }
 
 void ModalDriver::verify()
@@ -165,41 +169,24 @@ void ModalDriver::tick()
 
 void ModalDriver::handle(QWidget *window)
 {
-    if (m_steps.isEmpty() && m_others) {
-        run(m_others, window);
+    if (!m_steps.isEmpty() && m_steps.head().fits(window)) {
+        run(m_steps.dequeue().action, window, QStringLiteral("left open: "));
         return;
     }
-    if (m_steps.isEmpty() || !m_steps.head().fits(window)) {
-        if (tryToAnswer(window)) {
-            return;
-        }
-        complain(QStringLiteral("unexpected ") + describe(window)
-                 + (m_steps.isEmpty() ? QString()
-                                      : QStringLiteral(" instead of ") + m_steps.head().name));
-        close(window);
-        return;
-    }
-    run(m_steps.dequeue().action, window);
+    const QString instead =
+        m_steps.isEmpty() ? QString() : QStringLiteral(" instead of ") + m_steps.head().name;
+    run(m_others, window, QStringLiteral("unexpected "), instead);
 }
 
-void ModalDriver::run(const std::function<void(QWidget *)> &action, QWidget *window)
+void ModalDriver::run(const std::function<void(QWidget *)> &action, QWidget *window,
+                      const QString &complaint, const QString &rest)
 {
     const QPointer<QWidget> watched(window);
     action(window);
     if (watched && watched->isVisible()) {
-        complain(QStringLiteral("left open: ") + describe(watched));
+        complain(complaint + describe(watched) + rest);
         close(watched);
     }
-}
-
-bool ModalDriver::tryToAnswer(QWidget *window) const
-{
-    auto *box = qobject_cast<QMessageBox *>(window);
-    QAbstractButton *button = box && m_answer ? box->button(m_answer(box)) : nullptr;
-    if (button) {
-        button->click();
-    }
-    return button != nullptr;
 }
 
 void ModalDriver::complain(const QString &problem)

@@ -49,13 +49,12 @@ public:
     void expectFileDialog(const QString &caption, const QString &path,
                           std::function<void(QFileDialog *)> inspect = {});
 
-    /// Hands every window that comes while nothing is expected to @p action, which has to close it
-    /// in the end: for when it is not known beforehand which windows will open.
+    /// Hands every window that is not expected next to @p action: for when it is not known
+    /// beforehand which windows will open. One that is still open afterwards is a surprise.
     void handleOthers(std::function<void(QWidget *)> action) { m_others = std::move(action); }
 
-    /// From now on @p answer chooses the button of every message box that is not expected: none of
-    /// them is a surprise.
-    void answerBoxes(std::function<QMessageBox::StandardButton(QMessageBox *)> answer);
+    /// Says Yes or OK to a message box; leaves other windows open. One for handleOthers().
+    static void agree(QWidget *window);
 
     /// Fails the test if anything went wrong or is left over, and forgets it.
     void verify();
@@ -74,13 +73,12 @@ private:
     void scheduleTick() const;
     void tick();
     void handle(QWidget *window);
-    void run(const std::function<void(QWidget *)> &action, QWidget *window);
-    bool tryToAnswer(QWidget *window) const;
+    void run(const std::function<void(QWidget *)> &action, QWidget *window,
+             const QString &complaint, const QString &rest = {});
     void complain(const QString &problem);
 
     QQueue<Step> m_steps;
-    std::function<void(QWidget *)> m_others; ///< empty where every window has to be expected
-    std::function<QMessageBox::StandardButton(QMessageBox *)> m_answer;
+    std::function<void(QWidget *)> m_others = [](QWidget *) {};
     QStack<QPointer<QWidget>> m_beingHandled; ///< their actions run inside one another
     QStringList m_problems;
 };

@@ -6,9 +6,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-using Change = std::function<void(ExpectedBox *)>;
-Q_DECLARE_METATYPE(Change)
-
 namespace {
 
 ExpectedBox expectedBox(const QString &text)
@@ -21,9 +18,11 @@ ExpectedBox expectedBox(const QString &text)
     return expected;
 }
 
-int showBox(const QString &text)
+QMessageBox::StandardButton showBox(const QString &text,
+                                    QMessageBox::StandardButtons buttons = QMessageBox::Ok)
 {
-    return QMessageBox::warning(nullptr, "Title", text);
+    const auto last = buttons.testFlag(QMessageBox::No) ? QMessageBox::No : QMessageBox::Ok;
+    return QMessageBox::warning(nullptr, "Title", text, buttons, last);
 }
 
 class NamedDialog : public QDialog
@@ -39,246 +38,179 @@ class TestModalDriver : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { QCOMPARE(QApplication::topLevelWidgets().size(), 0); }
+    void init() { m_driver = std::make_unique<ModalDriver>(); }
+
+    void cleanup()
+    {
+        m_driver->verify();
+        QCOMPARE(QApplication::topLevelWidgets().size(), 0);
+    }
 
     void boxesAreAnsweredInOrder()
     {
-        ModalDriver driver;
         ExpectedBox question = expectedBox("second");
         question.buttons = QMessageBox::Yes | QMessageBox::No;
         question.defaultButton = QMessageBox::No;
         question.answer = QMessageBox::Yes;
-        driver.expectBox(expectedBox("first"));
-        driver.expectBox(question);
-
-        QCOMPARE(showBox("first"), int(QMessageBox::Ok));
-        QCOMPARE(QMessageBox::warning(nullptr, "Title", "second", question.buttons,
-                                      question.defaultButton),
-                 QMessageBox::Yes);
-        QCOMPARE(driver.takeProblems(), QStringList());
+        m_driver->expectBox(expectedBox("first"));
+        m_driver->expectBox(question);
+        QCOMPARE(showBox("first"), QMessageBox::Ok);
+        QCOMPARE(showBox("second", question.buttons), QMessageBox::Yes);
     }
 
     void aBoxNobodyExpectedIsClosedAndReported()
     {
-        ModalDriver driver;
         showBox("surprise");
-        QCOMPARE(driver.takeProblems(),
-                 QStringList("unexpected QMessageBox '' titled 'Title' saying 'surprise'"));
-    }
-
-    void allOtherBoxesAreAnsweredAsAskedFor()
-    {
-        ModalDriver driver;
-        QStringList seen;
-        driver.answerBoxes([&seen](const QMessageBox *box) {
-            seen << box->text();
-            return QMessageBox::No;
-        });
-        driver.expectBox(expectedBox("expected"));
-        const auto ask = [](const char *text) {
-            return QMessageBox::question(nullptr, "Title", text,
-                                         QMessageBox::Yes | QMessageBox::No);
-        };
-        QCOMPARE(showBox("expected"), int(QMessageBox::Ok));
-        QCOMPARE(ask("one"), QMessageBox::No);
-        QCOMPARE(ask("two"), QMessageBox::No);
-        QCOMPARE(seen, QStringList({"one", "two"}));
-        QCOMPARE(driver.takeProblems(), QStringList());
-        showBox("without that button");
-        QCOMPARE(driver.takeProblems().size(), 1);
-    }
-
-    void everyDifferenceIsReported_data()
-    {
-        QTest::addColumn<Change>("change");
-        QTest::newRow("icon") << Change(
-            [](ExpectedBox *box) { box->icon = QMessageBox::Critical; });
-        QTest::newRow("title") << Change([](ExpectedBox *box) { box->title = "title"; });
-        QTest::newRow("text") << Change([](ExpectedBox *box) { box->text += "."; });
-        QTest::newRow("buttons") << Change(
-            [](ExpectedBox *box) { box->buttons |= QMessageBox::Cancel; });
-        QTest::newRow("default button")
-            << Change([](ExpectedBox *box) { box->defaultButton = QMessageBox::Cancel; });
+        expectProblems({"unexpected QMessageBox '' titled 'Title' saying 'surprise'"});
     }
 
     void everyDifferenceIsReported()
     {
-        QFETCH(const Change, change);
-        ExpectedBox expected = expectedBox("text");
-        change(&expected);
-        ModalDriver driver;
-        driver.expectBox(expected);
-        QCOMPARE(showBox("text"), int(QMessageBox::Ok));
-        const QStringList problems = driver.takeProblems();
-        QCOMPARE(problems.size(), 1);
-        QVERIFY2(problems.first().startsWith(QLatin1String(QTest::currentDataTag()) + " is "),
-                 qPrintable(problems.first()));
-    }
-
-    void anotherParentIsReported()
-    {
-        const auto window = std::make_unique<QWidget>();
-        ExpectedBox expected = expectedBox("text");
-        expected.parent = window.get();
-        ModalDriver driver;
-        driver.expectBox(expected);
-        showBox("text");
-        const QStringList problems = driver.takeProblems();
-        QCOMPARE(problems.size(), 1);
-        QVERIFY2(problems.first().startsWith("parent is "), qPrintable(problems.first()));
+        const auto report = [this](const std::function<void(ExpectedBox *)> &change) {
+            ExpectedBox expected = expectedBox("text");
+            change(&expected);
+            m_driver->expectBox(expected);
+            showBox("text");
+            const QStringList problems = m_driver->takeProblems();
+            return problems.size() == 1 ? problems.first().section(" is ", 0, 0) : QString();
+        };
+        QCOMPARE(report([](auto *box) { box->icon = QMessageBox::Critical; }), "icon");
+        QCOMPARE(report([](auto *box) { box->title = "title"; }), "title");
+        QCOMPARE(report([](auto *box) { box->text += "."; }), "text");
+        QCOMPARE(report([](auto *box) { box->buttons |= QMessageBox::Cancel; }), "buttons");
+        QCOMPARE(report([](auto *box) { box->defaultButton = QMessageBox::Cancel; }),
+                 "default button");
+        QWidget window;
+        QCOMPARE(report([&window](auto *box) { box->parent = &window; }), "parent");
     }
 
     void aBoxWithoutTheAnswerIsClosedAndReported()
     {
         ExpectedBox expected = expectedBox("text");
         expected.answer = QMessageBox::Discard;
-        ModalDriver driver;
-        driver.expectBox(expected);
+        m_driver->expectBox(expected);
         showBox("text");
-        QCOMPARE(driver.takeProblems(),
-                 QStringList("left open: QMessageBox '' titled 'Title' saying 'text'"));
+        expectProblems({"left open: QMessageBox '' titled 'Title' saying 'text'"});
     }
 
     void aWindowOutOfOrderIsClosedAndReported()
     {
-        ModalDriver driver;
-        driver.expectDialog("Asked", [](QDialog *dialog) { dialog->accept(); });
+        m_driver->expectDialog("Asked", [](QDialog *dialog) { dialog->accept(); });
         showBox("surprise");
-        NamedDialog dialog("Asked");
-        QCOMPARE(dialog.exec(), int(QDialog::Accepted)); // still expected
-        QCOMPARE(
-            driver.takeProblems(),
-            QStringList("unexpected QMessageBox '' titled 'Title' saying 'surprise' instead of "
-                        "dialog 'Asked'"));
+        QCOMPARE(NamedDialog("Asked").exec(), int(QDialog::Accepted)); // still expected
+        expectProblems({"unexpected QMessageBox '' titled 'Title' saying 'surprise' instead of "
+                        "dialog 'Asked'"});
     }
 
-    void anExpectationLeftOverIsReported()
+    void anExpectationLeftOverIsReportedOnce()
     {
-        ModalDriver driver;
-        driver.expectBox(expectedBox("text"));
-        driver.expectDialog("Asked", [](QDialog *) {});
-        driver.expectFileDialog("Open", QString());
-        QCOMPARE(driver.takeProblems(),
-                 QStringList({"never seen: message box 'text'", "never seen: dialog 'Asked'",
-                              "never seen: file dialog 'Open'"}));
+        m_driver->expectBox(expectedBox("text"));
+        m_driver->expectDialog("Asked", [](QDialog *) {});
+        m_driver->expectFileDialog("Open", QString());
+        expectProblems({"never seen: message box 'text'", "never seen: dialog 'Asked'",
+                        "never seen: file dialog 'Open'"});
+        expectProblems({});
     }
 
-    void problemsAreReportedOnce()
+    void aDialogIsHandedToItsActionEachTimeItIsShown()
     {
-        ModalDriver driver;
-        driver.expectBox(expectedBox("text"));
-        QCOMPARE(driver.takeProblems().size(), 1);
-        QCOMPARE(driver.takeProblems(), QStringList());
-        driver.verify();
-    }
-
-    void aDialogIsHandedToItsAction()
-    {
-        ModalDriver driver;
-        QPointer<QDialog> seen;
-        driver.expectDialog("Asked", [&seen](QDialog *shown) {
-            seen = shown;
-            shown->done(7);
-        });
-        NamedDialog dialog("Asked");
-        QCOMPARE(dialog.exec(), 7);
-        QCOMPARE(seen.data(), &dialog);
-    }
-
-    void aDialogIsActiveWhenItsActionRuns()
-    {
-        ModalDriver driver;
-        bool isActive = false;
-        bool hasFocus = false;
-        NamedDialog dialog("Asked");
-        QLineEdit field(&dialog);
-        driver.expectDialog("Asked", [&](QDialog *shown) {
-            isActive = shown->isActiveWindow();
-            hasFocus = field.hasFocus();
-            shown->accept();
-        });
-        dialog.exec();
-        QVERIFY(isActive);
-        QVERIFY(hasFocus);
-    }
-
-    void aDialogMayBeShownAgain()
-    {
-        ModalDriver driver;
         NamedDialog dialog("Asked");
         for (int result = 1; result <= 3; ++result) {
-            driver.expectDialog("Asked", [result](QDialog *shown) { shown->done(result); });
+            m_driver->expectDialog("Asked", [&dialog, result](QDialog *shown) {
+                QCOMPARE(shown, &dialog);
+                shown->done(result);
+            });
         }
         QCOMPARE(dialog.exec(), 1);
         QCOMPARE(dialog.exec(), 2);
         QCOMPARE(dialog.exec(), 3);
     }
 
+    void aDialogIsActiveWhenItsActionRuns()
+    {
+        NamedDialog dialog("Asked");
+        const QLineEdit field(&dialog);
+        bool hasFocus = false;
+        m_driver->expectDialog("Asked", [&](QDialog *shown) {
+            hasFocus = shown->isActiveWindow() && field.hasFocus();
+            shown->accept();
+        });
+        dialog.exec();
+        QVERIFY(hasFocus);
+    }
+
     void aDialogLeftOpenIsClosedAndReported()
     {
-        ModalDriver driver;
-        driver.expectDialog("Asked", [](QDialog *) {});
-        NamedDialog dialog("Asked");
-        QCOMPARE(dialog.exec(), int(QDialog::Rejected));
-        QCOMPARE(driver.takeProblems(), QStringList("left open: QDialog 'Asked' titled ''"));
+        m_driver->expectDialog("Asked", [](QDialog *) {});
+        QCOMPARE(NamedDialog("Asked").exec(), int(QDialog::Rejected));
+        expectProblems({"left open: QDialog 'Asked' titled ''"});
     }
 
     void windowsWithinAnActionAreExpectedAfterIt()
     {
-        ModalDriver driver;
         QStringList order;
-        driver.expectDialog("Outer", [&](QDialog *shown) {
+        m_driver->expectDialog("Outer", [&](QDialog *shown) {
             order << "outer";
             NamedDialog("Inner").exec();
             showBox("text");
             order << "outer again";
             shown->accept();
         });
-        driver.expectDialog("Inner", [&](QDialog *shown) {
+        m_driver->expectDialog("Inner", [&](QDialog *shown) {
             order << "inner";
             shown->accept();
         });
-        driver.expectBox(expectedBox("text"));
+        m_driver->expectBox(expectedBox("text"));
         QCOMPARE(NamedDialog("Outer").exec(), int(QDialog::Accepted));
         QCOMPARE(order, QStringList({"outer", "inner", "outer again"}));
-        QCOMPARE(driver.takeProblems(), QStringList());
     }
 
     void anActionMayDestroyItsDialog()
     {
-        ModalDriver driver;
-        driver.expectDialog("Asked", [](QDialog *shown) { delete shown; });
+        m_driver->expectDialog("Asked", [](QDialog *shown) { delete shown; });
         auto *dialog = new NamedDialog("Asked");
         QCOMPARE(dialog->exec(), int(QDialog::Rejected));
-        QCOMPARE(driver.takeProblems(), QStringList());
     }
 
-    void windowsBeyondWhatIsExpectedMayBeHandled()
+    void windowsThatAreNotExpectedMayBeHandled()
     {
-        ModalDriver driver;
         QStringList seen;
-        driver.handleOthers([&seen](QWidget *window) {
-            seen << window->windowTitle();
-            if (seen.size() < 2) {
+        m_driver->handleOthers([&seen](QWidget *window) {
+            seen << qobject_cast<QMessageBox *>(window)->text();
+            if (seen.size() < 3) {
                 window->close();
             }
         });
-        driver.expectBox(expectedBox("first"));
-        showBox("first");
-        showBox("second");
-        QCOMPARE(driver.takeProblems(), QStringList());
-        showBox("third");
-        QCOMPARE(seen, QStringList({"Title", "Title"}));
-        QCOMPARE(driver.takeProblems(),
-                 QStringList("left open: QMessageBox '' titled 'Title' saying 'third'"));
+        m_driver->expectDialog("Asked", [](QDialog *shown) {
+            showBox("within it");
+            shown->accept();
+        });
+        m_driver->expectDialog("Asked next", [](QDialog *shown) { shown->accept(); });
+        NamedDialog("Asked").exec();
+        NamedDialog("Asked next").exec();
+        showBox("afterwards");
+        expectProblems({});
+        showBox("not closed");
+        expectProblems({"unexpected QMessageBox '' titled 'Title' saying 'not closed'"});
+        QCOMPARE(seen, QStringList({"within it", "afterwards", "not closed"}));
+    }
+
+    void boxesMayBeAgreedTo()
+    {
+        m_driver->handleOthers(ModalDriver::agree);
+        QCOMPARE(showBox("one", QMessageBox::Yes | QMessageBox::No), QMessageBox::Yes);
+        QCOMPARE(showBox("two", QMessageBox::Ok | QMessageBox::Cancel), QMessageBox::Ok);
+        expectProblems({});
+        NamedDialog("Asked").exec();
+        showBox("with neither", QMessageBox::No);
+        QCOMPARE(m_driver->takeProblems().size(), 2);
     }
 
     void aFileIsChosen()
     {
         const QTemporaryDir directory;
         const QString path = directory.filePath("chosen.dat");
-        ModalDriver driver;
-        driver.expectFileDialog("Save", path);
+        m_driver->expectFileDialog("Save", path);
         QFileDialog dialog(nullptr, "Save", directory.path());
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -288,15 +220,22 @@ private slots:
     void aFileDialogIsLookedAtAndCancelled()
     {
         const QTemporaryDir directory;
-        ModalDriver driver;
         QString seen;
-        driver.expectFileDialog("Open", QString(), [&seen](QFileDialog *dialog) {
+        m_driver->expectFileDialog("Open", QString(), [&seen](QFileDialog *dialog) {
             seen = dialog->directory().absolutePath();
         });
         QFileDialog dialog(nullptr, "Open", directory.path());
         QCOMPARE(dialog.exec(), int(QDialog::Rejected));
         QCOMPARE(seen, directory.path());
     }
+
+private:
+    void expectProblems(const QStringList &problems)
+    {
+        QCOMPARE(m_driver->takeProblems(), problems);
+    }
+
+    std::unique_ptr<ModalDriver> m_driver;
 };
 
 VELTRA4_TEST(TestModalDriver)

@@ -6,13 +6,6 @@
 
 namespace {
 
-QString ask(ScriptedChannel *channel, const char *query)
-{
-    char reply[200] = "untouched";
-    return channel->queryString(reply, "%s", query) == 0 ? QString::fromLatin1(reply)
-                                                         : QStringLiteral("failed");
-}
-
 class IdleReceiver : public MessageReceiver
 {
 public:
@@ -29,244 +22,163 @@ class TestScriptedChannel : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { m_channel = std::make_unique<ScriptedChannel>(); }
+
     void everyCallIsTraced()
     {
-        ScriptedChannel channel;
         char reply[200] = "";
         int number = 0;
         double fraction = 0;
         bool truth = false;
         IdleReceiver receiver;
-        channel.setTimeout(0, 20000, 1);
-        channel.sendCommandReply(reply, "veltra2 config clone_config config%s %s", "1", "standard");
-        channel.queryString(reply, "config config t%02d", 7);
-        channel.queryInt(&number, "config number_of_configs");
-        channel.queryDouble(&fraction, "config free_space");
-        channel.queryBool(&truth, "system controller_embedded");
-        channel.sendCommand("config owner \"%s\" ",
-                            "K\xfc"
-                            "che");
-        channel.postMessage("standard", "VELTRA4", 1, "some text");
-        channel.addMessageReceiver("ConfigurationsModule", &receiver);
-        channel.removeMessageReceiver("ServiceModule", &receiver);
+        m_channel->setTimeout(0, 20000, 1);
+        m_channel->sendCommandReply(reply, "veltra2 config clone_config config%s %s", "1", "two");
+        m_channel->queryString(reply, "config config t%02d", 7);
+        m_channel->queryInt(&number, "config number_of_configs");
+        m_channel->queryDouble(&fraction, "config free_space");
+        m_channel->queryBool(&truth, "system controller_embedded");
+        m_channel->sendCommand("config owner \"%s\" ", "B\xfcro");
+        m_channel->postMessage("standard", "VELTRA4", 1, "some text");
+        m_channel->addMessageReceiver("ConfigurationsModule", &receiver);
+        m_channel->removeMessageReceiver("ServiceModule", &receiver);
         QCOMPARE(
-            channel.trace(),
-            QStringList({"setTimeout 0 20000 1",
-                         "sendCommandReply veltra2 config clone_config config1 standard",
-                         "queryString config config t07", "queryInt config number_of_configs",
-                         "queryDouble config free_space", "queryBool system controller_embedded",
-                         QString::fromUtf8("sendCommand config owner \"K\u00fcche\" "),
-                         ScriptedChannel::reported("some text"),
-                         "addMessageReceiver ConfigurationsModule",
-                         "removeMessageReceiver ServiceModule"}));
+            m_channel->trace(),
+            QStringList(
+                {"setTimeout 0 20000 1", "sendCommandReply veltra2 config clone_config config1 two",
+                 "queryString config config t07", "queryInt config number_of_configs",
+                 "queryDouble config free_space", "queryBool system controller_embedded",
+                 QString::fromUtf8("sendCommand config owner \"B\u00fcro\" "),
+                 ScriptedChannel::reported("some text"), "addMessageReceiver ConfigurationsModule",
+                 "removeMessageReceiver ServiceModule"}));
     }
 
     void aTakenTraceStartsAgain()
     {
-        ScriptedChannel channel;
-        channel.sendCommand("first");
-        QCOMPARE(channel.takeTrace(), QStringList("sendCommand first"));
-        channel.sendCommand("second");
-        QCOMPARE(channel.trace(), QStringList("sendCommand second"));
-        QCOMPARE(channel.commandCount(), 2);
-    }
-
-    void aScriptedAnswerStays()
-    {
-        ScriptedChannel channel;
-        channel.answer("system hostname", "first");
-        QCOMPARE(ask(&channel, "system hostname"), "first");
-        QCOMPARE(ask(&channel, "system hostname"), "first");
-        channel.answer("system hostname", "second");
-        QCOMPARE(ask(&channel, "system hostname"), "second");
+        m_channel->sendCommand("first");
+        QCOMPARE(m_channel->takeTrace(), QStringList("sendCommand first"));
+        m_channel->sendCommand("second");
+        QCOMPARE(m_channel->trace(), QStringList("sendCommand second"));
+        QCOMPARE(m_channel->commandCount(), 2);
     }
 
     void answersComeInTurnAndTheLastOneStays()
     {
-        ScriptedChannel channel;
-        channel.answerInTurn("config is_changeable", {"no", "yes"});
-        QCOMPARE(ask(&channel, "config is_changeable"), "no");
-        QCOMPARE(ask(&channel, "config is_changeable"), "yes");
-        QCOMPARE(ask(&channel, "config is_changeable"), "yes");
+        m_channel->answerInTurn("config is_changeable", {"no", "yes"});
+        QCOMPARE(ask("config is_changeable"), "no");
+        QCOMPARE(ask("config is_changeable"), "yes");
+        QCOMPARE(ask("config is_changeable"), "yes");
+        m_channel->answer("config is_changeable", "no");
+        QCOMPARE(ask("config is_changeable"), "no");
+        QCOMPARE(ask("config is_changeable"), "no");
     }
 
-    void anUnscriptedQueryFailsAndTouchesNothing()
+    void withoutAScriptQueriesFailAndCommandsSucceed()
     {
-        ScriptedChannel channel;
         char reply[200] = "untouched";
-        int number = 7;
-        double fraction = 0.5;
-        bool truth = true;
-        QVERIFY(channel.queryString(reply, "system hostname") != 0);
-        QVERIFY(channel.queryInt(&number, "config number_of_configs") != 0);
-        QVERIFY(channel.queryDouble(&fraction, "config free_space") != 0);
-        QVERIFY(channel.queryBool(&truth, "system controller_embedded") != 0);
+        QVERIFY(m_channel->queryString(reply, "system hostname") != 0);
         QCOMPARE(reply, "untouched");
-        QCOMPARE(number, 7);
-        QCOMPARE(fraction, 0.5);
-        QCOMPARE(truth, true);
-    }
-
-    void anUnscriptedCommandSucceeds()
-    {
-        ScriptedChannel channel;
-        char reply[200] = "";
-        QCOMPARE(channel.sendCommand("config new_password none"), 0);
-        QCOMPARE(channel.sendCommandReply(reply, "veltra2 config new_config hall"), 0);
+        QCOMPARE(m_channel->sendCommand("config new_password none"), 0);
+        QCOMPARE(m_channel->sendCommandReply(reply, "veltra2 config new_config hall"), 0);
         QCOMPARE(reply, "veltra2 ok");
-    }
-
-    void answersAreConverted_data()
-    {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QString>("asNumber");
-        QTest::addColumn<QString>("asFraction");
-        QTest::addColumn<QString>("asTruth");
-        const QString failed = "failed";
-        QTest::newRow("number") << QByteArray("12") << "12"
-                                << "12" << failed;
-        QTest::newRow("negative") << QByteArray("-3") << "-3"
-                                  << "-3" << failed;
-        QTest::newRow("one") << QByteArray("1") << "1"
-                             << "1"
-                             << "true";
-        QTest::newRow("zero") << QByteArray("0") << "0"
-                              << "0"
-                              << "false";
-        QTest::newRow("fraction") << QByteArray("0.25") << failed << "0.25" << failed;
-        QTest::newRow("yes") << QByteArray("yes") << failed << failed << "true";
-        QTest::newRow("no") << QByteArray("no") << failed << failed << "false";
-        QTest::newRow("word") << QByteArray("hall") << failed << failed << failed;
-        QTest::newRow("empty") << QByteArray("") << failed << failed << failed;
-    }
-
-    void answersAreConverted()
-    {
-        QFETCH(const QByteArray, answer);
-        QFETCH(const QString, asNumber);
-        QFETCH(const QString, asFraction);
-        QFETCH(const QString, asTruth);
-        ScriptedChannel channel;
-        channel.answer("query", answer);
-        int number = 0;
-        double fraction = 0;
-        bool truth = false;
-        const bool isNumber = channel.queryInt(&number, "query") == 0;
-        const bool isFraction = channel.queryDouble(&fraction, "query") == 0;
-        const bool isTruth = channel.queryBool(&truth, "query") == 0;
-        QCOMPARE(isNumber ? QString::number(number) : "failed", asNumber);
-        QCOMPARE(isFraction ? QString::number(fraction) : "failed", asFraction);
-        QCOMPARE(isTruth ? QVariant(truth).toString() : "failed", asTruth);
-    }
-
-    void aLongAnswerIsCut()
-    {
-        ScriptedChannel channel;
-        channel.answer("system hostname", QByteArray(300, 'x'));
-        QByteArray buffer(300, '#');
-        channel.queryString(buffer.data(), "system hostname");
-        QCOMPARE(buffer, QByteArray(199, 'x') + '\0' + QByteArray(100, '#'));
     }
 
     void aCommandFailsUntilItMaySucceed()
     {
-        ScriptedChannel channel;
-        channel.answer("system hostname", "hall");
-        channel.fail("system hostname");
-        channel.fail("config new_password none");
-        QCOMPARE(ask(&channel, "system hostname"), "failed");
-        QVERIFY(channel.sendCommand("config new_password none") != 0);
-        channel.succeed("system hostname");
-        QCOMPARE(ask(&channel, "system hostname"), "hall");
-        QVERIFY(channel.sendCommand("config new_password none") != 0);
-    }
-
-    void theNthCommandFails_data()
-    {
-        QTest::addColumn<int>("n");
-        QTest::addColumn<bool>("lasting");
-        QTest::addColumn<QString>("results");
-        QTest::newRow("first") << 1 << false << "-+++";
-        QTest::newRow("second") << 2 << false << "+-++";
-        QTest::newRow("all from the second") << 2 << true << "+---";
-        QTest::newRow("later") << 5 << true << "++++";
+        m_channel->answer("system hostname", "hall");
+        m_channel->fail("system hostname");
+        m_channel->fail("config new_password none");
+        QCOMPARE(ask("system hostname"), "failed");
+        QVERIFY(m_channel->sendCommand("config new_password none") != 0);
+        m_channel->succeed("system hostname");
+        QCOMPARE(ask("system hostname"), "hall");
+        QVERIFY(m_channel->sendCommand("config new_password none") != 0);
     }
 
     void theNthCommandFails()
     {
-        QFETCH(const int, n);
-        QFETCH(const bool, lasting);
-        QFETCH(const QString, results);
-        ScriptedChannel channel;
-        channel.sendCommand("before"); // counting starts now
-        channel.failNth(n, lasting);
-        QString actual;
-        for (int i = 0; i < 4; ++i) {
-            actual += channel.sendCommand("command") == 0 ? '+' : '-';
-        }
-        QCOMPARE(actual, results);
+        m_channel->sendCommand("before"); // counting starts afterwards
+        QCOMPARE(resultsWhenFailing(1, false), "-+++");
+        QCOMPARE(resultsWhenFailing(2, false), "+-++");
+        QCOMPARE(resultsWhenFailing(2, true), "+---");
+        QCOMPARE(resultsWhenFailing(5, true), "++++");
     }
 
     void onlyCommandsAreCounted()
     {
-        ScriptedChannel channel;
-        channel.failNth(1);
-        QCOMPARE(channel.setTimeout(0, 1000, 0), 0);
-        QCOMPARE(channel.postMessage("standard", "VELTRA4", 1, "text"), 0);
-        QVERIFY(channel.sendCommand("command") != 0);
-        QCOMPARE(channel.commandCount(), 1);
+        m_channel->failNth(1);
+        QCOMPARE(m_channel->setTimeout(0, 1000, 0), 0);
+        QCOMPARE(m_channel->postMessage("standard", "VELTRA4", 1, "text"), 0);
+        QVERIFY(m_channel->sendCommand("command") != 0);
+        QCOMPARE(m_channel->commandCount(), 1);
     }
 
     void anActionRunsBeforeTheAnswer()
     {
-        ScriptedChannel channel;
         QStringList traceSoFar;
-        channel.whenSent("system hostname", [&channel, &traceSoFar] {
-            traceSoFar = channel.trace();
-            channel.answer("system hostname", "made up just now");
+        m_channel->whenSent("system hostname", [&] {
+            traceSoFar = m_channel->trace();
+            m_channel->answer("system hostname", "made up just now");
         });
-        QCOMPARE(ask(&channel, "system hostname"), "made up just now");
+        QCOMPARE(ask("system hostname"), "made up just now");
         QCOMPARE(traceSoFar, QStringList("queryString system hostname"));
     }
 
     void anActionRunsWhileAMessageIsPosted()
     {
-        ScriptedChannel channel;
         int calls = 0;
-        channel.whenPosted("hello", [&calls] { ++calls; });
-        channel.postMessage("standard", "VELTRA4", 1, "something else");
+        m_channel->whenPosted("hello", [&calls] { ++calls; });
+        m_channel->postMessage("standard", "VELTRA4", 1, "something else");
         QCOMPARE(calls, 0);
-        channel.postMessage("standard", "VELTRA4", 1, "hello");
+        m_channel->postMessage("standard", "VELTRA4", 1, "hello");
         QCOMPARE(calls, 1);
     }
 
     void receiversAreKnownByThemselves()
     {
-        ScriptedChannel channel;
         IdleReceiver first;
         IdleReceiver second;
-        channel.addMessageReceiver("name", &first);
-        channel.addMessageReceiver("name", &second);
-        channel.removeMessageReceiver("another name", &first);
+        m_channel->addMessageReceiver("name", &first);
+        m_channel->addMessageReceiver("name", &second);
+        m_channel->removeMessageReceiver("another name", &first);
         const QList<QPair<QByteArray, MessageReceiver *>> left{{"name", &second}};
-        QCOMPARE(channel.receivers(), left);
+        QCOMPARE(m_channel->receivers(), left);
     }
 
     void aListOfConfigurationsIsAnswered()
     {
-        ScriptedChannel channel;
-        channel.answerConfigurations({"standard", "hall"}, "hall");
+        m_channel->answerConfigurations({"standard", "hall"}, "hall");
         int count = 0;
-        channel.queryInt(&count, "config number_of_configs");
+        m_channel->queryInt(&count, "config number_of_configs");
         QCOMPARE(count, 2);
-        QCOMPARE(ask(&channel, "config active_config"), "hall");
-        QCOMPARE(ask(&channel, "config config t01"), "standard");
-        QCOMPARE(ask(&channel, "config config t02"), "hall");
-        QCOMPARE(ask(&channel, "config config t03"), "failed");
-        QCOMPARE(ask(&channel, "config owner_of_config hall"), "\"owner of hall\"");
-        QCOMPARE(ask(&channel, "config desc_of_config hall"), "\"description of hall\"");
-        QCOMPARE(ask(&channel, "config config_has_password hall"), "no");
+        QCOMPARE(ask("config active_config"), "hall");
+        QCOMPARE(ask("config config t01"), "standard");
+        QCOMPARE(ask("config config t02"), "hall");
+        QCOMPARE(ask("config config t03"), "failed");
+        QCOMPARE(ask("config owner_of_config hall"), "\"owner of hall\"");
+        QCOMPARE(ask("config desc_of_config hall"), "\"description of hall\"");
+        QCOMPARE(ask("config config_has_password hall"), "no");
     }
+
+private:
+    QString ask(const char *query)
+    {
+        char reply[200] = "untouched";
+        return m_channel->queryString(reply, "%s", query) == 0 ? QString::fromLatin1(reply)
+                                                               : QString("failed");
+    }
+
+    // Of four commands.
+    QString resultsWhenFailing(int n, bool lasting)
+    {
+        m_channel->failNth(n, lasting);
+        QString results;
+        for (int i = 0; i < 4; ++i) {
+            results += m_channel->sendCommand("command") == 0 ? '+' : '-';
+        }
+        return results;
+    }
+
+    std::unique_ptr<ScriptedChannel> m_channel;
 };
 
 VELTRA4_TEST(TestScriptedChannel)

@@ -3,7 +3,6 @@
 #include "tests/endtoend/table.h"
 #include "tests/endtoend/transferfiles.h"
 
-#include <QAbstractButton>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -57,16 +56,6 @@ int takeWaitCursors()
         ++cursors;
     }
     return cursors;
-}
-
-void answer(QMessageBox *box)
-{
-    for (const auto button : {QMessageBox::Yes, QMessageBox::Ok}) {
-        if (QAbstractButton *found = box->button(button)) {
-            found->click();
-            return;
-        }
-    }
 }
 
 void choose(QFileDialog *chooser, const QString &path)
@@ -147,7 +136,7 @@ void Stage::handle(QWidget *window)
         if (!qobject_cast<QFileDialog *>(box->parentWidget())) { // not Qt's own question
             m_transcript.boxShown(*box);
         }
-        answer(box);
+        ModalDriver::agree(box);
     } else if (auto *chooser = qobject_cast<QFileDialog *>(window)) {
         m_transcript.windowShown(chooser->windowTitle());
         choose(chooser, m_chosenPath);
