@@ -489,17 +489,15 @@ private slots:
             m_dialog->resize(700, 500);
             QCOMPARE(table()->columnWidth(0), 2 * share - 20);
             QCOMPARE(table()->columnWidth(1), share - 10);
+            QCOMPARE(table()->columnWidth(3), minorVersion == 27 ? share - 10 : 0); // if there
         }
     }
 
-    void theLastColumnFollowsTheWidthOfTheDialog()
+    void withoutColumnsTheWidthDoesNotMatter()
     {
         m_dialog->show();
-        table()->horizontalHeader()->setStretchLastSection(false);
-        m_dialog->resize(700, 500);
-        QCOMPARE(table()->columnWidth(3), 165);
         table()->setColumnCount(0);
-        m_dialog->resize(800, 500); // without columns the width does not matter
+        m_dialog->resize(700, 500);
         QCOMPARE(table()->horizontalHeader()->length(), 0);
     }
 

@@ -9,24 +9,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-Q_DECLARE_METATYPE(QMessageBox::StandardButton)
-
-namespace {
-
-ExpectedBox overwriteQuestion(QMessageBox::StandardButton answer)
-{
-    ExpectedBox question;
-    question.icon = QMessageBox::Warning;
-    question.title = "Save";
-    question.text = "existing.dat already exists.\nDo you want to replace it?";
-    question.buttons = QMessageBox::Yes | QMessageBox::No;
-    question.defaultButton = QMessageBox::No;
-    question.answer = answer;
-    return question;
-}
-
-} // namespace
-
 class TestFileDialog : public QObject
 {
     Q_OBJECT
@@ -35,129 +17,82 @@ private slots:
     void init()
     {
         m_directory = std::make_unique<QTemporaryDir>();
-        QFile existing(path("existing.dat"));
-        QVERIFY(existing.open(QIODevice::WriteOnly));
+        m_driver = std::make_unique<ModalDriver>();
+        QVERIFY(QFile(path("existing.dat")).open(QIODevice::WriteOnly));
     }
 
-    void cleanup() { QCOMPARE(QApplication::topLevelWidgets().size(), 0); }
-
-    void openingReturnsTheChosenFile()
+    void cleanup()
     {
-        ModalDriver driver;
-        driver.expectFileDialog("Open", path("existing.dat"));
-        QCOMPARE(open(&m_owner, nullptr), path("existing.dat"));
+        m_driver->verify();
+        QCOMPARE(QApplication::topLevelWidgets().size(), 0);
     }
 
     void openingStartsInTheDirectoryWithTheFilter()
     {
-        QString directory;
-        QStringList filters;
-        ModalDriver driver;
-        driver.expectFileDialog("Open", QString(), [&](QFileDialog *dialog) {
-            directory = dialog->directory().absolutePath();
-            filters = dialog->nameFilters();
+        QStringList seen;
+        m_driver->expectFileDialog("Open", path("existing.dat"), [&](QFileDialog *dialog) {
+            seen = dialog->nameFilters() << dialog->directory().absolutePath();
         });
-        open(&m_owner, nullptr);
-        QCOMPARE(directory, m_directory->path());
-        QCOMPARE(filters, QStringList("Data (*.dat)"));
+        QCOMPARE(open(&m_owner, nullptr), path("existing.dat"));
+        QCOMPARE(seen, QStringList({"Data (*.dat)", m_directory->path()}));
     }
 
     void openingInsistsOnAnExistingFile()
     {
-        ExpectedBox refusal;
-        refusal.icon = QMessageBox::Warning;
-        refusal.title = "Open";
-        refusal.text =
-            "missing.dat\nFile not found.\nPlease verify the correct file name was given.";
-        ModalDriver driver;
-        driver.expectFileDialog("Open", path("missing.dat"));
-        driver.expectBox(refusal);
+        m_driver->expectFileDialog("Open", path("missing.dat"));
+        m_driver->expectBox(
+            {QMessageBox::Warning, "Open",
+             "missing.dat\nFile not found.\nPlease verify the correct file name was given."});
         QCOMPARE(open(&m_owner, nullptr), QString());
-        QCOMPARE(driver.takeProblems().size(), 1); // the driver closes what is left open
-    }
-
-    void savingReturnsTheChosenName()
-    {
-        ModalDriver driver;
-        driver.expectFileDialog("Save", path("new.dat"));
-        QCOMPARE(save(&m_owner, nullptr), path("new.dat"));
+        expectChooserLeftOpen();
     }
 
     void savingStartsWithTheProposal()
     {
         QStringList proposed;
-        ModalDriver driver;
-        driver.expectFileDialog("Save", QString(),
-                                [&](QFileDialog *dialog) { proposed = dialog->selectedFiles(); });
-        save(&m_owner, nullptr);
-        QCOMPARE(proposed, QStringList(path("proposal.dat")));
-    }
-
-    void overwritingIsAskedFor_data()
-    {
-        QTest::addColumn<QMessageBox::StandardButton>("answer");
-        QTest::addColumn<bool>("isChosen");
-        QTest::newRow("yes") << QMessageBox::Yes << true;
-        QTest::newRow("no, and the dialog is left open") << QMessageBox::No << false;
+        m_driver->expectFileDialog("Save", path("new"), [&](QFileDialog *dialog) {
+            proposed = dialog->nameFilters() << dialog->selectedFiles();
+        });
+        QCOMPARE(save(&m_owner, nullptr), path("new"));
+        QCOMPARE(proposed, QStringList({"Data (*.dat)", path("proposal.dat")}));
     }
 
     void overwritingIsAskedFor()
     {
-        QFETCH(const QMessageBox::StandardButton, answer);
-        QFETCH(const bool, isChosen);
-        ModalDriver driver;
-        driver.expectFileDialog("Save", path("existing.dat"));
-        driver.expectBox(overwriteQuestion(answer));
-        QCOMPARE(save(&m_owner, nullptr), isChosen ? path("existing.dat") : QString());
-        QCOMPARE(driver.takeProblems().isEmpty(), isChosen); // the driver closes what is left open
-    }
-
-    void overwritingIsAskedForWhatIsWritten_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::newRow("whole") << "existing.dat";
-        QTest::newRow("without extension") << "existing";
-        QTest::newRow("blanks after it") << "existing  ";
+        m_driver->expectFileDialog("Save", path("existing.dat"));
+        expectOverwriteQuestion(QMessageBox::Yes);
+        QCOMPARE(save(&m_owner, nullptr), path("existing.dat"));
     }
 
     void overwritingIsAskedForWhatIsWritten()
     {
-        QFETCH(const QString, typed);
-        ModalDriver driver;
-        driver.expectFileDialog("Save", typed);
-        driver.expectBox(overwriteQuestion(QMessageBox::Yes));
-        QCOMPARE(saveData(), path("existing.dat"));
-        driver.expectFileDialog("Save", typed);
-        driver.expectBox(overwriteQuestion(QMessageBox::No));
-        QCOMPARE(saveData(), QString());
-        QVERIFY(!driver.takeProblems().isEmpty()); // the chooser was still open
+        for (const char *typed : {"existing.dat", "existing", "existing  "}) {
+            m_driver->expectFileDialog("Save", typed);
+            expectOverwriteQuestion(QMessageBox::Yes);
+            QCOMPARE(saveData(), path("existing.dat"));
+            m_driver->expectFileDialog("Save", typed);
+            expectOverwriteQuestion(QMessageBox::No);
+            QCOMPARE(saveData(), QString());
+            expectChooserLeftOpen();
+        }
     }
 
     void theExtensionIsCompleted_data()
     {
-        QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("written");
-        QTest::newRow("none") << "new"
-                              << "new.dat";
-        QTest::newRow("given") << "new.dat"
-                               << "new.dat";
-        QTest::newRow("in capitals") << "new.DAT"
-                                     << "new.DAT";
-        QTest::newRow("another") << "new.txt"
-                                 << "new.txt.dat";
-        QTest::newRow("blanks") << " new "
-                                << " new.dat"; // those at the ends of the whole path
-        QTest::newRow("a file without it is there") << "plain"
-                                                    << "plain.dat";
+        QTest::newRow("new") << "new.dat";
+        QTest::newRow("new.dat") << "new.dat";
+        QTest::newRow("new.DAT") << "new.DAT";
+        QTest::newRow("new.txt") << "new.txt.dat";
+        QTest::newRow(" new ") << " new.dat"; // trimmed is the whole path
+        QTest::newRow("plain") << "plain.dat";
     }
 
     void theExtensionIsCompleted()
     {
-        QFETCH(const QString, typed);
         QFETCH(const QString, written);
         QVERIFY(QFile(path("plain")).open(QIODevice::WriteOnly));
-        ModalDriver driver;
-        driver.expectFileDialog("Save", typed);
+        m_driver->expectFileDialog("Save", QTest::currentDataTag());
         QCOMPARE(saveData(), path(written));
     }
 
@@ -165,15 +100,10 @@ private slots:
     {
         QVERIFY(QDir(m_directory->path()).mkdir("inner"));
         QString entered;
-        ModalDriver driver;
-        driver.expectDialog("QFileDialog", [&](QDialog *dialog) {
-            auto *chooser = qobject_cast<QFileDialog *>(dialog);
-            auto *name = chooser->findChild<QLineEdit *>("fileNameEdit");
-            name->setText("inner");
-            QTest::keyClick(name, Qt::Key_Return);
-            entered = chooser->directory().dirName();
-            name->setText("new");
-            QTest::keyClick(name, Qt::Key_Return);
+        m_driver->expectDialog("QFileDialog", [&entered](QDialog *chooser) {
+            enter("inner", chooser);
+            entered = qobject_cast<QFileDialog *>(chooser)->directory().dirName();
+            enter("new", chooser);
         });
         QCOMPARE(saveData(), path("inner/new.dat"));
         QCOMPARE(entered, "inner");
@@ -183,11 +113,8 @@ private slots:
     void noNameIsNoFile()
     {
         bool isOpen = false;
-        ModalDriver driver;
-        driver.expectDialog("QFileDialog", [&isOpen](QDialog *chooser) {
-            auto *name = chooser->findChild<QLineEdit *>("fileNameEdit");
-            name->clear();
-            QTest::keyClick(name, Qt::Key_Return);
+        m_driver->expectDialog("QFileDialog", [&isOpen](QDialog *chooser) {
+            enter("", chooser);
             isOpen = chooser->isVisible();
             chooser->reject();
         });
@@ -195,44 +122,32 @@ private slots:
         QVERIFY(isOpen);
     }
 
-    void cancellingReturnsNothing()
-    {
-        ModalDriver driver;
-        driver.expectFileDialog("Open", QString());
-        driver.expectFileDialog("Save", QString());
-        QCOMPARE(open(&m_owner, nullptr), QString());
-        QCOMPARE(save(&m_owner, nullptr), QString());
-    }
-
-    void theDialogHasTheParent()
+    void cancelledOverItsParentItReturnsNothing()
     {
         QWidget parent;
         QWidgetList parents;
         const auto look = [&parents](const QFileDialog *dialog) {
             parents << dialog->parentWidget();
         };
-        ModalDriver driver;
-        driver.expectFileDialog("Open", QString(), look);
-        driver.expectFileDialog("Save", QString(), look);
-        open(&m_owner, &parent);
-        save(&m_owner, &parent);
+        m_driver->expectFileDialog("Open", QString(), look);
+        m_driver->expectFileDialog("Save", QString(), look);
+        QCOMPARE(open(&m_owner, &parent), QString());
+        QCOMPARE(save(&m_owner, &parent), QString());
         QCOMPARE(parents, QWidgetList({&parent, &parent}));
     }
 
     void aDestroyedOwnerMeansNoFile()
     {
         auto *owner = new QObject;
-        ModalDriver driver;
-        driver.expectFileDialog("Open", path("existing.dat"),
-                                [owner](QFileDialog *) { delete owner; });
+        m_driver->expectFileDialog("Open", path("existing.dat"),
+                                   [owner](QFileDialog *) { delete owner; });
         QCOMPARE(open(owner, nullptr), QString());
     }
 
     void aDestroyedParentTakesTheDialogWithIt()
     {
         auto *parent = new QWidget;
-        ModalDriver driver;
-        driver.expectDialog("QFileDialog", [parent](QDialog *) { delete parent; });
+        m_driver->expectDialog("QFileDialog", [parent](QDialog *) { delete parent; });
         QCOMPARE(save(parent, parent), QString());
     }
 
@@ -244,20 +159,38 @@ private:
         return FileDialog::openFileName(owner, parent, "Open", m_directory->path(), "Data (*.dat)");
     }
 
-    QString save(const QObject *owner, QWidget *parent) const
+    QString save(const QObject *owner, QWidget *parent, const QString &extension = {}) const
     {
-        return FileDialog::saveFileName(owner, parent, "Save", path("proposal.dat"),
-                                        "Data (*.dat)");
+        return FileDialog::saveFileName(owner, parent, "Save", path("proposal.dat"), "Data (*.dat)",
+                                        extension);
     }
 
-    // With ".dat" at the end.
-    QString saveData() const
+    QString saveData() const { return save(&m_owner, nullptr, ".dat"); }
+
+    static void enter(const QString &name, const QDialog *chooser)
     {
-        return FileDialog::saveFileName(&m_owner, nullptr, "Save", path("proposal.dat"),
-                                        "Data (*.dat)", ".dat");
+        auto *field = chooser->findChild<QLineEdit *>("fileNameEdit");
+        field->setText(name);
+        QTest::keyClick(field, Qt::Key_Return);
+    }
+
+    void expectOverwriteQuestion(QMessageBox::StandardButton answer)
+    {
+        m_driver->expectBox({QMessageBox::Warning, "Save",
+                             "existing.dat already exists.\nDo you want to replace it?", answer,
+                             QMessageBox::Yes | QMessageBox::No, QMessageBox::No});
+    }
+
+    // The driver closes it and complains.
+    void expectChooserLeftOpen()
+    {
+        const QStringList problems = m_driver->takeProblems();
+        QCOMPARE(problems.size(), 1);
+        QVERIFY2(problems.first().startsWith("left open: "), qPrintable(problems.first()));
     }
 
     std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<ModalDriver> m_driver;
     QObject m_owner;
 };
 

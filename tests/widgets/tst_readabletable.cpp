@@ -36,7 +36,7 @@ int paintedHeight(const QFont &font, int askedRowHeight)
     QTableWidget table(1, 1);
     table.setFont(font);
     ReadableTable::prepare(&table, askedRowHeight);
-    auto *item = new QTableWidgetItem(QStringLiteral("lg"));
+    auto *item = new QTableWidgetItem("lg");
     table.setItem(0, 0, item);
     table.resize(300, 200);
     QImage picture(table.viewport()->size(), QImage::Format_Grayscale8);
@@ -75,10 +75,9 @@ class TestReadableTable : public QObject
     Q_OBJECT
 
 private slots:
-    void rowsAreAsHighAsAsked() { QCOMPARE(heightOfRow(fontOfSize(12), rowHeight), rowHeight); }
-
-    void rowsAreHigherWhereTheFontNeedsIt()
+    void rowsAreAsHighAsAskedOrHigherWhereTheFontNeedsIt()
     {
+        QCOMPARE(heightOfRow(fontOfSize(12), rowHeight), rowHeight);
         QTableWidget plain(1, 1);
         plain.setFont(fontOfSize(60));
         const int needed = plain.verticalHeader()->minimumSectionSize();
@@ -93,34 +92,26 @@ private slots:
         QCOMPARE(table.horizontalHeader()->textElideMode(), Qt::ElideRight);
     }
 
-    void noLetterIsCut_data()
+    void noLetterIsCut()
     {
-        QTest::addColumn<int>("fontSize");
         for (const int pixels : {9, 12, 15, 17, 20, 22, 25, 31, 40}) {
-            QTest::addRow("%d pixels", pixels) << pixels;
+            const QFont font = fontOfSize(pixels);
+            const int whole = paintedHeight(font, 100);
+            QVERIFY2(whole > pixels / 2, qPrintable(font.toString()));
+            QVERIFY2(paintedHeight(font, 1) == whole, qPrintable(font.toString()));
         }
     }
 
-    void noLetterIsCut()
+    void onlyAShortenedTextIsToldInFull()
     {
-        QFETCH(int, fontSize);
-        const int whole = paintedHeight(fontOfSize(fontSize), 100);
-        QVERIFY(whole > fontSize / 2);
-        QCOMPARE(paintedHeight(fontOfSize(fontSize), 1), whole);
+        const QString text = "Calibration hall, six cameras";
+        QVERIFY(tipOf(text, 40).contains(text));
+        QCOMPARE(tipOf(text, 400), QString());
     }
-
-    void aShortenedTextIsToldInFull()
-    {
-        QVERIFY(tipOf(QStringLiteral("Calibration hall, six cameras"), 40)
-                    .contains(QStringLiteral("Calibration hall, six cameras")));
-    }
-
-    void aTextThatFitsIsNotRepeated() { QCOMPARE(tipOf(QStringLiteral("demo"), 400), QString()); }
 
     void aTextIsNeverTakenForHtml()
     {
-        QVERIFY(tipOf(QStringLiteral("<b>very bold</b>"), 20)
-                    .contains(QStringLiteral("&lt;b&gt;very bold")));
+        QVERIFY(tipOf("<b>very bold</b>", 20).contains("&lt;b&gt;very bold"));
     }
 };
 

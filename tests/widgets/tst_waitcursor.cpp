@@ -27,23 +27,18 @@ private slots:
         }
     }
 
-    void itWaitsForAsLongAsItLives()
+    void itWaitsForAsLongAsItLivesAndNests()
     {
         {
-            const WaitCursor cursor;
+            const WaitCursor outer;
+            QVERIFY(applicationWaits());
+            {
+                const WaitCursor inner;
+                QVERIFY(applicationWaits());
+            }
             QVERIFY(applicationWaits());
         }
         QVERIFY(!QGuiApplication::overrideCursor());
-    }
-
-    void itNests()
-    {
-        const WaitCursor outer;
-        {
-            const WaitCursor inner;
-            QVERIFY(applicationWaits());
-        }
-        QVERIFY(applicationWaits());
     }
 
     void itMayBeTakenBackEarlyAndOnlyOnce()
