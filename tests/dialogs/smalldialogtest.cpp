@@ -82,10 +82,7 @@ void SmallDialogTest::enterAndAccept(QDialog *dialog, const QStringList &entries
 
 void SmallDialogTest::expectWarning(const QString &text, QWidget *parent)
 {
-    ExpectedBox warning;
-    warning.icon = QMessageBox::Warning;
-    warning.title = "Warning";
-    warning.text = text;
+    ExpectedBox warning{QMessageBox::Warning, "Warning", text};
     warning.parent = parent;
     m_driver->expectBox(warning);
 }

@@ -10,10 +10,7 @@ namespace {
 
 ExpectedBox expectedBox(const QString &text)
 {
-    ExpectedBox expected;
-    expected.icon = QMessageBox::Warning;
-    expected.title = "Title";
-    expected.text = text;
+    ExpectedBox expected{QMessageBox::Warning, "Title", text};
     expected.parent = nullptr;
     return expected;
 }
