@@ -381,7 +381,7 @@ private slots:
 
     void withoutConfigurationsTheTableIsEmpty()
     {
-        for (const char *count : {"0", "-3"}) {
+        for (const char *count : {"-3", "0"}) {
             m_channel->answer("config number_of_configs", count);
             exec([this](QDialog *window) {
                 QCOMPARE(m_dialog->focusWidget(), table());
@@ -400,9 +400,7 @@ private slots:
             QVERIFY2(!button(name)->isEnabled(), name);
         }
         QCOMPARE(m_dialog->focusWidget(), button("exit"));
-        for (const QTableWidgetItem *item : table()->selectedItems()) {
-            QCOMPARE(item->column(), 3);
-        }
+        QVERIFY(table()->selectedItems().isEmpty());
     }
 
     void slotsAbove99KeepTheirNumber()
