@@ -17,17 +17,18 @@ enum Column { DescriptionColumn, OwnerColumn, IdentifierColumn, LockedColumn };
 
 constexpr int iconSize = 16; // pixels
 
-bool isSameIcon(const QIcon &left, const QIcon &right)
+QImage imageOf(const QIcon &icon)
 {
-    return left.pixmap(iconSize).toImage() == right.pixmap(iconSize).toImage();
+    return icon.pixmap(iconSize).toImage();
 }
 
 QString lockStateIn(const QTableWidgetItem *item)
 {
-    const bool isLocked = item->text() == QLatin1String("yes");
-    const QIcon icon(isLocked ? QStringLiteral(":/lock.png") : QStringLiteral(":/unlock.png"));
-    return item->text()
-        + (isSameIcon(item->icon(), icon) ? QString() : QStringLiteral(" with the wrong icon"));
+    static const QImage locked = imageOf(QIcon(QStringLiteral(":/lock.png")));
+    static const QImage unlocked = imageOf(QIcon(QStringLiteral(":/unlock.png")));
+    const bool isRight =
+        imageOf(item->icon()) == (item->text() == QLatin1String("yes") ? locked : unlocked);
+    return item->text() + (isRight ? QString() : QStringLiteral(" with the wrong icon"));
 }
 
 // Bold all along, or not at all.

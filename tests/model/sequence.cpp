@@ -1,6 +1,7 @@
 #include "tests/model/sequence.h"
 
 #include "tests/endtoend/transferfiles.h"
+#include "tests/sweep/quickstyle.h"
 
 #include <QGuiApplication>
 #include <QRegularExpression>
@@ -107,6 +108,7 @@ Sequence::Sequence(quint32 seed)
     : m_random(seed)
     , m_abilities(abilities(m_random))
 {
+    QuickStyle::use();
     const ControllerState state = controllerState(m_random);
     m_frontEnd = std::make_unique<FrontEnd>(state, versionOf(m_abilities));
     m_frontEnd->channel.setSleep([](int) {});

@@ -1,13 +1,11 @@
 #include "network/networkchannel.h"
 #include "tests/endtoend/frontend.h"
 #include "tests/endtoend/table.h"
-#include "tests/endtoend/transferfiles.h"
 #include "tests/network/serverprocess.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QGuiApplication>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -27,47 +25,12 @@ enum class Trouble {
 // While the controller stands still, time passes faster.
 constexpr double hurry = 0.01;
 
-constexpr int patienceMs = 60000; // for what happens on its own, however busy the machine is
-
-ExpectedBox noContactBox()
-{
-    return {QMessageBox::Critical, QStringLiteral("Command Error"),
-            QStringLiteral("no contact to Controller")};
-}
-
-ExpectedBox saveBox(QMessageBox::Icon icon, const QString &text)
-{
-    return {icon, QStringLiteral("Save Configurations"), text};
-}
-
-ExpectedBox savedBox(const QString &path)
-{
-    return saveBox(QMessageBox::Information,
-                   QStringLiteral("Configuration data successfully written to the file\n") + path);
-}
-
-ExpectedBox notSavedBox(const QString &path)
-{
-    return saveBox(QMessageBox::Critical,
-                   QStringLiteral("Configuration data written to the file %1 failed!\n").arg(path));
-}
-
-ExpectedBox backedUpBox()
-{
-    return {QMessageBox::Information, QStringLiteral("Success"), QStringLiteral("Backup created!")};
-}
-
-ExpectedBox notBackedUpBox()
-{
-    return {QMessageBox::Critical, QStringLiteral("Invalid backup"),
-            QStringLiteral("Error while receiving backup information!")};
-}
-
-ExpectedBox loadBox(const QString &outcome)
-{
-    return {QMessageBox::Information, QStringLiteral("Load Configurations"),
-            QStringLiteral("Loading configuration %1.").arg(outcome)};
-}
+// What a refresh that finds nobody shows, and what it posts.
+const ExpectedBox noContactBox{QMessageBox::Critical, QStringLiteral("Command Error"),
+                               QStringLiteral("no contact to Controller")};
+const QStringList refreshErrors{
+    errorMessage(QStringLiteral("Unable to get free space of configuration store")),
+    errorMessage(QStringLiteral("Unable to get number of configurations"))};
 
 ExpectedBox restoreQuestion(QMessageBox::Icon icon, const QString &text)
 {
@@ -79,41 +42,16 @@ ExpectedBox restoreQuestion(QMessageBox::Icon icon, const QString &text)
             QMessageBox::No};
 }
 
-ExpectedBox restoredBox()
-{
-    return {QMessageBox::Information, QStringLiteral("Success"),
-            QStringLiteral("Backup restored!")};
-}
-
-ExpectedBox notRestoredBox(const QString &path)
-{
-    return {QMessageBox::Critical, QStringLiteral("Invalid backup file"),
-            QStringLiteral("Error while restoring from backup (%1).").arg(path)};
-}
-
-// What a refresh posts that finds nobody.
-QStringList refreshErrors()
-{
-    return {errorMessage(QStringLiteral("Unable to get free space of configuration store")),
-            errorMessage(QStringLiteral("Unable to get number of configurations"))};
-}
-
-// The sample with less to transfer, but still many chunks of it.
+// The sample with less to transfer, but still many chunks of it, and nothing locked, which a
+// restore would not want.
 ControllerState lightSample()
 {
     constexpr int size = 4000;
     ControllerState state = ControllerState::sample();
     for (Configuration &configuration : state.configurations) {
         configuration.data.truncate(size);
+        configuration.password = SaltedHash();
     }
-    return state;
-}
-
-// A restore wants no locked configuration.
-ControllerState unlockedSample()
-{
-    ControllerState state = lightSample();
-    configurationIn(state, Sample::locked).password = SaltedHash();
     return state;
 }
 
@@ -121,8 +59,8 @@ ControllerState unlockedSample()
 class Scene
 {
 public:
-    explicit Scene(const ControllerState &state)
-        : server(state)
+    Scene()
+        : server(lightSample())
         , channel(server.address())
         , host(channel)
     {
@@ -132,20 +70,11 @@ public:
     void expectTrouble(Trouble trouble, const QString &pattern, int n);
     /// The controller is there again, and known to be.
     void recover();
-    /// Whether the controller can be reached until the operation is over.
-    static bool isReachable(Trouble trouble)
-    {
-        return trouble == Trouble::Restart || trouble == Trouble::Slow;
-    }
 
-    void save(const QString &path, const QVector<ExpectedBox> &boxes);
-    void backUp(const QString &path, const ExpectedBox &box);
-    /// Chooses @p path to be loaded, where the load dialog does not open.
-    void chooseToLoad(const QString &path, const QVector<ExpectedBox> &boxes);
-    /// Chooses @p path to be loaded, and loads all that the dialog shows.
-    void load(const QString &path, const QVector<ExpectedBox> &boxes);
+    void backUp(const QString &path);
     void restore(const QString &path, const QVector<ExpectedBox> &outcome);
     QStringList listLines();
+    QStringList takeMessages() { return host.record.takeMessages(); }
 
     ServerProcess server;
     NetworkChannel channel;
@@ -176,19 +105,14 @@ void Scene::strike(Trouble trouble)
 {
     m_trouble = trouble;
     ++m_troubleCount;
-    switch (trouble) {
-    case Trouble::Kill:
-        server.kill();
-        break;
-    case Trouble::Restart:
-        server.kill();
-        server.restart();
-        break;
-    case Trouble::Stop:
-    case Trouble::Slow:
+    if (trouble == Trouble::Stop || trouble == Trouble::Slow) {
         server.stop();
         channel.setTimeScale(hurry);
-        break;
+        return;
+    }
+    server.kill();
+    if (trouble == Trouble::Restart) {
+        server.restart();
     }
 }
 
@@ -213,59 +137,16 @@ void Scene::goOn()
     m_trouble.reset();
 }
 
-void Scene::save(const QString &path, const QVector<ExpectedBox> &boxes)
-{
-    host.useList([&](QDialog *list) {
-        host.driver.expectDialog("ConfigSaveDlgClass", [&](QDialog *dialog) {
-            UserInput::click(dialog, "checkBox_allSettings");
-            UserInput::click(dialog, "pushButton_clearSelection");
-            Table::click(dialog, Sample::fairText, Qt::ControlModifier);
-            host.driver.expectFileDialog("Save configuration(s)", path);
-            for (const ExpectedBox &box : boxes) {
-                host.driver.expectBox(box);
-            }
-            UserInput::click(dialog, "pushButton_save");
-            UserInput::click(dialog, "pushButton_exit");
-        });
-        UserInput::click(list, "pushButton_save");
-    });
-}
-
-void Scene::backUp(const QString &path, const ExpectedBox &box)
+void Scene::backUp(const QString &path)
 {
     host.useList([&](QDialog *list) {
         host.driver.expectDialog("ConfigSaveDlgClass", [&](QDialog *dialog) {
             host.driver.expectFileDialog("Backup all settings", path);
-            host.driver.expectBox(box);
+            host.driver.expectBox({QMessageBox::Information, "Success", "Backup created!"});
             UserInput::click(dialog, "pushButton_save"); // everything is chosen at first
             UserInput::click(dialog, "pushButton_exit");
         });
         UserInput::click(list, "pushButton_save");
-    });
-}
-
-void Scene::chooseToLoad(const QString &path, const QVector<ExpectedBox> &boxes)
-{
-    host.useList([&](QDialog *list) {
-        host.driver.expectFileDialog("Load Configurations", path);
-        for (const ExpectedBox &box : boxes) {
-            host.driver.expectBox(box);
-        }
-        UserInput::click(list, "pushButton_load");
-    });
-}
-
-void Scene::load(const QString &path, const QVector<ExpectedBox> &boxes)
-{
-    host.useList([&](QDialog *list) {
-        host.driver.expectFileDialog("Load Configurations", path);
-        host.driver.expectDialog("ConfigLoadDlgClass", [&](QDialog *dialog) {
-            for (const ExpectedBox &box : boxes) {
-                host.driver.expectBox(box);
-            }
-            UserInput::click(dialog, "pushButton_load"); // all are selected at first
-        });
-        UserInput::click(list, "pushButton_load");
     });
 }
 
@@ -281,7 +162,13 @@ void Scene::restore(const QString &path, const QVector<ExpectedBox> &outcome)
             QStringLiteral("Hostname and ip settings can be restored. After reboot the XQU might "
                            "not be reachable via network due to wrong network "
                            "settings.\n\nRestore?"))};
-    chooseToLoad(path, questions + outcome);
+    host.useList([&](QDialog *list) {
+        host.driver.expectFileDialog("Load Configurations", path);
+        for (const ExpectedBox &box : questions + outcome) {
+            host.driver.expectBox(box);
+        }
+        UserInput::click(list, "pushButton_load");
+    });
 }
 
 QStringList Scene::listLines()
@@ -291,44 +178,32 @@ QStringList Scene::listLines()
     return lines;
 }
 
-// What was there is there still; what is left of an interrupted operation may have been added.
-void verifyNothingIsMissing(const ControllerState &now, const ControllerState &before)
-{
-    for (const Configuration &configuration : before.configurations) {
-        QVERIFY2(now.configurations.contains(configuration), configuration.identifier.constData());
-    }
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Trouble)
 
+/// Two operations by somebody at the screen, while something happens to the process of the
+/// controller. What the plug-in makes of each command that fails is stated by the sweeps.
 class TestEndToEndNetwork : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init() { m_home.emplace(); }
-
-    void cleanup()
-    {
-        m_home.reset();
-        QVERIFY(!QGuiApplication::overrideCursor());
-    }
+    void cleanup() { QVERIFY(!QGuiApplication::overrideCursor()); }
 
     void refreshing_data() { troubles(); }
 
     void refreshing()
     {
         QFETCH(const Trouble, trouble);
-        Scene scene(lightSample());
+        Scene scene;
         const QStringList before = scene.listLines();
         QCOMPARE(before.size(), 12);
-        QCOMPARE(scene.host.record.takeMessages(), QStringList());
+        QCOMPARE(scene.takeMessages(), QStringList());
 
         scene.expectTrouble(trouble, "^config desc_of_config ", 3);
         const QStringList during = scene.listLines();
-        const QStringList messages = scene.host.record.takeMessages();
+        const QStringList messages = scene.takeMessages();
         QCOMPARE(during.size(), 12);
         if (trouble == Trouble::Restart) {
             QCOMPARE(messages, QStringList());
@@ -338,152 +213,15 @@ private slots:
                      QStringList{errorMessage("Unable to get whether configuration has pasword")});
         } else {
             QCOMPARE(messages.size(), 1 + 9 * 4); // all that was left to be asked
-            scene.host.driver.expectBox(noContactBox());
+            scene.host.driver.expectBox(noContactBox);
             scene.host.triggerAction();
-            QCOMPARE(scene.host.record.takeMessages(), refreshErrors());
+            QCOMPARE(scene.takeMessages(), refreshErrors);
         }
 
         scene.recover();
         QCOMPARE(scene.listLines(), before);
-        QCOMPARE(scene.host.record.takeMessages(), QStringList());
+        QCOMPARE(scene.takeMessages(), QStringList());
         QCOMPARE(scene.server.state(), lightSample());
-    }
-
-    void saving_data() { troubles(); }
-
-    void saving()
-    {
-        QFETCH(const Trouble, trouble);
-        Scene scene(lightSample());
-        scene.expectTrouble(trouble, "^system download [0-9]+$", 5);
-        scene.save(path("broken.dat"), {notSavedBox(path("broken.dat"))});
-        const QStringList messages = scene.host.record.takeMessages();
-        if (Scene::isReachable(trouble)) {
-            // The copy is gone, and the one that was active is so again.
-            QCOMPARE(messages, QStringList());
-            QCOMPARE(scene.server.state(), lightSample());
-        } else {
-            QCOMPARE(messages.size(), 2);
-            QVERIFY2(messages.at(0).startsWith(errorMessage(
-                         "Error save configuration: Cannot delete configuration config")),
-                     qPrintable(messages.at(0)));
-            QCOMPARE(messages.at(1),
-                     errorMessage("Error save configuration: Cannot set active configuration '"
-                                  + QString::fromLatin1(Sample::active) + '\''));
-        }
-
-        scene.recover();
-        scene.save(path("whole.dat"), {savedBox(path("whole.dat"))});
-        QCOMPARE(scene.host.record.takeMessages(), QStringList());
-        verifyNothingIsMissing(scene.server.state(), lightSample());
-        QVector<Archive::Item> items;
-        QString error;
-        QVERIFY2(Archive::unpack(TransferFiles::contentsOf(path("whole.dat")), &items, &error),
-                 qPrintable(error));
-        QCOMPARE(items.size(), 1);
-        QCOMPARE(items.at(0).data, configurationIn(lightSample(), Sample::fair).data);
-    }
-
-    void backingUp_data() { troubles(); }
-
-    void backingUp()
-    {
-        QFETCH(const Trouble, trouble);
-        Scene scene(lightSample());
-        scene.expectTrouble(trouble, "^system download [0-9]+$", 50);
-        scene.backUp(path("broken.xml"), notBackedUpBox());
-        QVERIFY(!QFileInfo::exists(path("broken.xml")));
-        QCOMPARE(scene.host.record.takeMessages(), QStringList());
-
-        scene.recover();
-        scene.backUp(path("whole.xml"), backedUpBox());
-        QVERIFY(QFileInfo::exists(path("whole.xml")));
-        QCOMPARE(scene.host.record.takeMessages(), QStringList());
-        QCOMPARE(scene.server.state(), lightSample());
-    }
-
-    void backingUpEveryDay()
-    {
-        Scene scene(lightSample());
-        scene.host.tellVersion(HostVersion::current);
-        scene.expectTrouble(Trouble::Kill, "^system download [0-9]+$", 50);
-        QStringList messages;
-        QTRY_VERIFY_WITH_TIMEOUT((messages += scene.host.record.takeMessages()).size() == 1,
-                                 patienceMs);
-        QCOMPARE(messages, QStringList{errorMessage("Error execute the automatic backup")});
-        QCOMPARE(QDir(path(".ZOR/VELTRA4/v4.2.0/backup")).entryList(QDir::Files), QStringList());
-        scene.recover();
-        QCOMPARE(scene.listLines().size(), 12);
-        QCOMPARE(scene.server.state(), lightSample());
-    }
-
-    void uploading_data() { troubles(); }
-
-    void uploading()
-    {
-        QFETCH(const Trouble, trouble);
-        ControllerState state = lightSample();
-        const Configuration fair = configurationIn(state, Sample::fair);
-        TransferFiles::write(path("one.dat"), Archive::pack({TransferFiles::item(fair)}));
-        removeConfiguration(state, Sample::fair);
-        Scene scene(state);
-        state.configurations << fair; // as it is to be in the end
-
-        scene.expectTrouble(trouble, "^system upload [0-9]+ ", 20);
-        if (trouble == Trouble::Slow) {
-            // The chunk was taken in spite of it, and nobody asked for the result.
-            scene.load(path("one.dat"), {loadBox("successfully")});
-            QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-            scene.recover();
-        } else {
-            const QStringList error{errorMessage("Error: Unable to get loaded configurations")};
-            const bool isReachable = Scene::isReachable(trouble);
-            scene.chooseToLoad(path("one.dat"),
-                               isReachable ? QVector<ExpectedBox>()
-                                           : QVector<ExpectedBox>{noContactBox()});
-            QCOMPARE(scene.host.record.takeMessages(),
-                     isReachable ? error : error + refreshErrors());
-            scene.recover();
-            scene.load(path("one.dat"), {loadBox("successfully")});
-            QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-        }
-        QCOMPARE(scene.server.state(), state);
-    }
-
-    void importing_data() { troubles(); }
-
-    // What is to be replaced is deleted before; then the controller is not there.
-    void importing()
-    {
-        QFETCH(const Trouble, trouble);
-        const ControllerState before = lightSample();
-        TransferFiles::write(
-            path("two.dat"),
-            Archive::pack({TransferFiles::item(configurationIn(before, Sample::fair)),
-                           TransferFiles::item(configurationIn(before, Sample::rotor))}));
-        Scene scene(before);
-        scene.expectTrouble(trouble, "^veltra2 config delete_config ", 1);
-        if (trouble == Trouble::Slow) {
-            scene.load(path("two.dat"), {loadBox("successfully")});
-            QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-            scene.recover();
-        } else {
-            const bool isReachable = Scene::isReachable(trouble);
-            QVector<ExpectedBox> boxes{loadBox("unsuccessfully")};
-            if (!isReachable) {
-                boxes << noContactBox(); // from the list behind the dialog
-            }
-            scene.load(path("two.dat"), boxes);
-            const QStringList event{changeEvent()};
-            QCOMPARE(scene.host.record.takeMessages(),
-                     isReachable ? event : event + refreshErrors());
-            scene.recover();
-            scene.load(path("two.dat"), {loadBox("successfully")});
-        }
-        const ControllerState after = scene.server.state();
-        QCOMPARE(after.configurations.size(), before.configurations.size());
-        verifyNothingIsMissing(after, before);
-        QCOMPARE(after.activeIdentifier, before.activeIdentifier);
     }
 
     void restoring_data() { troubles(); }
@@ -491,30 +229,32 @@ private slots:
     void restoring()
     {
         QFETCH(const Trouble, trouble);
-        const ControllerState before = unlockedSample();
-        Scene scene(before);
-        scene.backUp(path("backup.xml"), backedUpBox());
+        const TemporaryHome home;
+        const QString path = home.filePath("backup.xml");
+        Scene scene;
+        scene.backUp(path);
         QCOMPARE(scene.channel.sendCommand("system net dhcp"), 0);
         std::array<char, LineChannel::replyCapacity> reply = {};
         QCOMPARE(scene.channel.sendCommandReply(reply.data(), "veltra2 config delete_config %s",
                                                 Sample::fair.constData()),
                  0);
-        scene.host.record.takeMessages();
+        scene.takeMessages();
 
         scene.expectTrouble(trouble, "^system import 'config'", 4);
-        QVector<ExpectedBox> boxes{notRestoredBox(path("backup.xml"))};
-        if (!Scene::isReachable(trouble)) {
-            boxes << noContactBox();
+        const bool isReachable = trouble == Trouble::Restart || trouble == Trouble::Slow;
+        QVector<ExpectedBox> boxes{{QMessageBox::Critical, "Invalid backup file",
+                                    "Error while restoring from backup (" + path + ")."}};
+        if (!isReachable) {
+            boxes << noContactBox;
         }
-        scene.restore(path("backup.xml"), boxes);
-        QCOMPARE(scene.host.record.takeMessages(),
-                 Scene::isReachable(trouble) ? QStringList() : refreshErrors());
-        QVERIFY(scene.server.state() != before);
+        scene.restore(path, boxes);
+        QCOMPARE(scene.takeMessages(), isReachable ? QStringList() : refreshErrors);
+        QVERIFY(scene.server.state() != lightSample());
 
         scene.recover();
-        scene.restore(path("backup.xml"), {restoredBox()});
-        QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-        QCOMPARE(scene.server.state(), before);
+        scene.restore(path, {{QMessageBox::Information, "Success", "Backup restored!"}});
+        QCOMPARE(scene.takeMessages(), QStringList{changeEvent()});
+        QCOMPARE(scene.server.state(), lightSample());
     }
 
 private:
@@ -526,10 +266,6 @@ private:
         QTest::newRow("restarted") << Trouble::Restart;
         QTest::newRow("slow") << Trouble::Slow;
     }
-
-    QString path(const QString &name) const { return m_home->filePath(name); }
-
-    std::optional<TemporaryHome> m_home;
 };
 
 VELTRA4_TEST(TestEndToEndNetwork)

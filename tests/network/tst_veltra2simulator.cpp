@@ -119,20 +119,6 @@ private slots:
         }
     }
 
-    void aStoppedOneGoesOn()
-    {
-        ServerProcess server(ControllerState::sample());
-        NetworkChannel channel(server.address());
-        QCOMPARE(ask(channel, "system hostname"), QString("tracker-lab2"));
-        server.stop();
-        channel.setTimeout(0, 50, 1);
-        QVERIFY(channel.sendCommand("system hostname renamed") != 0);
-        server.resume();
-        channel.setTimeout(0, 20000, 1);
-        // It was executed all the same, and its answer is not taken for this one's.
-        QCOMPARE(ask(channel, "system hostname"), QString("renamed"));
-    }
-
     void commandsCanBeMadeToFail()
     {
         const ServerProcess server(

@@ -2,6 +2,7 @@
 
 #include "tests/endtoend/table.h"
 #include "tests/endtoend/transferfiles.h"
+#include "tests/sweep/quickstyle.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -69,6 +70,7 @@ void choose(QFileDialog *chooser, const QString &path)
 
 Stage::Stage()
 {
+    QuickStyle::use();
     m_frontEnd.channel.setObserver(&m_transcript);
     m_frontEnd.channel.setSleep([](int /*milliseconds*/) {});
     m_frontEnd.driver.handleOthers([this](QWidget *window) { handle(window); });

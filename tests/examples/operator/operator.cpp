@@ -1,6 +1,5 @@
-// Uses the plug-in in whatever host it is loaded into, by mouse and keyboard: lists, creates,
-// saves, loads, backs up and restores, in front of the simulator's sample. Its files go to the home
-// folder.
+// Uses the plug-in in whatever host it is loaded into, by mouse and keyboard: lists, unlocks, backs
+// up, deletes and restores, in front of the simulator's sample. Its file goes to the home folder.
 //
 //     QT_PLUGIN_PATH=FOLDER QT_QPA_GENERIC_PLUGINS=operator HOST
 //
@@ -23,10 +22,10 @@
 
 namespace {
 
-const QString activeRow = QStringLiteral("* Robot cell 2, tool centre point | R. Okafor | no");
+const QString activeText = QStringLiteral("Robot cell 2, tool centre point");
+const QString activeRow = activeText + QStringLiteral(" | R. Okafor | no");
 const QString lockedText = QStringLiteral("Acceptance test, length bar 1.5 m");
-const QString createdText = QStringLiteral("Made by the operator");
-const QString createdRow = createdText + QStringLiteral(" | nobody | no");
+const QString unlockedRow = QStringLiteral("* %1 | metrology lab | no").arg(lockedText);
 
 void require(bool isTrue, const QString &otherwise)
 {
@@ -79,11 +78,8 @@ private:
     {
         useList("listed", [this](QDialog *list) { lookAt(list); });
         useList("unlocked", [this](QDialog *list) { unlock(list); });
-        useList("created", [this](QDialog *list) { create(list); });
-        useList("saved", [this](QDialog *list) { save(list); });
-        useList("loaded", [this](QDialog *list) { load(list); });
         useList("backed up", [this](QDialog *list) { backUp(list); });
-        useList("deleted", [this](QDialog *list) { deleteCreated(list); });
+        useList("deleted", [this](QDialog *list) { deleteOne(list); });
         useList("restored", [this](QDialog *list) { restore(list); });
     }
 
@@ -128,7 +124,7 @@ private:
     static void lookAt(QDialog *list)
     {
         const QStringList lines = Table::lines(list);
-        require(lines.size() == 12 && lines.contains(activeRow), lines.join('\n'));
+        require(lines.size() == 12 && lines.contains("* " + activeRow), lines.join('\n'));
     }
 
     // While anything is locked, nothing can be restored.
@@ -141,52 +137,7 @@ private:
             UserInput::click(dialog, "pushButton_ok");
         });
         UserInput::click(list, "pushButton_lock");
-        const QString unlocked = QStringLiteral("* %1 | metrology lab | no").arg(lockedText);
-        require(Table::lines(list).contains(unlocked), Table::lines(list).join('\n'));
-    }
-
-    void create(QDialog *list)
-    {
-        m_driver.expectDialog(QStringLiteral("NewConfigurationDialog"), [](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_desc", createdText);
-            UserInput::type(dialog, "lineEdit_owner", QStringLiteral("nobody"));
-            UserInput::click(dialog, "pushButton_create");
-        });
-        UserInput::click(list, "pushButton_new");
-        require(Table::lines(list).contains("* " + createdRow), Table::lines(list).join('\n'));
-    }
-
-    void save(QDialog *list)
-    {
-        const QString file = homePath(QStringLiteral("saved.dat"));
-        m_driver.expectDialog(QStringLiteral("ConfigSaveDlgClass"), [&](QDialog *dialog) {
-            UserInput::click(dialog, "checkBox_allSettings");
-            UserInput::click(dialog, "pushButton_clearSelection");
-            Table::click(dialog, createdText);
-            m_driver.expectFileDialog(QStringLiteral("Save configuration(s)"), file);
-            expectBox(QStringLiteral("Save Configurations"),
-                      QStringLiteral("Configuration data successfully written to the file\n")
-                          + file);
-            UserInput::click(dialog, "pushButton_save");
-            UserInput::click(dialog, "pushButton_exit");
-        });
-        UserInput::click(list, "pushButton_save");
-    }
-
-    // What was saved has another identifier and comes beside the one that it was made of.
-    void load(QDialog *list)
-    {
-        const int before = Table::lines(list).size();
-        m_driver.expectFileDialog(QStringLiteral("Load Configurations"),
-                                  homePath(QStringLiteral("saved.dat")));
-        m_driver.expectDialog(QStringLiteral("ConfigLoadDlgClass"), [&](QDialog *dialog) {
-            require(Table::lines(dialog).size() == 1, Table::lines(dialog).join('\n'));
-            expectBox(QStringLiteral("Load Configurations"),
-                      QStringLiteral("Loading configuration successfully."));
-            UserInput::click(dialog, "pushButton_load");
-        });
-        UserInput::click(list, "pushButton_load");
-        require(Table::lines(list).size() == before + 1, Table::lines(list).join('\n'));
+        require(Table::lines(list).contains(unlockedRow), Table::lines(list).join('\n'));
     }
 
     void backUp(QDialog *list)
@@ -201,12 +152,12 @@ private:
         UserInput::click(list, "pushButton_save");
     }
 
-    void deleteCreated(QDialog *list)
+    void deleteOne(QDialog *list)
     {
-        Table::click(list, createdText);
+        Table::click(list, activeText);
         expectQuestion(QStringLiteral("Warning"), QMessageBox::Ok);
         UserInput::click(list, "pushButton_delete");
-        require(Table::lines(list).filter(createdRow).isEmpty(), Table::lines(list).join('\n'));
+        require(Table::lines(list).filter(activeText).isEmpty(), Table::lines(list).join('\n'));
     }
 
     void restore(QDialog *list)
@@ -217,7 +168,8 @@ private:
         expectQuestion(QStringLiteral("Confirmation"), QMessageBox::No); // host name and address
         expectBox(QStringLiteral("Success"), QStringLiteral("Backup restored!"));
         UserInput::click(list, "pushButton_load");
-        require(Table::lines(list).contains("* " + createdRow), Table::lines(list).join('\n'));
+        const QStringList lines = Table::lines(list);
+        require(lines.contains(unlockedRow) && lines.contains(activeRow), lines.join('\n'));
     }
 
     QMainWindow *m_window = nullptr;
