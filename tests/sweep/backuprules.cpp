@@ -1,8 +1,7 @@
 #include "tests/sweep/backuprules.h"
 
-#include "channel/transferencoding.h"
 #include "tests/endtoend/transferfiles.h"
-#include "tests/sweep/chunks.h"
+#include "tests/sweep/commonrules.h"
 #include "tests/sweep/rehearsal.h"
 
 namespace {
@@ -37,27 +36,6 @@ bool askText(Rehearsal &rehearsal, const QByteArray &query, QString *text)
     return true;
 }
 
-QByteArray numbered(const char *query, int number)
-{
-    return query + QByteArray::number(number).rightJustified(2, '0');
-}
-
-bool rehearseSlaves(Rehearsal &rehearsal, QStringList *slaves)
-{
-    int count = 0;
-    if (!rehearsal.askCount("cascade number_of_connected_slaves", &count)) {
-        return false;
-    }
-    for (int i = 1; i <= count; ++i) {
-        QString slave;
-        if (!askText(rehearsal, numbered("cascade connected_slave d", i), &slave)) {
-            return false;
-        }
-        *slaves << slave;
-    }
-    return true;
-}
-
 bool rehearseNetwork(Rehearsal &rehearsal, BackupContents *contents)
 {
     bool isEmbedded = false;
@@ -88,27 +66,6 @@ bool rehearsePreparation(Rehearsal &rehearsal)
             rehearsal.send("system download prepare 'config' '" + identifier.toLatin1() + '\'');
         }
     }
-    return true;
-}
-
-bool rehearseChunks(Rehearsal &rehearsal, QByteArray *data)
-{
-    int total = 0;
-    int number = 0;
-    do {
-        ++number;
-        QByteArray answer;
-        if (!rehearsal.ask("system download " + QByteArray::number(number), &answer)) {
-            return false;
-        }
-        const std::optional<Chunk> chunk = chunkIn(answer);
-        if (!chunk || TransferEncoding::decode(chunk->quoted, data) < 0) {
-            return false;
-        }
-        if (total == 0) {
-            total = chunk->total;
-        }
-    } while (number < total);
     return true;
 }
 
@@ -162,10 +119,17 @@ std::optional<BackupContents> rehearseCollection(Rehearsal &rehearsal)
 {
     rehearsal.follow(rules);
     BackupContents contents;
+    QByteArrayList slaves;
     const bool isCollected = askText(rehearsal, "system hostname", &contents.name)
         && askText(rehearsal, "system controller_serial", &contents.serial)
-        && rehearseSlaves(rehearsal, &contents.slaves) && rehearseNetwork(rehearsal, &contents)
+        && rehearsal.askList("cascade number_of_connected_slaves", "cascade connected_slave d",
+                             &slaves)
+        && rehearseNetwork(rehearsal, &contents)
         && askText(rehearsal, "config active_config", &contents.activeConfig)
-        && rehearsePreparation(rehearsal) && rehearseChunks(rehearsal, &contents.configData);
+        && rehearsePreparation(rehearsal)
+        && rehearseDownload(rehearsal, &contents.configData, false);
+    for (const QByteArray &slave : qAsConst(slaves)) {
+        contents.slaves << QString::fromUtf8(slave);
+    }
     return isCollected ? std::make_optional(contents) : std::nullopt;
 }

@@ -76,11 +76,15 @@ QStringList described(const QByteArray &contents)
     return xml.hasError() ? QStringList(QString::fromLatin1(contents.toHex())) : lines;
 }
 
-QStringList described(const Files &files)
+// Their contents where they are not the same to the letter as among the others.
+QStringList described(const Files &files, const Files &others)
 {
     QStringList lines;
     for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        lines << file.key() << described(file.value());
+        lines << file.key();
+        if (others.value(file.key()) != file.value()) {
+            lines << described(file.value());
+        }
     }
     return lines;
 }
@@ -96,7 +100,8 @@ QString difference(const Outcome &actual, const Outcome &expected)
     const QStringList differences{
         compare("", actual.transcript, expected.transcript),
         compare("on the controller, ", described(actual.state), described(expected.state)),
-        compare("among the files, ", described(actual.files), described(expected.files)),
+        compare("among the files, ", described(actual.files, expected.files),
+                described(expected.files, actual.files)),
         actual.waitCursors == expected.waitCursors
             ? QString()
             : QStringLiteral("%1 wait cursors are left instead of %2")

@@ -1,14 +1,8 @@
 #pragma once
 
-#include "simulator/controllerstate.h"
+#include "tests/sweep/operation.h"
 
-#include <QByteArray>
-#include <QMap>
-#include <QString>
 #include <QStringList>
-
-/// The files below a folder, by their path within it.
-using Files = QMap<QString, QByteArray>;
 
 /// The password of a configuration that an operation locks.
 inline constexpr char newPassword[] = "Zz-9_top";

@@ -42,6 +42,11 @@ bool fits(const char *format, const QByteArray &command)
 
 } // namespace
 
+QByteArray numbered(const char *query, int number)
+{
+    return query + QByteArray::number(number).rightJustified(2, '0');
+}
+
 Rehearsal::Rehearsal(const Operation &operation, const std::optional<FaultPoint> &faultPoint,
                      QByteArrayList newIdentifiers)
     : files(operation.files)
@@ -83,6 +88,19 @@ bool Rehearsal::askCount(const QByteArray &command, int *count)
     return judge(*count > mostOfAnything ? -1 : result, command, {});
 }
 
+bool Rehearsal::askList(const QByteArray &count, const char *each, QByteArrayList *answers)
+{
+    int number = 0;
+    if (!askCount(count, &number)) {
+        return false;
+    }
+    QByteArray answer;
+    while (answers->size() < number && ask(numbered(each, answers->size() + 1), &answer)) {
+        *answers << answer;
+    }
+    return answers->size() >= number;
+}
+
 bool Rehearsal::askNumber(const QByteArray &command)
 {
     double number = 0;
@@ -92,16 +110,6 @@ bool Rehearsal::askNumber(const QByteArray &command)
 bool Rehearsal::askTruth(const QByteArray &command, bool *truth)
 {
     return judge(m_channel.queryBool(truth, "%s", command.constData()), command, {});
-}
-
-void Rehearsal::report(const QString &text)
-{
-    m_channel.postMessage("standard", "VELTRA4", 1, text.toLatin1().constData());
-}
-
-void Rehearsal::announce()
-{
-    m_channel.postMessage("GlobalEvent", "ConfigurationModule", 1, "ActiveConfigurationChanged");
 }
 
 QByteArray Rehearsal::newIdentifier()

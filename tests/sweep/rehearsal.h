@@ -2,11 +2,13 @@
 
 #include "simulator/simulatedchannel.h"
 #include "simulator/simulatedcontroller.h"
-#include "tests/sweep/faultpoint.h"
-#include "tests/sweep/operation.h"
+#include "tests/sweep/outcome.h"
 #include "tests/sweep/transcript.h"
 
 #include <optional>
+
+/// @p query with @p number in two digits behind it.
+QByteArray numbered(const char *query, int number);
 
 /// An operation as it has to go by the rules, without the plug-in: on a controller of its own that
 /// holds the same and suffers the same faults.
@@ -36,14 +38,16 @@ public:
                         const QString &detail = {});
     bool ask(const QByteArray &command, QByteArray *answer = nullptr);
     bool askCount(const QByteArray &command, int *count);
+    /// Asks @p count, and then @p each with the numbers from 1 behind it, until one fails.
+    bool askList(const QByteArray &count, const char *each, QByteArrayList *answers);
     bool askNumber(const QByteArray &command);
     bool askTruth(const QByteArray &command, bool *truth);
     /// @}
 
     /// Posts an error.
-    void report(const QString &text);
+    void report(const QString &text) { m_transcript.tell(Transcript::reportLine(text)); }
     /// Tells the host that the configurations have changed.
-    void announce();
+    void announce() { m_transcript.tell(Transcript::eventLine()); }
     void show(const Box &box, const QString &detail = {}) { m_transcript.boxShown(box, detail); }
     void openWindow(const QString &name) { m_transcript.windowShown(name); }
     /// A wait cursor is to stay.

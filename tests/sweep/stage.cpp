@@ -2,6 +2,7 @@
 
 #include "tests/endtoend/table.h"
 #include "tests/endtoend/transferfiles.h"
+#include "tests/support/userinput.h"
 #include "tests/sweep/quickstyle.h"
 
 #include <QDir>
@@ -117,6 +118,17 @@ void Stage::useList(const std::function<void(QDialog *)> &action)
 {
     onDialog(QStringLiteral("ConfigurationDialog"), action);
     m_frontEnd.triggerAction();
+}
+
+void Stage::startOnList(const char *button, const QString &description)
+{
+    useList([=](QDialog *list) {
+        if (!description.isEmpty()) {
+            Table::click(list, description);
+        }
+        begin();
+        UserInput::click(list, button);
+    });
 }
 
 void Stage::onDialog(const QString &objectName, const std::function<void(QDialog *)> &action)

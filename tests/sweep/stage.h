@@ -1,8 +1,7 @@
 #pragma once
 
 #include "tests/endtoend/frontend.h"
-#include "tests/sweep/faultpoint.h"
-#include "tests/sweep/operation.h"
+#include "tests/sweep/outcome.h"
 #include "tests/sweep/transcript.h"
 
 #include <QHash>
@@ -34,6 +33,9 @@ public:
     void begin();
     /// Opens the list of configurations, runs @p action on it if it appears, and closes it.
     void useList(const std::function<void(QDialog *list)> &action);
+    /// The same for an operation that begins with a click on @p button of the list, after one on
+    /// the row of @p description where there is one.
+    void startOnList(const char *button, const QString &description = {});
     /// What the user does with each dialog of that name, which is closed afterwards.
     void onDialog(const QString &objectName, const std::function<void(QDialog *dialog)> &action);
     /// What the user chooses wherever a file is asked for: @p name in the home directory.

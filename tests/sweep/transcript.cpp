@@ -5,17 +5,40 @@
 
 namespace {
 
-QString boxLine(QMessageBox::Icon icon, const QString &title, const QString &text)
+QString postLine(const char *category, const char *source, int level, const QString &text)
+{
+    return QStringLiteral("post %1 %2 %3: ")
+               .arg(QLatin1String(category), QLatin1String(source), QString::number(level))
+        + text;
+}
+
+} // namespace
+
+QString Transcript::boxLine(QMessageBox::Icon icon, const QString &title, const QString &text)
 {
     const char *kind = QMetaEnum::fromType<QMessageBox::Icon>().valueToKey(icon);
     return QStringLiteral("box %1 '%2': %3").arg(QLatin1String(kind), title, text);
 }
 
-} // namespace
+QString Transcript::windowLine(const QString &name, const QStringList &contents)
+{
+    return (QStringList("window " + name) + contents).join(QStringLiteral(" | "));
+}
+
+QString Transcript::eventLine()
+{
+    return postLine("GlobalEvent", "ConfigurationModule", 1, "ActiveConfigurationChanged");
+}
+
+QString Transcript::reportLine(const QString &text)
+{
+    return postLine("standard", "VELTRA4", 1, text);
+}
 
 void Transcript::clear()
 {
     m_lines.clear();
+    m_told.clear();
     m_exchanges.clear();
 }
 
@@ -31,23 +54,24 @@ QByteArrayList Transcript::newIdentifiers() const
     return identifiers;
 }
 
+void Transcript::tell(const QString &line)
+{
+    m_lines << line;
+    m_told << line;
+}
+
 void Transcript::boxShown(const Box &box, const QString &detail)
 {
-    m_lines << boxLine(box.icon, QString::fromLatin1(box.title),
-                       QString::fromLatin1(box.text).replace(QLatin1String("%1"), detail));
+    tell(boxLine(box.icon, QString::fromLatin1(box.title),
+                 QString::fromLatin1(box.text).replace(QLatin1String("%1"), detail)));
 }
 
 void Transcript::boxShown(const QMessageBox &box)
 {
-    m_lines << boxLine(box.icon(), box.windowTitle(), box.text());
+    tell(boxLine(box.icon(), box.windowTitle(), box.text()));
     if (QGuiApplication::overrideCursor()) {
-        m_lines << QStringLiteral("a box under the wait cursor");
+        tell(QStringLiteral("a box under the wait cursor"));
     }
-}
-
-void Transcript::windowShown(const QString &name)
-{
-    m_lines << QStringLiteral("window %1").arg(name);
 }
 
 void Transcript::exchanged(const Exchange &exchange)
@@ -62,8 +86,5 @@ void Transcript::exchanged(const Exchange &exchange)
 void Transcript::messagePosted(const QByteArray &category, const QByteArray &source, int level,
                                const QByteArray &text)
 {
-    m_lines << QStringLiteral("post %1 %2 %3: %4")
-                   .arg(QString::fromLatin1(category), QString::fromLatin1(source))
-                   .arg(level)
-                   .arg(QString::fromLatin1(text));
+    tell(postLine(category.constData(), source.constData(), level, QString::fromLatin1(text)));
 }

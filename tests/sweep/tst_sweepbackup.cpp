@@ -2,7 +2,6 @@
 #include "tests/support/userinput.h"
 #include "tests/sweep/backuprules.h"
 #include "tests/sweep/rehearsal.h"
-#include "tests/sweep/samples.h"
 #include "tests/sweep/stage.h"
 #include "tests/sweep/sweep.h"
 
@@ -111,10 +110,7 @@ private slots:
     // Over an older backup, which stays as it is unless a whole one takes its place.
     void manual()
     {
-        Operation operation;
-        operation.before = Samples::small();
-        operation.files = {{manualName, BackupContents::of(ControllerState::sample()).document()}};
-        operation.perform = [](Stage &stage) {
+        const auto perform = [](Stage &stage) {
             stage.chooseFile(manualName);
             stage.onDialog("ConfigSaveDlgClass", [&stage](QDialog *dialog) {
                 stage.begin();
@@ -123,27 +119,31 @@ private slots:
             });
             stage.useList([](QDialog *list) { UserInput::click(list, "pushButton_save"); });
         };
-        operation.rehearse = rehearseManual;
-        Sweep::run(operation);
+        ControllerState older = smallSample();
+        older.hostName = "older";
+        Sweep::run({perform,
+                    rehearseManual,
+                    {},
+                    smallSample(),
+                    {{manualName, BackupContents::of(older).document()}}});
     }
 
     void automatic_data() { Sweep::addRowsOfVariant(); }
 
     void automatic()
     {
-        Operation operation;
-        operation.before = Samples::small();
-        const QString hostName = QString::fromLatin1(operation.before.hostName);
-        operation.files = {{automaticName("2024-01-01", hostName), "January"},
-                           {automaticName("2024-02-01", hostName), "February"},
-                           {automaticName("2024-01-01", "another"), "not ours"},
-                           {automaticName("2024-02-01", "another"), "not ours either"}};
-        operation.perform = [](Stage &stage) {
-            stage.begin();
-            stage.backUpAutomatically();
-        };
-        operation.rehearse = rehearseAutomatic;
-        Sweep::run(operation);
+        const QString hostName = QString::fromLatin1(smallSample().hostName);
+        Sweep::run({[](Stage &stage) {
+                        stage.begin();
+                        stage.backUpAutomatically();
+                    },
+                    rehearseAutomatic,
+                    {},
+                    smallSample(),
+                    {{automaticName("2024-01-01", hostName), "January"},
+                     {automaticName("2024-02-01", hostName), "February"},
+                     {automaticName("2024-01-01", "another"), "not ours"},
+                     {automaticName("2024-02-01", "another"), "not ours either"}}});
     }
 
     void cleanupTestCase() { Sweep::sayTotal(); }

@@ -1,9 +1,6 @@
-#include "tests/endtoend/table.h"
 #include "tests/support/testmain.h"
-#include "tests/support/userinput.h"
-#include "tests/sweep/listrules.h"
+#include "tests/sweep/commonrules.h"
 #include "tests/sweep/rehearsal.h"
-#include "tests/sweep/samples.h"
 #include "tests/sweep/stage.h"
 #include "tests/sweep/sweep.h"
 
@@ -37,69 +34,46 @@ private slots:
 
     void refresh()
     {
-        Operation operation;
-        operation.before = Samples::small();
-        operation.perform = [](Stage &stage) {
-            stage.begin();
-            stage.useList([](QDialog *) {});
-        };
-        operation.rehearse = [](Rehearsal &rehearsal) {
-            if (rehearseRefresh(rehearsal)) {
-                rehearsal.openWindow("ConfigurationDialog");
-            }
-        };
-        Sweep::run(operation);
+        Sweep::run({[](Stage &stage) {
+                        stage.begin();
+                        stage.useList([](QDialog *) {});
+                    },
+                    [](Rehearsal &rehearsal) {
+                        if (rehearseRefresh(rehearsal)) {
+                            rehearsal.openWindow("ConfigurationDialog");
+                        }
+                    }});
     }
 
     void activate_data() { Sweep::addRows(); }
 
     void activate()
     {
-        Operation operation;
-        operation.before = Samples::small();
-        operation.perform = [](Stage &stage) {
-            stage.useList([&stage](QDialog *list) {
-                Table::click(list, Sample::fairText);
-                stage.begin();
-                UserInput::click(list, "pushButton_apply");
-            });
-        };
-        operation.rehearse = [](Rehearsal &rehearsal) {
-            rehearsal.follow(activateRules);
-            if (!rehearsal.send("config active_config " + Sample::fair)) {
-                return;
-            }
-            rehearsal.ask("config active_config");
-            rehearsal.ask("system hostname");
-            rehearsal.ask("config desc");
-            rehearsal.announce();
-            rehearseRefresh(rehearsal);
-        };
-        Sweep::run(operation);
+        Sweep::run({[](Stage &stage) { stage.startOnList("pushButton_apply", Sample::fairText); },
+                    [](Rehearsal &rehearsal) {
+                        rehearsal.follow(activateRules);
+                        if (!rehearsal.send("config active_config " + Sample::fair)) {
+                            return;
+                        }
+                        rehearsal.ask("config active_config");
+                        rehearsal.ask("system hostname");
+                        rehearsal.ask("config desc");
+                        rehearseChange(rehearsal);
+                    }});
     }
 
     void deleteOne_data() { Sweep::addRows(); }
 
     void deleteOne()
     {
-        Operation operation;
-        operation.before = Samples::small();
-        operation.risked = {Sample::fair};
-        operation.perform = [](Stage &stage) {
-            stage.useList([&stage](QDialog *list) {
-                Table::click(list, Sample::fairText);
-                stage.begin();
-                UserInput::click(list, "pushButton_delete");
-            });
-        };
-        operation.rehearse = [](Rehearsal &rehearsal) {
-            rehearsal.follow(deleteRules);
-            rehearsal.show(deleteQuestion);
-            rehearsal.sendStructural("veltra2 config delete_config " + Sample::fair);
-            rehearsal.announce();
-            rehearseRefresh(rehearsal);
-        };
-        Sweep::run(operation);
+        Sweep::run({[](Stage &stage) { stage.startOnList("pushButton_delete", Sample::fairText); },
+                    [](Rehearsal &rehearsal) {
+                        rehearsal.follow(deleteRules);
+                        rehearsal.show(deleteQuestion);
+                        rehearsal.sendStructural("veltra2 config delete_config " + Sample::fair);
+                        rehearseChange(rehearsal);
+                    },
+                    {Sample::fair}});
     }
 
     void cleanupTestCase() { Sweep::sayTotal(); }

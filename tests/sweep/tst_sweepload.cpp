@@ -1,14 +1,14 @@
 #include "tests/endtoend/transferfiles.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
-#include "tests/sweep/importrules.h"
-#include "tests/sweep/listrules.h"
+#include "tests/sweep/commonrules.h"
 #include "tests/sweep/rehearsal.h"
-#include "tests/sweep/samples.h"
 #include "tests/sweep/stage.h"
 #include "tests/sweep/sweep.h"
 
 #include <QtTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -32,7 +32,7 @@ constexpr char fileName[] = "load.dat";
 // there and stays as it is, one is gone.
 QByteArray archive()
 {
-    const ControllerState all = Samples::small();
+    const ControllerState all = smallSample();
     return Archive::pack({TransferFiles::baseItem(all),
                           TransferFiles::item(configurationIn(all, Sample::active)),
                           TransferFiles::item(configurationIn(all, Sample::locked)),
@@ -41,29 +41,9 @@ QByteArray archive()
 
 ControllerState withoutFair()
 {
-    ControllerState state = Samples::small();
+    ControllerState state = smallSample();
     removeConfiguration(state, Sample::fair);
     return state;
-}
-
-bool isLocked(const QByteArray &identifier)
-{
-    return identifier == Sample::locked;
-}
-
-bool isOnController(const QByteArray &identifier)
-{
-    return hasConfiguration(withoutFair(), identifier);
-}
-
-bool rehearseImports(Rehearsal &rehearsal, const QByteArrayList &identifiers)
-{
-    for (const QByteArray &identifier : identifiers) {
-        if (!rehearsal.send("system import 'config' '" + identifier + '\'')) {
-            return false;
-        }
-    }
-    return true;
 }
 
 void rehearseLoading(Rehearsal &rehearsal)
@@ -89,15 +69,18 @@ void rehearseLoading(Rehearsal &rehearsal)
     }
     QByteArrayList wanted;
     for (const QByteArray &identifier : qAsConst(identifiers)) {
-        if (isLocked(identifier)) {
+        if (identifier == Sample::locked) {
             continue;
         }
-        if (isOnController(identifier)) {
+        if (hasConfiguration(withoutFair(), identifier)) {
             rehearsal.sendStructural("veltra2 config delete_config " + identifier);
         }
         wanted << identifier;
     }
-    const bool isLoaded = rehearseImports(rehearsal, wanted);
+    const bool isLoaded =
+        std::all_of(wanted.cbegin(), wanted.cend(), [&rehearsal](const QByteArray &identifier) {
+            return rehearsal.send("system import 'config' '" + identifier + '\'');
+        });
     rehearsal.announce();
     rehearsal.show(isLoaded ? loaded : notLoaded);
 }
@@ -113,24 +96,20 @@ private slots:
 
     void load()
     {
-        Operation operation;
-        operation.before = withoutFair();
-        operation.files = {{fileName, archive()}};
-        operation.risked = {Sample::active};
-        operation.perform = [](Stage &stage) {
-            stage.chooseFile(fileName);
-            stage.onDialog("ConfigLoadDlgClass",
-                           [](QDialog *dialog) { UserInput::click(dialog, "pushButton_load"); });
-            stage.useList([&stage](QDialog *list) {
-                stage.begin();
-                UserInput::click(list, "pushButton_load");
-            });
-        };
-        operation.rehearse = [](Rehearsal &rehearsal) {
-            rehearseLoading(rehearsal);
-            rehearseRefresh(rehearsal);
-        };
-        Sweep::run(operation);
+        Sweep::run({[](Stage &stage) {
+                        stage.chooseFile(fileName);
+                        stage.onDialog("ConfigLoadDlgClass", [](QDialog *dialog) {
+                            UserInput::click(dialog, "pushButton_load");
+                        });
+                        stage.startOnList("pushButton_load");
+                    },
+                    [](Rehearsal &rehearsal) {
+                        rehearseLoading(rehearsal);
+                        rehearseRefresh(rehearsal);
+                    },
+                    {Sample::active},
+                    withoutFair(),
+                    {{fileName, archive()}}});
     }
 
     void cleanupTestCase() { Sweep::sayTotal(); }

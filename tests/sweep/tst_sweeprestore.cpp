@@ -1,10 +1,7 @@
 #include "tests/support/testmain.h"
-#include "tests/support/userinput.h"
 #include "tests/sweep/backuprules.h"
-#include "tests/sweep/importrules.h"
-#include "tests/sweep/listrules.h"
+#include "tests/sweep/commonrules.h"
 #include "tests/sweep/rehearsal.h"
-#include "tests/sweep/samples.h"
 #include "tests/sweep/stage.h"
 #include "tests/sweep/sweep.h"
 
@@ -60,7 +57,8 @@ const QByteArray accepted = QByteArrayLiteral("veltra2 ok");
 
 ControllerState backedUp()
 {
-    ControllerState state = Samples::unlocked();
+    ControllerState state = smallSample();
+    configurationIn(state, Sample::locked).password = SaltedHash();
     state.slaves = {{"slave-kept", true, true, true},
                     {"slave-lost", true, true, true},
                     {"slave-forgotten", true, true, true},
@@ -117,17 +115,20 @@ public:
     Ending run();
 
 private:
+    // What is compared and sent back later.
+    bool read(const QByteArray &count, const char *each, QByteArrayList *names)
+    {
+        const bool isRead = m_rehearsal.askList(count, each, names);
+        std::transform(names->begin(), names->end(), names->begin(), sentBack);
+        return isRead;
+    }
     bool setNetwork();
-    bool readExisting();
     bool importAll();
     bool importItem(const QByteArray &identifier);
-    void activate();
-    bool readSlaves();
     bool removeForeignSlaves();
     bool attachSlaves();
     bool attach(const QByteArray &slave);
     void check(const QByteArray &slave);
-    bool isWanted(const QByteArray &slave) const { return m_slaves.contains(slave); }
 
     Rehearsal &m_rehearsal;
     const BackupContents m_document = BackupContents::of(backedUp());
@@ -155,12 +156,17 @@ Ending Restore::run()
     if (!m_rehearsal.askTruth("system controller_embedded", &isEmbeddedNow)) {
         return Ending::Lost;
     }
-    if ((isEmbeddedNow && !setNetwork()) || !readExisting() || !importAll()) {
+    if ((isEmbeddedNow && !setNetwork())
+        || !read("config number_of_configs", "config config t", &m_existing) || !importAll()) {
         return Ending::Failed;
     }
-    activate();
+    const QByteArray active = m_document.activeConfig.toLatin1();
+    if (m_items.contains(active)) {
+        m_rehearsal.send("config active_config " + active);
+    }
     m_rehearsal.announce();
-    if (!readSlaves() || !removeForeignSlaves() || !attachSlaves()) {
+    if (!read("cascade number_of_connected_slaves", "cascade connected_slave d", &m_connected)
+        || !removeForeignSlaves() || !attachSlaves()) {
         return Ending::Failed;
     }
     return m_isComplete ? Ending::Restored : Ending::Incomplete;
@@ -174,23 +180,6 @@ bool Restore::setNetwork()
     return (!m_withNetwork || (set("hostname", m_document.name) && set("net", m_document.net)))
         && set("domainname", m_document.domain) && set("nameserver", m_document.nameServer)
         && set("ntp_server", m_document.ntpServer);
-}
-
-bool Restore::readExisting()
-{
-    int count = 0;
-    if (!m_rehearsal.askCount("config number_of_configs", &count)) {
-        return false;
-    }
-    for (int slot = 1; slot <= count; ++slot) {
-        QByteArray identifier;
-        if (!m_rehearsal.ask("config config t" + QByteArray::number(slot).rightJustified(2, '0'),
-                             &identifier)) {
-            return false;
-        }
-        m_existing << sentBack(identifier);
-    }
-    return true;
 }
 
 bool Restore::importAll()
@@ -219,36 +208,11 @@ bool Restore::importItem(const QByteArray &identifier)
     return m_rehearsal.send("system import 'config' '" + identifier + '\'');
 }
 
-void Restore::activate()
-{
-    if (m_items.contains(m_document.activeConfig.toLatin1())) {
-        m_rehearsal.send("config active_config " + m_document.activeConfig.toLatin1());
-    }
-}
-
-bool Restore::readSlaves()
-{
-    int count = 0;
-    if (!m_rehearsal.askCount("cascade number_of_connected_slaves", &count)) {
-        return false;
-    }
-    for (int i = 1; i <= count; ++i) {
-        QByteArray slave;
-        if (!m_rehearsal.ask("cascade connected_slave d"
-                                 + QByteArray::number(i).rightJustified(2, '0'),
-                             &slave)) {
-            return false;
-        }
-        m_connected << sentBack(slave);
-    }
-    return true;
-}
-
 bool Restore::removeForeignSlaves()
 {
     return std::all_of(m_connected.cbegin(), m_connected.cend(), [this](const QByteArray &slave) {
         QByteArray answer;
-        return isWanted(slave)
+        return m_slaves.contains(slave)
             || (m_rehearsal.sendStructural("veltra2 cascade sub_slave " + slave, &answer)
                 && answer == accepted);
     });
@@ -332,22 +296,17 @@ private:
     static void sweep(const ControllerState &before)
     {
         QString path;
-        Operation operation;
-        operation.before = before;
-        operation.files = {{fileName, BackupContents::of(backedUp()).document()}};
-        operation.risked = {Sample::standard, Sample::active, Sample::locked};
-        operation.perform = [&path](Stage &stage) {
-            path = stage.chooseFile(fileName);
-            stage.useList([&stage](QDialog *list) {
-                stage.begin();
-                UserInput::click(list, "pushButton_load");
-            });
-        };
-        operation.rehearse = [&path](Rehearsal &rehearsal) {
-            rehearse(rehearsal, path);
-            rehearseRefresh(rehearsal);
-        };
-        Sweep::run(operation);
+        Sweep::run({[&path](Stage &stage) {
+                        path = stage.chooseFile(fileName);
+                        stage.startOnList("pushButton_load");
+                    },
+                    [&path](Rehearsal &rehearsal) {
+                        rehearse(rehearsal, path);
+                        rehearseRefresh(rehearsal);
+                    },
+                    {Sample::standard, Sample::active, Sample::locked},
+                    before,
+                    {{fileName, BackupContents::of(backedUp()).document()}}});
     }
 };
 

@@ -1,10 +1,8 @@
-#include "channel/transferencoding.h"
 #include "tests/endtoend/table.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
-#include "tests/sweep/chunks.h"
+#include "tests/sweep/commonrules.h"
 #include "tests/sweep/rehearsal.h"
-#include "tests/sweep/samples.h"
 #include "tests/sweep/stage.h"
 #include "tests/sweep/sweep.h"
 
@@ -12,8 +10,6 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QtTest>
-
-#include <optional>
 
 namespace {
 
@@ -64,42 +60,18 @@ QByteArray datedToday(const QByteArray &description)
     return (text + ' ' + QLocale::c().toString(QDate::currentDate(), "dd-MM-yyyy")).toLatin1();
 }
 
-// Whether all of it came.
-bool rehearseDownload(Rehearsal &rehearsal)
-{
-    int total = 0;
-    int number = 0;
-    QByteArray contents;
-    do {
-        ++number;
-        QByteArray answer;
-        if (!rehearsal.ask("system download " + QByteArray::number(number), &answer)) {
-            return false;
-        }
-        const std::optional<Chunk> chunk = chunkIn(answer);
-        if (!chunk) {
-            rehearsal.report("invalid return: " + QString::fromLatin1(answer));
-            return false;
-        }
-        if (total == 0) {
-            total = chunk->total;
-        }
-        if (TransferEncoding::decode(chunk->quoted, &contents) < 0) {
-            rehearsal.report("unable to parse '" + QString::fromLatin1(chunk->quoted) + '\'');
-            return false;
-        }
-        rehearsal.files[fileName] = contents; // as far as it has come
-    } while (number < total);
-    return true;
-}
-
 Box rehearseOutcome(Rehearsal &rehearsal)
 {
     QByteArray isAvailable;
     if (!rehearsal.ask("system download available", &isAvailable) || isAvailable != "yes") {
         return notRecognized;
     }
-    return rehearseDownload(rehearsal) ? saved : notWritten;
+    QByteArray contents;
+    const bool isWhole = rehearseDownload(rehearsal, &contents, true);
+    if (!contents.isNull()) {
+        rehearsal.files[fileName] = contents; // as far as it has come
+    }
+    return isWhole ? saved : notWritten;
 }
 
 // False if the whole operation is over.
@@ -156,10 +128,7 @@ private slots:
     void save()
     {
         QString path;
-        Operation operation;
-        operation.before = Samples::small();
-        operation.files = {{fileName, "the older one"}, {backupName, "the oldest one"}};
-        operation.perform = [&path](Stage &stage) {
+        const auto perform = [&path](Stage &stage) {
             path = stage.chooseFile(fileName);
             stage.onDialog("ConfigSaveDlgClass", [&stage](QDialog *dialog) {
                 UserInput::click(dialog, "checkBox_allSettings");
@@ -172,8 +141,11 @@ private slots:
             });
             stage.useList([](QDialog *list) { UserInput::click(list, "pushButton_save"); });
         };
-        operation.rehearse = [&path](Rehearsal &rehearsal) { rehearse(rehearsal, path); };
-        Sweep::run(operation);
+        Sweep::run({perform,
+                    [&path](Rehearsal &rehearsal) { rehearse(rehearsal, path); },
+                    {},
+                    smallSample(),
+                    {{fileName, "the older one"}, {backupName, "the oldest one"}}});
     }
 
     void cleanupTestCase() { Sweep::sayTotal(); }

@@ -1,9 +1,7 @@
-#include "tests/endtoend/table.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
-#include "tests/sweep/listrules.h"
+#include "tests/sweep/commonrules.h"
 #include "tests/sweep/rehearsal.h"
-#include "tests/sweep/samples.h"
 #include "tests/sweep/stage.h"
 #include "tests/sweep/sweep.h"
 
@@ -45,9 +43,7 @@ constexpr Box wrongSuperPassword{QMessageBox::Warning, "Warning", "The super pas
 
 void retype(const QDialog *dialog, const char *lineEdit, const QString &text)
 {
-    auto *field = UserInput::named<QLineEdit>(dialog, lineEdit);
-    field->selectAll();
-    QTest::keyClick(field, Qt::Key_Backspace);
+    UserInput::named<QLineEdit>(dialog, lineEdit)->clear();
     UserInput::type(dialog, lineEdit, text);
 }
 
@@ -59,35 +55,25 @@ class TestSweepSmallDialogs : public QObject
 
 private slots:
     void newEmpty_data() { Sweep::addRows(); }
-
     void newEmpty() { sweepNew(false); }
-
     void newClone_data() { Sweep::addRows(); }
-
     void newClone() { sweepNew(true); }
 
     void edit_data() { Sweep::addRows(); }
 
+    // Owner and description go to whatever is active, which is another one if the edited one could
+    // not be made so.
     void edit()
     {
-        Operation operation;
-        operation.before = Samples::small();
-        // Owner and description go to whatever is active, which is another one if the edited one
-        // could not be made so.
-        operation.risked = {Sample::fair, Sample::active};
-        operation.perform = [](Stage &stage) {
+        const auto perform = [](Stage &stage) {
             stage.onDialog("EditConfigDialog", [](QDialog *dialog) {
                 retype(dialog, "lineEdit_desc", "Hall 5");
                 retype(dialog, "lineEdit_owner", "me");
                 UserInput::click(dialog, "pushButton_ok");
             });
-            stage.useList([&stage](QDialog *list) {
-                Table::click(list, Sample::fairText);
-                stage.begin();
-                UserInput::click(list, "pushButton_edit");
-            });
+            stage.startOnList("pushButton_edit", Sample::fairText);
         };
-        operation.rehearse = [](Rehearsal &rehearsal) {
+        const auto rehearse = [](Rehearsal &rehearsal) {
             rehearsal.follow(editRules);
             rehearsal.ask("config owner_of_config " + Sample::fair);
             rehearsal.ask("config desc_of_config " + Sample::fair);
@@ -95,72 +81,55 @@ private slots:
             rehearsal.send("config active_config " + Sample::fair);
             rehearsal.send("config owner \"me\"");
             rehearsal.send("config desc \"Hall 5\"");
-            rehearsal.announce();
-            rehearseRefresh(rehearsal);
+            rehearseChange(rehearsal);
         };
-        Sweep::run(operation);
+        Sweep::run({perform, rehearse, {Sample::fair, Sample::active}});
     }
 
     void lock_data() { Sweep::addRows(); }
 
     void lock()
     {
-        Operation operation;
-        operation.before = Samples::small();
-        operation.risked = {Sample::active};
-        operation.perform = [](Stage &stage) {
+        const auto perform = [](Stage &stage) {
             stage.onDialog("LockConfigurationDialog", [](QDialog *dialog) {
                 UserInput::type(dialog, "lineEdit_new_password", newPassword);
                 UserInput::type(dialog, "lineEdit_new_password_repeat", newPassword);
                 UserInput::click(dialog, "pushButton_ok");
             });
-            stage.useList([&stage](QDialog *list) {
-                stage.begin();
-                UserInput::click(list, "pushButton_lock");
-            });
+            stage.startOnList("pushButton_lock");
         };
-        operation.rehearse = [](Rehearsal &rehearsal) {
+        const auto rehearse = [](Rehearsal &rehearsal) {
             rehearsal.follow(lockRules);
             rehearsal.ask("config desc_of_config " + Sample::active);
             rehearsal.openWindow("LockConfigurationDialog");
             rehearsal.send(QByteArray("config new_password '") + newPassword + '\'');
-            rehearsal.announce();
-            rehearseRefresh(rehearsal);
+            rehearseChange(rehearsal);
         };
-        Sweep::run(operation);
+        Sweep::run({perform, rehearse, {Sample::active}});
     }
 
     void unlock_data() { Sweep::addRows(); }
-
     void unlock() { sweepUnlock(false); }
-
     void unlockWithSuperPassword_data() { Sweep::addRows(); }
-
     void unlockWithSuperPassword() { sweepUnlock(true); }
 
     void cleanupTestCase() { Sweep::sayTotal(); }
 
 private:
+    // Owner and description go to whatever is active, which is the older one if nothing was
+    // created.
     static void sweepNew(bool isClone)
     {
-        Operation operation;
-        operation.before = Samples::small();
-        // Owner and description go to whatever is active, which is the older one if nothing was
-        // created.
-        operation.risked = {Sample::active};
-        operation.perform = [isClone](Stage &stage) {
+        const auto perform = [isClone](Stage &stage) {
             stage.onDialog("NewConfigurationDialog", [isClone](QDialog *dialog) {
                 UserInput::type(dialog, "lineEdit_desc", "Hall 5");
                 UserInput::type(dialog, "lineEdit_owner", "me");
                 UserInput::click(dialog, isClone ? "radioButton_clone" : "radioButton_new");
                 UserInput::click(dialog, "pushButton_create");
             });
-            stage.useList([&stage](QDialog *list) {
-                stage.begin();
-                UserInput::click(list, "pushButton_new");
-            });
+            stage.startOnList("pushButton_new");
         };
-        operation.rehearse = [isClone](Rehearsal &rehearsal) {
+        const auto rehearse = [isClone](Rehearsal &rehearsal) {
             rehearsal.follow(newRules);
             rehearsal.openWindow("NewConfigurationDialog");
             QByteArray active;
@@ -172,18 +141,14 @@ private:
             rehearsal.send("config new_password none");
             rehearsal.send("config owner \"me\" ");
             rehearsal.send("config desc \"Hall 5\" ");
-            rehearsal.announce();
-            rehearseRefresh(rehearsal);
+            rehearseChange(rehearsal);
         };
-        Sweep::run(operation);
+        Sweep::run({perform, rehearse, {Sample::active}});
     }
 
     static void sweepUnlock(bool isSuper)
     {
-        Operation operation;
-        operation.before = Samples::lockedActive();
-        operation.risked = {Sample::locked};
-        operation.perform = [isSuper](Stage &stage) {
+        const auto perform = [isSuper](Stage &stage) {
             stage.onDialog("UnlockConfigurationDialog", [isSuper](QDialog *dialog) {
                 if (isSuper) {
                     UserInput::click(dialog, "checkBox_use_super_password");
@@ -191,12 +156,9 @@ private:
                 UserInput::type(dialog, "lineEdit_password", isSuper ? "super" : "lock");
                 UserInput::click(dialog, "pushButton_ok");
             });
-            stage.useList([&stage](QDialog *list) {
-                stage.begin();
-                UserInput::click(list, "pushButton_lock");
-            });
+            stage.startOnList("pushButton_lock");
         };
-        operation.rehearse = [isSuper](Rehearsal &rehearsal) {
+        const auto rehearse = [isSuper](Rehearsal &rehearsal) {
             rehearsal.follow(unlockRules);
             rehearsal.ask("config desc_of_config " + Sample::locked);
             rehearsal.openWindow("UnlockConfigurationDialog");
@@ -215,7 +177,9 @@ private:
             }
             rehearseRefresh(rehearsal);
         };
-        Sweep::run(operation);
+        ControllerState before = smallSample();
+        before.activeIdentifier = Sample::locked;
+        Sweep::run({perform, rehearse, {Sample::locked}, before});
     }
 };
 
