@@ -19,13 +19,14 @@
 
 #include <algorithm>
 #include <csignal>
+#include <functional>
 #include <memory>
 
 namespace {
 
 constexpr int defaultKills = 20;            // of each operation
 constexpr int killsPerBlock = 20;           // a block is what the test's own time limit counts for
-constexpr quint32 latestKillMs = 250;       // several rounds of anything
+constexpr quint32 latestKillMs = 100;       // several rounds of anything
 constexpr quint32 latestAimedKillUs = 1000; // after a file was begun, before it is finished
 constexpr int longestAimMs = 2000;
 constexpr int patienceMs = 60000; // for the host to start, however busy the machine is
@@ -87,7 +88,6 @@ private slots:
 
     void aSaveLeavesTheOldFileOrTheNew()
     {
-        QFETCH(const int, kills);
         start();
         const QString path = m_home->filePath("saved.dat");
         QVector<Archive::Item> items;
@@ -95,53 +95,36 @@ private slots:
             items << TransferFiles::item(configuration);
         }
         TransferFiles::write(path, Archive::pack(items));
-        int inTheMiddle = 0;
-        for (int i = 0; i < kills; ++i) {
-            killDuring("save", "saved.dat");
-            checkState();
-            if (QTest::currentTestFailed()) {
-                return;
-            }
+        killAgainAndAgain("save", "saved.dat", [&] {
             if (!isWholeSave(path, m_state)) {
-                ++inTheMiddle;
                 QVERIFY(isWholeSave(path + ".bak", m_state));
                 // The user takes the older one, before the next save makes the half one the older
                 // one.
                 QFile::remove(path);
                 QVERIFY(QFile::rename(path + ".bak", path));
             }
-        }
-        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
+        });
     }
 
     void aBackupByHandIsWholeOrNotThere_data() { addBlocks(); }
 
     void aBackupByHandIsWholeOrNotThere()
     {
-        QFETCH(const int, kills);
         start();
         const QString path = m_home->filePath("all.xml");
-        int inTheMiddle = 0;
         bool wasThere = false;
-        for (int i = 0; i < kills; ++i) {
-            inTheMiddle += killDuring("manual", "all.xml") ? 1 : 0;
-            checkState();
-            if (QTest::currentTestFailed()) {
-                return;
-            }
+        killAgainAndAgain("manual", "all.xml", [&] {
             const bool isThere = QFile::exists(path);
             QVERIFY(isThere || !wasThere); // the one before it is not lost
             QVERIFY(!isThere || isWholeBackup(path, m_state));
             wasThere = isThere;
-        }
-        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
+        });
     }
 
     void anAutomaticBackupIsWholeOrNotThere_data() { addBlocks(); }
 
     void anAutomaticBackupIsWholeOrNotThere()
     {
-        QFETCH(const int, kills);
         start();
         const QString folder = ".ZOR/VELTRA4/v4.12.3/backup";
         QVERIFY(QDir(m_home->path()).mkpath(folder));
@@ -149,38 +132,26 @@ private slots:
         const QString host = QString::fromLatin1(m_state.hostName) + ".xml";
         const QString today =
             QStringLiteral("backup_%1_").arg(QDate::currentDate().toString(Qt::ISODate)) + host;
+        const auto writeOldest = [&] {
+            TransferFiles::write(directory.filePath("backup_2024-01-01_" + host), "the oldest");
+        };
         const QString newestOlder = TransferFiles::write(
             directory.filePath("backup_2024-02-01_" + host), "the newest older");
-        int inTheMiddle = 0;
-        for (int i = 0; i < kills; ++i) {
-            TransferFiles::write(directory.filePath("backup_2024-01-01_" + host), "the oldest");
-            inTheMiddle += killDuring("automatic", folder + "/" + today) ? 1 : 0;
-            checkState();
-            if (QTest::currentTestFailed()) {
-                return;
-            }
+        writeOldest();
+        killAgainAndAgain("automatic", folder + "/" + today, [&] {
             const QString path = directory.filePath(today);
             QVERIFY(!QFile::exists(path) || isWholeBackup(path, m_state));
-            QCOMPARE(TransferFiles::contentsOf(newestOlder), QByteArray("the newest older"));
-        }
-        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
+            QCOMPARE(TransferFiles::contentsOf(newestOlder), "the newest older");
+            writeOldest();
+        });
     }
 
     void theControllersStateIsWhole_data() { addBlocks(); }
 
     void theControllersStateIsWhole()
     {
-        QFETCH(const int, kills);
         start();
-        int inTheMiddle = 0;
-        for (int i = 0; i < kills; ++i) {
-            inTheMiddle += killDuring("edit", "state.json") ? 1 : 0;
-            checkState();
-            if (QTest::currentTestFailed()) {
-                return;
-            }
-        }
-        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
+        killAgainAndAgain("edit", "state.json", [] {});
     }
 
 private:
@@ -200,6 +171,20 @@ private:
         QString error;
         QVERIFY2(StateFile::save(m_home->filePath("state.json"), m_state, &error),
                  qPrintable(error));
+    }
+
+    // Looks each time at what the operation has left of that file, and of the controller's state.
+    void killAgainAndAgain(const QString &operation, const QString &fileName,
+                           const std::function<void()> &look)
+    {
+        QFETCH(const int, kills);
+        int inTheMiddle = 0;
+        for (int i = 0; i < kills && !QTest::currentTestFailed(); ++i) {
+            inTheMiddle += killDuring(operation, fileName) ? 1 : 0;
+            checkState();
+            look();
+        }
+        qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
     }
 
     // While the operation goes on that writes fileName. Returns whether it was just being written.

@@ -3,6 +3,7 @@
 #include "host/simulatedlink.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/userinput.h"
+#include "tests/sweep/quickstyle.h"
 
 #include <QAction>
 #include <QApplication>
@@ -121,7 +122,7 @@ void Victim::useList(const std::function<void(QDialog *)> &action)
     for (const QAction *menu : menus) {
         const QList<QAction *> entries = menu->menu()->actions();
         for (QAction *entry : entries) {
-            if (entry->text() == QLatin1String("&Configurations")) {
+            if (entry->text() == "&Configurations") {
                 entry->trigger();
             }
         }
@@ -155,15 +156,16 @@ void Victim::repeat(const std::function<void()> &round)
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);
+    QuickStyle::use();
     const QString operation = QCoreApplication::arguments().value(1);
     Victim victim;
-    if (operation == QLatin1String("save")) {
+    if (operation == "save") {
         victim.save();
-    } else if (operation == QLatin1String("manual")) {
+    } else if (operation == "manual") {
         victim.backUp();
-    } else if (operation == QLatin1String("automatic")) {
+    } else if (operation == "automatic") {
         victim.backUpAutomatically();
-    } else if (operation == QLatin1String("edit")) {
+    } else if (operation == "edit") {
         victim.edit();
     }
     qFatal("it did not work");

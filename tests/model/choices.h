@@ -3,42 +3,17 @@
 #include <QString>
 #include <QVector>
 
-/// What a user wants, in each of the dialogs. Where there are several attempts, they are made one
-/// after the other as long as the dialog stays open; it is cancelled after the last one.
-
-/// What is put into the two fields of a dialog: description and owner, or a password twice.
-struct TwoTexts
+/// What is put into the two fields of a dialog before it is confirmed: description and owner, a
+/// password twice, or a password alone.
+struct Attempt
 {
     QString first;
-    QString second;
+    QString second = {};
+    bool isSuper = false; ///< the password is the super one
 };
 
-struct CreationChoice
-{
-    bool isClone = true;
-    QVector<TwoTexts> attempts; ///< description and owner
-};
-
-struct EditChoice
-{
-    QVector<TwoTexts> attempts; ///< description and owner
-};
-
-struct LockChoice
-{
-    QVector<TwoTexts> attempts; ///< the password and its repetition
-};
-
-struct PasswordAttempt
-{
-    QString password;
-    bool isSuper = false;
-};
-
-struct UnlockChoice
-{
-    QVector<PasswordAttempt> attempts;
-};
+/// Made one after the other as long as the dialog stays open; it is cancelled after the last one.
+using Attempts = QVector<Attempt>;
 
 /// Which rows, from the top, go into or come out of which file; an empty path cancels the choice of
 /// a file.

@@ -181,7 +181,7 @@ QStringList ControllerModel::lines() const
                           QString::fromLatin1(configuration.description),
                           configuration.password ? QStringLiteral("locked with ")
                                   + QString::fromLatin1(*configuration.password)
-                                                 : QStringLiteral("unlocked"),
+                                                 : "unlocked",
                           QString::number(configuration.data.size()), QString::fromLatin1(sum));
     }
     return lines << QStringLiteral("active: ") + QString::fromLatin1(active);

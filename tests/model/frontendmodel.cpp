@@ -1,6 +1,6 @@
 #include "tests/model/frontendmodel.h"
 
-#include "tests/model/transcript.h"
+#include "tests/sweep/transcript.h"
 
 #include <QFileInfo>
 #include <QLocale>
@@ -11,7 +11,7 @@
 
 namespace {
 
-const QString table = QStringLiteral("tableWidget");
+const QString table = "tableWidget";
 constexpr double nearlyFull = 0.2;
 constexpr double tooFull = 0.02;
 
@@ -22,7 +22,7 @@ QString unquoted(const QByteArray &text)
 
 QString warningLine(const QString &text)
 {
-    return Transcript::boxLine(QMessageBox::Warning, QStringLiteral("Warning"), text);
+    return Transcript::boxLine(QMessageBox::Warning, "Warning", text);
 }
 
 // As the controller answers it: in quotes.
@@ -37,17 +37,16 @@ QString descriptionAnswer(const StoredModel *configuration)
 QByteArray dated(const QByteArray &description)
 {
     QString text = unquoted(description);
-    if (text.startsWith(QLatin1String("copy of "))) {
+    if (text.startsWith("copy of ")) {
         text = text.mid(8);
     }
-    static const QRegularExpression date(QStringLiteral("[0-9]{2}-[0-9]{2}-[0-9]{4}$"));
+    static const QRegularExpression date("[0-9]{2}-[0-9]{2}-[0-9]{4}$");
     const QRegularExpressionMatch match = date.match(text);
     if (match.hasMatch()) {
         const QString before = text.left(match.capturedStart());
-        text = before.endsWith(QLatin1Char(' ')) ? before.chopped(1)
-                                                 : before + QStringLiteral("00-00-0000");
+        text = before.endsWith(QLatin1Char(' ')) ? before.chopped(1) : before + "00-00-0000";
     }
-    const QString today = QLocale::c().toString(QDate::currentDate(), QStringLiteral("dd-MM-yyyy"));
+    const QString today = QLocale::c().toString(QDate::currentDate(), "dd-MM-yyyy");
     return (text + QLatin1Char(' ') + today).toLatin1();
 }
 
@@ -79,16 +78,14 @@ FrontEndModel::FrontEndModel(ControllerModel controllerAtFirst, const Abilities 
     : controller(std::move(controllerAtFirst))
     , m_abilities(abilities)
 {
-    m_list.enabledButtons << QStringLiteral("exit");
-    enable(QStringLiteral("save"), abilities.hasTransfers);
-    enable(QStringLiteral("load"), abilities.hasTransfers);
+    m_list.enabledButtons << "exit";
+    enable("save", abilities.hasTransfers);
+    enable("load", abilities.hasTransfers);
 }
 
 QStringList FrontEndModel::open(const Facts &facts)
 {
-    refresh(facts);
-    selectActive();
-    showActiveText();
+    refreshAtActive(facts);
     return {};
 }
 
@@ -111,7 +108,7 @@ QStringList FrontEndModel::apply(Way way, const Facts &facts)
         return {};
     }
     if (way == Way::Button) {
-        m_list.focus = QStringLiteral("pushButton_apply");
+        m_list.focus = "pushButton_apply";
     }
     return activateCurrent(facts);
 }
@@ -130,27 +127,24 @@ QStringList FrontEndModel::deleteCurrent(bool isConfirmed, const Facts &facts)
         return lines;
     }
     if (!controller.remove(row.identifier.toLatin1())) {
-        lines << Transcript::reportLine(QStringLiteral("Unable to delete configuration"));
+        lines << Transcript::reportLine("Unable to delete configuration");
     }
     lines << Transcript::eventLine();
-    refresh(facts);
-    showActiveText();
-    selectActive();
+    refreshAtActive(facts);
     return lines;
 }
 
-QStringList FrontEndModel::createNew(const CreationChoice &choice, const Facts &facts)
+QStringList FrontEndModel::createNew(bool isClone, const Attempts &attempts, const Facts &facts)
 {
-    QStringList lines{Transcript::windowLine(QStringLiteral("New Configuration"), {})};
+    QStringList lines{Transcript::windowLine("New Configuration", {})};
     bool isCreated = false;
-    for (const TwoTexts &texts : choice.attempts) {
+    for (const Attempt &texts : attempts) {
         if (texts.first.isEmpty()) {
-            lines << warningLine(QStringLiteral("Please enter a configuration description."));
+            lines << warningLine("Please enter a configuration description.");
             continue;
         }
         const QByteArray identifier = facts.newIdentifiers.value(0);
-        choice.isClone ? controller.clone(identifier, controller.active)
-                       : controller.create(identifier);
+        isClone ? controller.clone(identifier, controller.active) : controller.create(identifier);
         // Where there was no room, this is about the configuration that is still active.
         controller.setPassword({});
         controller.setOwner(texts.second.toLatin1());
@@ -159,78 +153,66 @@ QStringList FrontEndModel::createNew(const CreationChoice &choice, const Facts &
         isCreated = true;
         break;
     }
-    const int row = m_list.currentRow;
-    refresh(facts);
+    isCreated ? refreshAtActive(facts) : refreshAt(m_list.currentRow, facts);
     showActiveText();
-    isCreated ? selectActive() : select(row);
-    m_list.focus = table;
     return lines;
 }
 
-QStringList FrontEndModel::edit(Way way, const EditChoice &choice, const Facts &facts)
+QStringList FrontEndModel::edit(Way way, const Attempts &attempts, const Facts &facts)
 {
     const bool isDoubleClick = way == Way::DoubleClick;
-    if (isDoubleClick && m_list.rows.at(m_list.currentRow).locked == QLatin1String("yes")) {
+    if (isDoubleClick && m_list.rows.at(m_list.currentRow).locked == "yes") {
         return activateCurrent(facts);
     }
-    const int row = m_list.currentRow;
-    QStringList lines = editCurrent(choice);
-    refresh(facts);
-    select(row);
-    m_list.focus = isDoubleClick ? QStringLiteral("pushButton_exit") : table;
+    const QStringList lines = editCurrent(attempts);
+    refreshAt(m_list.currentRow, facts);
+    m_list.focus = isDoubleClick ? "pushButton_exit" : table;
     return lines;
 }
 
-QStringList FrontEndModel::lock(const LockChoice &choice, const Facts &facts)
+QStringList FrontEndModel::lock(const Attempts &attempts, const Facts &facts)
 {
     QStringList lines{Transcript::windowLine(
-        QStringLiteral("Lock configuration dialog"),
+        "Lock configuration dialog",
         {QStringLiteral("set password for configuration ")
          + descriptionAnswer(qAsConst(controller).find(currentIdentifier()))})};
-    for (const TwoTexts &texts : choice.attempts) {
+    for (const Attempt &texts : attempts) {
         if (texts.first.isEmpty() || texts.second.isEmpty()) {
-            lines << warningLine(QStringLiteral("Password must not be empty."));
+            lines << warningLine("Password must not be empty.");
         } else if (texts.first != texts.second) {
-            lines << warningLine(QStringLiteral("The entered passwords do not match."));
+            lines << warningLine("The entered passwords do not match.");
         } else {
             controller.setPassword(texts.first.toLatin1());
             lines << Transcript::eventLine();
             break;
         }
     }
-    const int row = m_list.currentRow;
-    refresh(facts);
-    select(row);
-    m_list.focus = table;
+    refreshAt(m_list.currentRow, facts);
     return lines;
 }
 
-QStringList FrontEndModel::unlock(const UnlockChoice &choice, const Facts &facts)
+QStringList FrontEndModel::unlock(const Attempts &attempts, const Facts &facts)
 {
     QStringList lines{Transcript::windowLine(
-        QStringLiteral("Unlock Configuration"),
+        "Unlock Configuration",
         {QStringLiteral("unlock configuration %1:")
              .arg(descriptionAnswer(qAsConst(controller).find(currentIdentifier())))})};
-    for (const PasswordAttempt &attempt : choice.attempts) {
-        if (attempt.password.isEmpty()) {
-            lines << warningLine(
-                QStringLiteral("Please enter the password for this configuration."));
+    for (const Attempt &attempt : attempts) {
+        if (attempt.first.isEmpty()) {
+            lines << warningLine("Please enter the password for this configuration.");
             continue;
         }
-        attempt.isSuper ? controller.presentSuper(attempt.password.toLatin1())
-                        : controller.present(attempt.password.toLatin1());
+        attempt.isSuper ? controller.presentSuper(attempt.first.toLatin1())
+                        : controller.present(attempt.first.toLatin1());
         if (controller.isChangeable()) {
             controller.setPassword({});
             lines << Transcript::eventLine();
             break;
         }
-        lines << warningLine(attempt.isSuper ? QStringLiteral("The super password is invalid.")
-                                             : QStringLiteral("The password is invalid."));
+        lines << warningLine(attempt.isSuper ? "The super password is invalid."
+                                             : "The password is invalid.");
     }
-    const int row = m_list.currentRow;
-    refresh(facts);
-    select(row);
-    m_list.focus = table;
+    refreshAt(m_list.currentRow, facts);
     return lines;
 }
 
@@ -240,10 +222,10 @@ QStringList FrontEndModel::save(const FileChoice &choice, const Facts &facts)
     for (const Entry &entry : qAsConst(m_entries)) {
         contents << entry.description << entry.owner << QString::fromLatin1(entry.identifier);
     }
-    QStringList lines{Transcript::windowLine(QStringLiteral("Save Configurations"), contents)};
+    QStringList lines{Transcript::windowLine("Save Configurations", contents)};
     if (!choice.rows.isEmpty() && !choice.path.isEmpty()) {
         if (files.contains(choice.path)) {
-            lines << replaceLine(QStringLiteral("Save configuration(s)"), choice.path);
+            lines << replaceLine("Save configuration(s)", choice.path);
         }
         const QByteArray activeBefore = controller.active;
         QStringList copyingLines;
@@ -281,12 +263,12 @@ QVector<StoredModel> FrontEndModel::copy(const QVector<int> &rows, const Facts &
 QStringList FrontEndModel::storeFile(const QString &path, const QVector<StoredModel> &items)
 {
     if (files.contains(path)) {
-        files.insert(path + QStringLiteral(".bak"), files.take(path));
+        files.insert(path + ".bak", files.take(path));
     }
-    const QString title = QStringLiteral("Save Configurations");
+    const QString title = "Save Configurations";
     if (items.isEmpty()) {
         return {Transcript::boxLine(QMessageBox::Critical, title,
-                                    QStringLiteral("Configuration data can not be recognized."))};
+                                    "Configuration data can not be recognized.")};
     }
     files.insert(path, {FileModel::Kind::Configurations, items});
     return {Transcript::boxLine(
@@ -297,8 +279,7 @@ QStringList FrontEndModel::storeFile(const QString &path, const QVector<StoredMo
 QStringList FrontEndModel::backUp()
 {
     QStringList lines = save({}, {}); // the window is the same
-    lines << Transcript::boxLine(QMessageBox::Information, QStringLiteral("Success"),
-                                 QStringLiteral("Backup created!"));
+    lines << Transcript::boxLine(QMessageBox::Information, "Success", "Backup created!");
     return lines;
 }
 
@@ -316,9 +297,7 @@ QStringList FrontEndModel::load(const FileChoice &choice, const Facts &facts)
         }
         lines << importItems(chosen);
     }
-    refresh(facts);
-    showActiveText();
-    selectActive();
+    refreshAtActive(facts);
     return lines;
 }
 
@@ -326,19 +305,18 @@ QStringList FrontEndModel::openFile(const QString &path) const
 {
     const FileModel file = files.value(path);
     if (file.kind == FileModel::Kind::Empty) {
-        return {Transcript::reportLine(QStringLiteral("Error: Unable to load configurations"))};
+        return {Transcript::reportLine("Error: Unable to load configurations")};
     }
     if (file.kind == FileModel::Kind::Text) {
-        return {Transcript::reportLine(
-            QStringLiteral("Error: Configuration file can not be recognized"))};
+        return {Transcript::reportLine("Error: Configuration file can not be recognized")};
     }
     QStringList contents;
     for (const StoredModel &item : file.items) {
         const QStringList texts = offeredTexts(item);
         contents << texts.value(1) << texts.value(0) << QString::fromLatin1(item.identifier)
-                 << (isShownLocked(item.identifier) ? QStringLiteral("locked") : QString());
+                 << (isShownLocked(item.identifier) ? "locked" : QString());
     }
-    return {Transcript::windowLine(QStringLiteral("Load Configurations"), contents)};
+    return {Transcript::windowLine("Load Configurations", contents)};
 }
 
 QStringList FrontEndModel::importItems(const QVector<StoredModel> &items)
@@ -360,10 +338,23 @@ QStringList FrontEndModel::importItems(const QVector<StoredModel> &items)
         return controller.import(i);
     });
     return {Transcript::eventLine(),
-            Transcript::boxLine(QMessageBox::Information, QStringLiteral("Load Configurations"),
-                                isComplete
-                                    ? QStringLiteral("Loading configuration successfully.")
-                                    : QStringLiteral("Loading configuration unsuccessfully."))};
+            Transcript::boxLine(QMessageBox::Information, "Load Configurations",
+                                isComplete ? "Loading configuration successfully."
+                                           : "Loading configuration unsuccessfully.")};
+}
+
+void FrontEndModel::refreshAt(int row, const Facts &facts)
+{
+    refresh(facts);
+    select(row);
+    m_list.focus = table;
+}
+
+void FrontEndModel::refreshAtActive(const Facts &facts)
+{
+    refresh(facts);
+    showActiveText();
+    selectActive();
 }
 
 void FrontEndModel::refresh(const Facts &facts)
@@ -381,7 +372,7 @@ void FrontEndModel::refresh(const Facts &facts)
     for (const char *button : {"delete", "edit", "apply", "lock"}) {
         enable(QString::fromLatin1(button), false);
     }
-    m_list.focus = QStringLiteral("pushButton_exit");
+    m_list.focus = "pushButton_exit";
 }
 
 void FrontEndModel::showFreeSpace()
@@ -395,14 +386,14 @@ void FrontEndModel::showFreeSpace()
                          "unnecessary configurations!</font></b>")
               .arg(int((1.0 - free) * 100))
         : QString();
-    enable(QStringLiteral("new"), free > tooFull);
+    enable("new", free > tooFull);
 }
 
 void FrontEndModel::fillRows(const QStringList &shownOrder)
 {
     m_list.rows.clear();
     for (const Entry &entry : qAsConst(m_entries)) {
-        const QString locked = entry.isLocked ? QStringLiteral("yes") : QStringLiteral("no");
+        const QString locked = entry.isLocked ? "yes" : "no";
         m_list.rows << RowPicture{QString::fromLatin1(entry.identifier), entry.description,
                                   entry.owner, m_abilities.hasLocks ? locked : QString(),
                                   entry.identifier == m_activeIdentifier};
@@ -423,14 +414,14 @@ void FrontEndModel::select(int row)
     m_list.currentRow = row;
     const RowPicture shown = m_list.rows.at(row);
     const bool isActive = shown.identifier.toLatin1() == m_activeIdentifier;
-    const bool isLocked = shown.locked == QLatin1String("yes");
+    const bool isLocked = shown.locked == "yes";
     if (m_abilities.hasLocks) {
-        m_list.lockButton = isLocked ? QStringLiteral("Unl&ock") : QStringLiteral("L&ock");
-        enable(QStringLiteral("lock"), isActive);
+        m_list.lockButton = isLocked ? "Unl&ock" : "L&ock";
+        enable("lock", isActive);
     }
-    enable(QStringLiteral("delete"), shown.identifier != QLatin1String("standard") && !isLocked);
-    enable(QStringLiteral("apply"), !isActive);
-    enable(QStringLiteral("edit"), !isLocked);
+    enable("delete", shown.identifier != "standard" && !isLocked);
+    enable("apply", !isActive);
+    enable("edit", !isLocked);
 }
 
 void FrontEndModel::selectActive()
@@ -478,26 +469,24 @@ QByteArray FrontEndModel::currentIdentifier() const
 QStringList FrontEndModel::activateCurrent(const Facts &facts)
 {
     if (!controller.activate(currentIdentifier())) {
-        return {Transcript::reportLine(QStringLiteral("Unable to change the configuration"))};
+        return {Transcript::reportLine("Unable to change the configuration")};
     }
-    refresh(facts);
-    showActiveText();
-    selectActive();
+    refreshAtActive(facts);
     return {Transcript::eventLine()};
 }
 
-QStringList FrontEndModel::editCurrent(const EditChoice &choice)
+QStringList FrontEndModel::editCurrent(const Attempts &attempts)
 {
     const QByteArray identifier = currentIdentifier();
     const StoredModel *configuration = qAsConst(controller).find(identifier);
     QStringList lines{
-        Transcript::windowLine(QStringLiteral("Edit Configuration"),
+        Transcript::windowLine("Edit Configuration",
                                {configuration ? unquoted(configuration->description) : QString(),
                                 configuration ? unquoted(configuration->owner) : QString(),
                                 QString::fromLatin1(identifier)})};
-    for (const TwoTexts &texts : choice.attempts) {
+    for (const Attempt &texts : attempts) {
         if (texts.first.isEmpty()) {
-            lines << warningLine(QStringLiteral("Configuration description must not be empty."));
+            lines << warningLine("Configuration description must not be empty.");
             continue;
         }
         controller.activate(identifier);

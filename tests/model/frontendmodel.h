@@ -46,10 +46,10 @@ public:
     QStringList pressUpOrDown(int step);
     QStringList apply(Way way, const Facts &facts);
     QStringList deleteCurrent(bool isConfirmed, const Facts &facts);
-    QStringList createNew(const CreationChoice &choice, const Facts &facts);
-    QStringList edit(Way way, const EditChoice &choice, const Facts &facts);
-    QStringList lock(const LockChoice &choice, const Facts &facts);
-    QStringList unlock(const UnlockChoice &choice, const Facts &facts);
+    QStringList createNew(bool isClone, const Attempts &attempts, const Facts &facts);
+    QStringList edit(Way way, const Attempts &attempts, const Facts &facts);
+    QStringList lock(const Attempts &attempts, const Facts &facts);
+    QStringList unlock(const Attempts &attempts, const Facts &facts);
     QStringList save(const FileChoice &choice, const Facts &facts);
     /// Into a new file.
     QStringList backUp();
@@ -58,7 +58,7 @@ public:
     /// @name What a user can see before an action
     /// @{
     bool isEnabled(const char *button) const { return m_list.enabledButtons.contains(button); }
-    bool opensUnlock() const { return m_list.lockButton == QLatin1String("Unl&ock"); }
+    bool opensUnlock() const { return m_list.lockButton == "Unl&ock"; }
     int rowCount() const { return m_list.rows.size(); }
     int entryCount() const { return m_entries.size(); }
     int currentRow() const { return m_list.currentRow; }
@@ -78,6 +78,9 @@ private:
         bool isLocked = false;
     };
 
+    /// Reads the list again; the row of that number is current, or that of the active one.
+    void refreshAt(int row, const Facts &facts);
+    void refreshAtActive(const Facts &facts);
     void refresh(const Facts &facts);
     void showFreeSpace();
     void fillRows(const QStringList &shownOrder);
@@ -87,7 +90,7 @@ private:
     void enable(const QString &button, bool isEnabled);
     QByteArray currentIdentifier() const;
     QStringList activateCurrent(const Facts &facts);
-    QStringList editCurrent(const EditChoice &choice);
+    QStringList editCurrent(const Attempts &attempts);
     QVector<StoredModel> copy(const QVector<int> &rows, const Facts &facts, QStringList *lines);
     QStringList storeFile(const QString &path, const QVector<StoredModel> &items);
     QStringList openFile(const QString &path) const;

@@ -24,11 +24,10 @@ QImage imageOf(const QIcon &icon)
 
 QString lockStateIn(const QTableWidgetItem *item)
 {
-    static const QImage locked = imageOf(QIcon(QStringLiteral(":/lock.png")));
-    static const QImage unlocked = imageOf(QIcon(QStringLiteral(":/unlock.png")));
-    const bool isRight =
-        imageOf(item->icon()) == (item->text() == QLatin1String("yes") ? locked : unlocked);
-    return item->text() + (isRight ? QString() : QStringLiteral(" with the wrong icon"));
+    static const QImage locked = imageOf(QIcon(":/lock.png"));
+    static const QImage unlocked = imageOf(QIcon(":/unlock.png"));
+    const bool isRight = imageOf(item->icon()) == (item->text() == "yes" ? locked : unlocked);
+    return item->text() + (isRight ? QString() : " with the wrong icon");
 }
 
 // Bold all along, or not at all.
@@ -94,8 +93,8 @@ QStringList ListPicture::lines() const
     QStringList lines;
     for (const RowPicture &row : rows) {
         lines << QStringLiteral("%1%2 | %3 | %4 | %5")
-                     .arg(row.isBold ? QStringLiteral("* ") : QString(), row.description, row.owner,
-                          row.identifier, row.locked);
+                     .arg(row.isBold ? "* " : QString(), row.description, row.owner, row.identifier,
+                          row.locked);
     }
     lines << QStringLiteral("current row: %1").arg(currentRow)
           << QStringLiteral("active: ") + activeText

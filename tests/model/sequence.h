@@ -2,7 +2,7 @@
 
 #include "tests/model/choices.h"
 #include "tests/model/frontendmodel.h"
-#include "tests/model/transcript.h"
+#include "tests/sweep/transcript.h"
 #include "tests/model/user.h"
 
 #include <QRandomGenerator>
@@ -88,7 +88,7 @@ private:
     }
     QString text(bool isEmptyAllowed);
     QString password();
-    QVector<TwoTexts> texts();
+    Attempts texts();
     QVector<int> someOf(int count);
     QByteArray currentIdentifier() const;
 

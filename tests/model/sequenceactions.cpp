@@ -8,17 +8,13 @@
 namespace {
 
 // The commands whose failing an action does not look at.
-const QString ofCreation =
-    QStringLiteral("^(config active_config$|veltra2 config (clone|new)_config"
-                   "|config (new_password|owner|desc) )");
-const QString ofEditing =
-    QStringLiteral("^config (owner_of_config|desc_of_config|active_config|owner|desc) ");
-const QString ofLocking =
-    QStringLiteral("^config (desc_of_config|new_password|password|super_password) ");
-const QString ofLoading =
-    QStringLiteral("^(system upload|system import item|veltra2 config delete_config)");
-const QString ofBackup = QStringLiteral(
-    "^(system controller_serial|system model|system download (prepare|cancel)|config config t)");
+const QString ofCreation = "^(config active_config$|veltra2 config (clone|new)_config"
+                           "|config (new_password|owner|desc) )";
+const QString ofEditing = "^config (owner_of_config|desc_of_config|active_config|owner|desc) ";
+const QString ofLocking = "^config (desc_of_config|new_password|password|super_password) ";
+const QString ofLoading = "^(system upload|system import item|veltra2 config delete_config)";
+const QString ofBackup =
+    "^(system controller_serial|system model|system download (prepare|cancel)|config config t)";
 
 QString printed(const QVector<int> &rows)
 {
@@ -29,18 +25,19 @@ QString printed(const QVector<int> &rows)
     return numbers.join(QLatin1Char(' '));
 }
 
-QString printed(const QVector<TwoTexts> &attempts)
+QString printed(const Attempts &attempts)
 {
-    QStringList pairs;
-    for (const TwoTexts &texts : attempts) {
-        pairs << QStringLiteral("'%1' '%2'").arg(texts.first, texts.second);
+    QStringList texts;
+    for (const Attempt &attempt : attempts) {
+        texts << QStringLiteral("'%1' '%2'%3")
+                     .arg(attempt.first, attempt.second, attempt.isSuper ? " as super" : "");
     }
-    return pairs.isEmpty() ? QStringLiteral("cancelling") : pairs.join(QStringLiteral(", then "));
+    return texts.isEmpty() ? "cancelling" : texts.join(", then ");
 }
 
 QString nameOf(const QString &path)
 {
-    return path.isEmpty() ? QStringLiteral("(cancelled)") : path.section(QLatin1Char('/'), -1);
+    return path.isEmpty() ? "(cancelled)" : path.section(QLatin1Char('/'), -1);
 }
 
 } // namespace
@@ -48,7 +45,7 @@ QString nameOf(const QString &path)
 void Sequence::open()
 {
     bool isOpen = false;
-    begin(QStringLiteral("open the list"));
+    begin("open the list");
     m_user->open([this, &isOpen](QDialog *list) {
         isOpen = true;
         m_list = list;
@@ -60,7 +57,7 @@ void Sequence::open()
     if (!isOpen) {
         end([](const Facts &) { return QStringList(); });
         if (!m_isDisturbed) {
-            complain(QStringLiteral("The list did not open."));
+            complain("The list did not open.");
         }
     }
 }
@@ -107,25 +104,25 @@ void Sequence::changeElsewhere()
     QString what;
     switch (below(4)) {
     case 0:
-        what = QStringLiteral("activates");
+        what = "activates";
         state.activeIdentifier = configuration.identifier;
         break;
     case 1:
-        what = QStringLiteral("renames");
+        what = "renames";
         configuration.description = text(false).toLatin1();
         break;
     case 2:
-        what = QStringLiteral("locks");
+        what = "locks";
         configuration.password = SaltedHash::of(password().toLatin1());
         break;
     default:
-        what = QStringLiteral("unlocks");
+        what = "unlocks";
         configuration.password = {};
     }
     m_actions << QStringLiteral("somebody else %1 %2")
                      .arg(what, QString::fromLatin1(configuration.identifier));
     if (configuration.identifier != "standard" && oneIn(5)) {
-        m_actions.last() += QStringLiteral(" and deletes it");
+        m_actions.last() += " and deletes it";
         const bool isActive = configuration.identifier == state.activeIdentifier;
         state.configurations.remove(slot);
         state.activeIdentifier = isActive ? QByteArray("standard") : state.activeIdentifier;
@@ -145,7 +142,7 @@ void Sequence::clickRow()
 void Sequence::pressUpOrDown()
 {
     const int step = oneIn(2) ? 1 : -1;
-    begin(step < 0 ? QStringLiteral("press Up") : QStringLiteral("press Down"));
+    begin(step < 0 ? "press Up" : "press Down");
     // Where a row was clicked before; elsewhere the keys go from button to button.
     User::clickRow(m_list, m_model->currentRow());
     User::pressUpOrDown(m_list, step);
@@ -157,7 +154,7 @@ void Sequence::pressUpOrDown()
 void Sequence::apply()
 {
     const Way way = oneIn(3) ? Way::Key : Way::Button;
-    begin(way == Way::Key ? QStringLiteral("press Return") : QStringLiteral("press Apply"));
+    begin(way == Way::Key ? "press Return" : "press Apply");
     User::apply(m_list, way);
     end([this, way](const Facts &facts) { return m_model->apply(way, facts); });
 }
@@ -167,8 +164,7 @@ void Sequence::deleteCurrent()
     const Way way = oneIn(3) ? Way::Key : Way::Button;
     const bool isConfirmed = !oneIn(3);
     begin(QStringLiteral("delete by %1, %2")
-              .arg(way == Way::Key ? QStringLiteral("key") : QStringLiteral("button"),
-                   isConfirmed ? QStringLiteral("OK") : QStringLiteral("Cancel")),
+              .arg(way == Way::Key ? "key" : "button", isConfirmed ? "OK" : "Cancel"),
           {{currentIdentifier()}});
     m_user->deleteCurrent(m_list, way, isConfirmed);
     end([this, isConfirmed](const Facts &facts) {
@@ -178,12 +174,12 @@ void Sequence::deleteCurrent()
 
 void Sequence::createNew()
 {
-    const CreationChoice choice{oneIn(2), texts()};
-    begin(QStringLiteral("new %1: %2")
-              .arg(choice.isClone ? "clone" : "one", printed(choice.attempts)),
+    const bool isClone = oneIn(2);
+    const Attempts attempts = texts();
+    begin(QStringLiteral("new %1: %2").arg(isClone ? "clone" : "one", printed(attempts)),
           {{m_model->controller.active}, ofCreation});
-    m_user->createNew(m_list, choice);
-    end([this, choice](const Facts &facts) { return m_model->createNew(choice, facts); });
+    m_user->createNew(m_list, isClone, attempts);
+    end([=](const Facts &facts) { return m_model->createNew(isClone, attempts, facts); });
 }
 
 void Sequence::editByButton()
@@ -198,16 +194,15 @@ void Sequence::editByDoubleClick()
 
 void Sequence::edit(Way way)
 {
-    const EditChoice choice{texts()};
-    begin(QStringLiteral("%1: %2").arg(way == Way::Button ? "edit" : "double click",
-                                       printed(choice.attempts)),
+    const Attempts attempts = texts();
+    begin((way == Way::Button ? "edit: " : "double click: ") + printed(attempts),
           {{currentIdentifier(), m_model->controller.active}, ofEditing});
     if (way == Way::DoubleClick && m_model->row(m_model->currentRow()).locked == "yes") {
         User::doubleClick(m_list, m_model->currentRow());
     } else {
-        m_user->edit(m_list, way, choice);
+        m_user->edit(m_list, way, attempts);
     }
-    end([this, way, choice](const Facts &facts) { return m_model->edit(way, choice, facts); });
+    end([=](const Facts &facts) { return m_model->edit(way, attempts, facts); });
 }
 
 void Sequence::lockOrUnlock()
@@ -221,37 +216,32 @@ void Sequence::lockOrUnlock()
 
 void Sequence::lock()
 {
-    LockChoice choice;
+    Attempts attempts;
     for (int i = below(4); i > 0; --i) {
         const QString first = oneIn(5) ? QString() : password();
-        choice.attempts << TwoTexts{first, oneIn(4) ? password() : first};
+        attempts << Attempt{first, oneIn(4) ? password() : first};
     }
-    begin(QStringLiteral("lock: ") + printed(choice.attempts),
-          {{m_model->controller.active}, ofLocking});
-    m_user->lock(m_list, choice);
-    end([this, choice](const Facts &facts) { return m_model->lock(choice, facts); });
+    begin("lock: " + printed(attempts), {{m_model->controller.active}, ofLocking});
+    m_user->lock(m_list, attempts);
+    end([=](const Facts &facts) { return m_model->lock(attempts, facts); });
 }
 
 void Sequence::unlock()
 {
-    UnlockChoice choice;
-    QStringList said;
+    Attempts attempts;
     for (int i = below(4); i > 0; --i) {
         const QString word =
             oneIn(4) ? QString::fromLatin1(ControllerModel::superPassword) : password();
-        choice.attempts << PasswordAttempt{oneIn(6) ? QString() : word, oneIn(3)};
-        said << QStringLiteral("'%1'%2").arg(choice.attempts.last().password,
-                                             choice.attempts.last().isSuper ? " as super" : "");
+        attempts << Attempt{oneIn(6) ? QString() : word, {}, oneIn(3)};
     }
-    begin(QStringLiteral("unlock: ") + said.join(QStringLiteral(", then ")),
-          {{m_model->controller.active}, ofLocking});
-    m_user->unlock(m_list, choice);
-    end([this, choice](const Facts &facts) { return m_model->unlock(choice, facts); });
+    begin("unlock: " + printed(attempts), {{m_model->controller.active}, ofLocking});
+    m_user->unlock(m_list, attempts);
+    end([=](const Facts &facts) { return m_model->unlock(attempts, facts); });
 }
 
 void Sequence::save()
 {
-    const QString name = oneIn(2) ? QStringLiteral("one.dat") : QStringLiteral("two.dat");
+    const QString name = oneIn(2) ? "one.dat" : "two.dat";
     const FileChoice choice{someOf(m_model->entryCount()),
                             oneIn(6) ? QString() : m_home.filePath(name)};
     Promises promises;
@@ -314,12 +304,12 @@ QString Sequence::password()
     return QString::fromLatin1(oneOf(ControllerModel::passwords));
 }
 
-QVector<TwoTexts> Sequence::texts()
+Attempts Sequence::texts()
 {
-    QVector<TwoTexts> attempts;
+    Attempts attempts;
     for (int i = below(3); i > 0; --i) {
         const QString description = text(true);
-        attempts << TwoTexts{description, text(true)};
+        attempts << Attempt{description, text(true)};
     }
     return attempts;
 }

@@ -51,7 +51,7 @@ private slots:
             if (!sequence.problem().isEmpty()) {
                 const QString report =
                     QStringLiteral("%1\n\nafter:\n  %2\n\nAgain: ./dev model 1 %3")
-                        .arg(sequence.problem(), sequence.actions().join(QStringLiteral("\n  ")),
+                        .arg(sequence.problem(), sequence.actions().join("\n  "),
                              QString::number(seed));
                 QFAIL(qPrintable(report));
             }

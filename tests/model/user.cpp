@@ -45,9 +45,9 @@ QStringList textsIn(const QDialog *dialog)
     return texts;
 }
 
-QString labelOf(const QDialog *dialog)
+QStringList labelOf(const QDialog *dialog)
 {
-    return UserInput::named<QLabel>(dialog, "label_configuration")->text();
+    return {UserInput::named<QLabel>(dialog, "label_configuration")->text()};
 }
 
 } // namespace
@@ -66,7 +66,7 @@ void User::answer(QWidget *window)
     if (!box) {
         return;
     }
-    m_transcript.add(Transcript::boxLine(box->icon(), box->windowTitle(), box->text()));
+    m_transcript.boxShown(*box);
     if (box->standardButtons().testFlag(QMessageBox::Cancel) && !m_isDeletionConfirmed) {
         box->button(QMessageBox::Cancel)->click();
     } else {
@@ -81,7 +81,7 @@ void User::expect(const QString &objectName, const std::function<void(QDialog *)
 
 void User::open(const std::function<void(QDialog *)> &action)
 {
-    expect(QStringLiteral("ConfigurationDialog"), action);
+    expect("ConfigurationDialog", action);
     m_frontEnd.action()->trigger();
 }
 
@@ -124,35 +124,46 @@ void User::deleteCurrent(QDialog *list, Way way, bool isConfirmed)
     }
 }
 
-void User::createNew(QDialog *list, const CreationChoice &choice)
+void User::fillIn(const Form &form, const Attempts &attempts,
+                  const std::function<QStringList(QDialog *)> &contents,
+                  const std::function<void(QDialog *, const Attempt &)> &choose)
 {
-    expect(QStringLiteral("NewConfigurationDialog"), [this, choice](QDialog *dialog) {
-        m_transcript.add(Transcript::windowLine(dialog->windowTitle(), {}));
-        UserInput::click(dialog, choice.isClone ? "radioButton_clone" : "radioButton_new");
-        for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
-            retype(dialog, "lineEdit_desc", choice.attempts.at(i).first);
-            retype(dialog, "lineEdit_owner", choice.attempts.at(i).second);
-            UserInput::click(dialog, "pushButton_create");
+    expect(form.dialog, [=](QDialog *dialog) {
+        m_transcript.tell(Transcript::windowLine(dialog->windowTitle(), contents(dialog)));
+        for (int i = 0; i < attempts.size() && dialog->isVisible(); ++i) {
+            retype(dialog, form.first, attempts.at(i).first);
+            if (form.second != nullptr) {
+                retype(dialog, form.second, attempts.at(i).second);
+            }
+            if (choose) {
+                choose(dialog, attempts.at(i));
+            }
+            UserInput::click(dialog, form.ok);
         }
-        cancelIfOpen(dialog, "pushButton_2");
+        cancelIfOpen(dialog, form.cancel);
     });
+}
+
+void User::createNew(QDialog *list, bool isClone, const Attempts &attempts)
+{
+    fillIn(
+        {"NewConfigurationDialog", "lineEdit_desc", "lineEdit_owner", "pushButton_create",
+         "pushButton_2"},
+        attempts, [](QDialog *) { return QStringList(); },
+        [isClone](QDialog *dialog, const Attempt &) {
+            UserInput::click(dialog, isClone ? "radioButton_clone" : "radioButton_new");
+        });
     UserInput::click(list, "pushButton_new");
 }
 
-void User::edit(QDialog *list, Way way, const EditChoice &choice)
+void User::edit(QDialog *list, Way way, const Attempts &attempts)
 {
-    expect(QStringLiteral("EditConfigDialog"), [this, choice](QDialog *dialog) {
-        m_transcript.add(Transcript::windowLine(dialog->windowTitle(),
-                                                {UserInput::textOf(dialog, "lineEdit_desc"),
-                                                 UserInput::textOf(dialog, "lineEdit_owner"),
-                                                 UserInput::textOf(dialog, "lineEdit_configId")}));
-        for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
-            retype(dialog, "lineEdit_desc", choice.attempts.at(i).first);
-            retype(dialog, "lineEdit_owner", choice.attempts.at(i).second);
-            UserInput::click(dialog, "pushButton_ok");
-        }
-        cancelIfOpen(dialog, "pushButton_2");
-    });
+    fillIn({"EditConfigDialog", "lineEdit_desc", "lineEdit_owner", "pushButton_ok", "pushButton_2"},
+           attempts, [](QDialog *dialog) {
+               return QStringList{UserInput::textOf(dialog, "lineEdit_desc"),
+                                  UserInput::textOf(dialog, "lineEdit_owner"),
+                                  UserInput::textOf(dialog, "lineEdit_configId")};
+           });
     if (way == Way::DoubleClick) {
         doubleClick(list, Table::in(list)->currentRow());
     } else {
@@ -160,41 +171,31 @@ void User::edit(QDialog *list, Way way, const EditChoice &choice)
     }
 }
 
-void User::lock(QDialog *list, const LockChoice &choice)
+void User::lock(QDialog *list, const Attempts &attempts)
 {
-    expect(QStringLiteral("LockConfigurationDialog"), [this, choice](QDialog *dialog) {
-        m_transcript.add(Transcript::windowLine(dialog->windowTitle(), {labelOf(dialog)}));
-        for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
-            retype(dialog, "lineEdit_new_password", choice.attempts.at(i).first);
-            retype(dialog, "lineEdit_new_password_repeat", choice.attempts.at(i).second);
-            UserInput::click(dialog, "pushButton_ok");
-        }
-        cancelIfOpen(dialog, "pushButton_cancel");
-    });
+    fillIn({"LockConfigurationDialog", "lineEdit_new_password", "lineEdit_new_password_repeat",
+            "pushButton_ok", "pushButton_cancel"},
+           attempts, labelOf);
     UserInput::click(list, "pushButton_lock");
 }
 
-void User::unlock(QDialog *list, const UnlockChoice &choice)
+void User::unlock(QDialog *list, const Attempts &attempts)
 {
-    expect(QStringLiteral("UnlockConfigurationDialog"), [this, choice](QDialog *dialog) {
-        m_transcript.add(Transcript::windowLine(dialog->windowTitle(), {labelOf(dialog)}));
-        const auto *isSuper = UserInput::named<QCheckBox>(dialog, "checkBox_use_super_password");
-        for (int i = 0; i < choice.attempts.size() && dialog->isVisible(); ++i) {
-            retype(dialog, "lineEdit_password", choice.attempts.at(i).password);
-            if (isSuper->isChecked() != choice.attempts.at(i).isSuper) {
-                UserInput::click(dialog, "checkBox_use_super_password");
-            }
-            UserInput::click(dialog, "pushButton_ok");
-        }
-        cancelIfOpen(dialog, "pushButton_cancel");
-    });
+    fillIn({"UnlockConfigurationDialog", "lineEdit_password", nullptr, "pushButton_ok",
+            "pushButton_cancel"},
+           attempts, labelOf, [](QDialog *dialog, const Attempt &attempt) {
+               const char *box = "checkBox_use_super_password";
+               if (UserInput::named<QCheckBox>(dialog, box)->isChecked() != attempt.isSuper) {
+                   UserInput::click(dialog, box);
+               }
+           });
     UserInput::click(list, "pushButton_lock");
 }
 
 void User::useSaveDialog(QDialog *list, const std::function<void(QDialog *)> &action)
 {
-    expect(QStringLiteral("ConfigSaveDlgClass"), [this, action](QDialog *dialog) {
-        m_transcript.add(Transcript::windowLine(dialog->windowTitle(), textsIn(dialog)));
+    expect("ConfigSaveDlgClass", [this, action](QDialog *dialog) {
+        m_transcript.tell(Transcript::windowLine(dialog->windowTitle(), textsIn(dialog)));
         action(dialog);
         UserInput::click(dialog, "pushButton_exit");
     });
@@ -207,8 +208,7 @@ void User::save(QDialog *list, const FileChoice &choice)
         UserInput::click(dialog, "checkBox_allSettings");
         chooseRows(dialog, choice.rows);
         if (!choice.rows.isEmpty()) {
-            m_frontEnd.driver.expectFileDialog(QStringLiteral("Save configuration(s)"),
-                                               choice.path);
+            m_frontEnd.driver.expectFileDialog("Save configuration(s)", choice.path);
         }
         UserInput::click(dialog, "pushButton_save");
     });
@@ -217,19 +217,19 @@ void User::save(QDialog *list, const FileChoice &choice)
 void User::backUp(QDialog *list, const QString &path)
 {
     useSaveDialog(list, [this, path](QDialog *dialog) {
-        m_frontEnd.driver.expectFileDialog(QStringLiteral("Backup all settings"), path);
+        m_frontEnd.driver.expectFileDialog("Backup all settings", path);
         UserInput::click(dialog, "pushButton_save");
     });
 }
 
 void User::load(QDialog *list, const FileChoice &choice)
 {
-    m_frontEnd.driver.expectFileDialog(QStringLiteral("Load Configurations"), choice.path);
+    m_frontEnd.driver.expectFileDialog("Load Configurations", choice.path);
     if (!choice.path.isEmpty() && choice.opensDialog) {
-        expect(QStringLiteral("ConfigLoadDlgClass"), [this, choice](QDialog *dialog) {
-            m_transcript.add(Transcript::windowLine(dialog->windowTitle(), textsIn(dialog)));
+        expect("ConfigLoadDlgClass", [this, choice](QDialog *dialog) {
+            m_transcript.tell(Transcript::windowLine(dialog->windowTitle(), textsIn(dialog)));
             chooseRows(dialog, choice.rows);
-            if (UserInput::widgetNamed(dialog, QStringLiteral("pushButton_load"))->isEnabled()) {
+            if (UserInput::widgetNamed(dialog, "pushButton_load")->isEnabled()) {
                 UserInput::click(dialog, "pushButton_load");
             }
             cancelIfOpen(dialog, "pushButton_exit");

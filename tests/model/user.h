@@ -2,7 +2,7 @@
 
 #include "tests/endtoend/frontend.h"
 #include "tests/model/choices.h"
-#include "tests/model/transcript.h"
+#include "tests/sweep/transcript.h"
 
 #include <functional>
 
@@ -23,18 +23,33 @@ public:
     static void pressUpOrDown(QDialog *list, int step);
     static void apply(QDialog *list, Way way);
     void deleteCurrent(QDialog *list, Way way, bool isConfirmed);
-    void createNew(QDialog *list, const CreationChoice &choice);
+    void createNew(QDialog *list, bool isClone, const Attempts &attempts);
     /// With a double click, the row is the current one.
-    void edit(QDialog *list, Way way, const EditChoice &choice);
-    void lock(QDialog *list, const LockChoice &choice);
-    void unlock(QDialog *list, const UnlockChoice &choice);
+    void edit(QDialog *list, Way way, const Attempts &attempts);
+    void lock(QDialog *list, const Attempts &attempts);
+    void unlock(QDialog *list, const Attempts &attempts);
     void save(QDialog *list, const FileChoice &choice);
     void backUp(QDialog *list, const QString &path);
     void load(QDialog *list, const FileChoice &choice);
 
 private:
+    /// The widgets of a dialog with one or two fields.
+    struct Form
+    {
+        const char *dialog;
+        const char *first;
+        const char *second; ///< null where there is none
+        const char *ok;
+        const char *cancel;
+    };
+
     void answer(QWidget *window);
     void expect(const QString &objectName, const std::function<void(QDialog *)> &action);
+    /// Expects that dialog and makes the attempts in it. @p contents is what it shows at first,
+    /// @p choose is done before each of them is confirmed.
+    void fillIn(const Form &form, const Attempts &attempts,
+                const std::function<QStringList(QDialog *)> &contents,
+                const std::function<void(QDialog *, const Attempt &)> &choose = {});
     void useSaveDialog(QDialog *list, const std::function<void(QDialog *)> &action);
 
     FrontEnd &m_frontEnd;

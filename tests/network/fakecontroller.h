@@ -19,7 +19,7 @@ public:
         std::function<void(FakeController &controller, const WireProtocol::Request &request)>;
 
     /// Listens when this returns. @p host is an address of this machine.
-    explicit FakeController(Script script, const QString &host = QStringLiteral("127.0.0.1"));
+    explicit FakeController(Script script, const QString &host = "127.0.0.1");
     ~FakeController() override;
 
     HostPort address() const { return m_address; }

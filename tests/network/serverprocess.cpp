@@ -58,13 +58,10 @@ void ServerProcess::start(quint16 port, const QStringList &options)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(serverProgram(),
-                    QStringList{QStringLiteral("--port"), QString::number(port),
-                                QStringLiteral("--state"), stateFile()}
-                        + options);
+                    QStringList{"--port", QString::number(port), "--state", stateFile()} + options);
     while (!m_process.canReadLine() && m_process.waitForReadyRead()) { }
     const QString line = QString::fromLatin1(m_process.readLine()).trimmed();
-    const std::optional<HostPort> address =
-        HostPort::fromText(line.section(QStringLiteral("listening on "), 1));
+    const std::optional<HostPort> address = HostPort::fromText(line.section("listening on ", 1));
     if (!address) {
         qFatal("the server does not listen: \"%s\"", qPrintable(line));
     }
@@ -78,6 +75,5 @@ void ServerProcess::signal(int number) const
 
 QString serverProgram()
 {
-    return QDir(QCoreApplication::applicationDirPath())
-        .filePath(QStringLiteral("veltra2-simulator"));
+    return QDir(QCoreApplication::applicationDirPath()).filePath("veltra2-simulator");
 }

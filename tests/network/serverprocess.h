@@ -27,7 +27,7 @@ public:
     void restart(const QStringList &options = {});
 
 private:
-    QString stateFile() const { return m_folder.filePath(QStringLiteral("state.json")); }
+    QString stateFile() const { return m_folder.filePath("state.json"); }
     void start(quint16 port, const QStringList &options);
     void signal(int number) const;
 

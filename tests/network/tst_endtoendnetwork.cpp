@@ -26,20 +26,15 @@ enum class Trouble {
 constexpr double hurry = 0.01;
 
 // What a refresh that finds nobody shows, and what it posts.
-const ExpectedBox noContactBox{QMessageBox::Critical, QStringLiteral("Command Error"),
-                               QStringLiteral("no contact to Controller")};
-const QStringList refreshErrors{
-    errorMessage(QStringLiteral("Unable to get free space of configuration store")),
-    errorMessage(QStringLiteral("Unable to get number of configurations"))};
+const ExpectedBox noContactBox{QMessageBox::Critical, "Command Error", "no contact to Controller"};
+const QStringList refreshErrors{errorMessage("Unable to get free space of configuration store"),
+                                errorMessage("Unable to get number of configurations")};
 
 ExpectedBox restoreQuestion(QMessageBox::Icon icon, const QString &text)
 {
-    return {icon,
-            QStringLiteral("Confirmation"),
-            text,
-            QMessageBox::Yes,
-            QMessageBox::Yes | QMessageBox::No,
-            QMessageBox::No};
+    return {
+        icon,           "Confirmation", text, QMessageBox::Yes, QMessageBox::Yes | QMessageBox::No,
+        QMessageBox::No};
 }
 
 // The sample with less to transfer, but still many chunks of it, and nothing locked, which a
@@ -153,15 +148,13 @@ void Scene::backUp(const QString &path)
 void Scene::restore(const QString &path, const QVector<ExpectedBox> &outcome)
 {
     const QVector<ExpectedBox> questions{
-        restoreQuestion(
-            QMessageBox::Warning,
-            QStringLiteral("Restoring this backup overwrites all settings and already existing "
-                           "configurations.\n\nAny previous settings will get lost!\n\nProceed?")),
-        restoreQuestion(
-            QMessageBox::Question,
-            QStringLiteral("Hostname and ip settings can be restored. After reboot the XQU might "
-                           "not be reachable via network due to wrong network "
-                           "settings.\n\nRestore?"))};
+        restoreQuestion(QMessageBox::Warning,
+                        "Restoring this backup overwrites all settings and already existing "
+                        "configurations.\n\nAny previous settings will get lost!\n\nProceed?"),
+        restoreQuestion(QMessageBox::Question,
+                        "Hostname and ip settings can be restored. After reboot the XQU might "
+                        "not be reachable via network due to wrong network "
+                        "settings.\n\nRestore?")};
     host.useList([&](QDialog *list) {
         host.driver.expectFileDialog("Load Configurations", path);
         for (const ExpectedBox &box : questions + outcome) {

@@ -45,7 +45,7 @@ HostPort deadAddress()
 {
     QTcpServer server;
     server.listen(QHostAddress::LocalHost);
-    return {QStringLiteral("127.0.0.1"), server.serverPort()};
+    return {"127.0.0.1", server.serverPort()};
 }
 
 // Takes connections into a queue, which is full already: further ones get no answer at all.
@@ -77,7 +77,7 @@ public:
     }
     Q_DISABLE_COPY_MOVE(FullListener)
 
-    HostPort address() const { return {QStringLiteral("127.0.0.1"), ntohs(m_address.sin_port)}; }
+    HostPort address() const { return {"127.0.0.1", ntohs(m_address.sin_port)}; }
 
 private:
     const int m_listener;

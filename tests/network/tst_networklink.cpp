@@ -45,7 +45,7 @@ private slots:
         HostSession session(link, probe());
         start(session);
         QCOMPARE(label(session, "label_connection"), server.address().toText());
-        QCOMPARE(label(session, "label_hostName"), QStringLiteral("tracker-lab2"));
+        QCOMPARE(label(session, "label_hostName"), "tracker-lab2");
     }
 
     void theWindowShowsThatTheContactIsLostAndRegained()
@@ -60,7 +60,7 @@ private slots:
         server.restart();
         QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
         QCOMPARE(label(session, "label_connection"), server.address().toText());
-        QTRY_COMPARE(label(session, "label_hostName"), QStringLiteral("renamed"));
+        QTRY_COMPARE(label(session, "label_hostName"), "renamed");
     }
 
     void theWindowShowsThatTheControllerIsSilent()
@@ -77,7 +77,7 @@ private slots:
         server.resume();
         QTRY_COMPARE(label(session, "label_connection"), server.address().toText());
         // What had to wait was done in the end.
-        QTRY_COMPARE(label(session, "label_hostName"), QStringLiteral("again"));
+        QTRY_COMPARE(label(session, "label_hostName"), "again");
     }
 
     // The module is told the model when the controller can be asked for it.
@@ -89,11 +89,11 @@ private slots:
         HostSession session(link, probe());
         start(session);
         QCOMPARE(label(session, "label_connection"), server.address().toText() + " (no contact)");
-        QCOMPARE(label(session, "label_model"), QStringLiteral("\u2014"));
+        QCOMPARE(label(session, "label_model"), "\u2014");
         server.restart();
         QCOMPARE(link.moduleChannel().sendCommand("system hostname renamed"), 0);
-        QTRY_COMPARE(label(session, "label_model"), QStringLiteral("Indoor Tracker 5"));
-        QCOMPARE(session.versions().systemModel, QStringLiteral("Indoor Tracker 5"));
+        QTRY_COMPARE(label(session, "label_model"), "Indoor Tracker 5");
+        QCOMPARE(session.versions().systemModel, "Indoor Tracker 5");
     }
 };
 

@@ -34,7 +34,7 @@ QString ask(NetworkChannel &channel, const char *command)
 {
     std::array<char, LineChannel::replyCapacity> reply = {};
     return channel.queryString(reply.data(), "%s", command) == 0 ? QString::fromLatin1(reply.data())
-                                                                 : QStringLiteral("(failed)");
+                                                                 : "(failed)";
 }
 
 } // namespace
@@ -99,7 +99,7 @@ private slots:
     void servesOnTheLoopbackUnlessToldOtherwise()
     {
         const ServerProcess server(ControllerState::sample());
-        QCOMPARE(server.address().host, QStringLiteral("127.0.0.1"));
+        QCOMPARE(server.address().host, "127.0.0.1");
         QVERIFY(server.address().port != 0);
     }
 

@@ -60,7 +60,7 @@ private slots:
     {
         for (const Reply &reply :
              {Reply::done(), Reply{true, " ' 7 '", {}}, Reply{true, allBytes(), {}},
-              Reply::refused({}), Reply::refused(QStringLiteral("\u00fc\n"))}) {
+              Reply::refused({}), Reply::refused("\u00fc\n")}) {
             QByteArray line = WireProtocol::lineOf(WireProtocol::Answer{1, reply});
             line.chop(1);
             const auto answer = WireProtocol::readAnswer(line);

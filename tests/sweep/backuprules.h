@@ -18,9 +18,9 @@ struct BackupContents
     QString serial;
     QStringList slaves;
     QString net;
-    QString domain = QStringLiteral("none");
-    QString nameServer = QStringLiteral("none");
-    QString ntpServer = QStringLiteral("none");
+    QString domain = "none";
+    QString nameServer = "none";
+    QString ntpServer = "none";
     QString activeConfig;
     QByteArray configData;
 

@@ -17,10 +17,9 @@ QString difference(const QStringList &actual, const QStringList &expected)
     }
     const QStringList before =
         actual.mid(qMax(0, line - linesOfContext), qMin(line, linesOfContext));
-    const QString nothing = QStringLiteral("(nothing)");
+    const QString nothing = "(nothing)";
     return QStringLiteral("after\n    %1\ncame\n    %2\ninstead of\n    %3")
-        .arg(before.join(QStringLiteral("\n    ")), actual.value(line, nothing),
-             expected.value(line, nothing));
+        .arg(before.join("\n    "), actual.value(line, nothing), expected.value(line, nothing));
 }
 
 QStringList described(const Configuration &configuration)
@@ -48,10 +47,9 @@ QStringList described(const ControllerState &state)
         lines << described(configuration);
     }
     for (const CascadeSlave &slave : state.slaves) {
-        lines << QString::fromLatin1(slave.name)
-                + (slave.isConnected ? QStringLiteral(", connected") : QString())
-                + (slave.isAvailable ? QStringLiteral(", available") : QString())
-                + (slave.isScanned ? QStringLiteral(", scanned") : QString());
+        lines << QString::fromLatin1(slave.name) + (slave.isConnected ? ", connected" : QString())
+                + (slave.isAvailable ? ", available" : QString())
+                + (slave.isScanned ? ", scanned" : QString());
     }
     return lines;
 }
@@ -66,7 +64,7 @@ QStringList described(const QByteArray &contents)
         xml.readNext();
         if (xml.isStartElement() || xml.isEndElement()) {
             lines << xml.name().toString();
-            if (xml.name() == QLatin1String("creationDate") && xml.isStartElement()) {
+            if (xml.name() == "creationDate" && xml.isStartElement()) {
                 xml.readElementText();
             }
         } else if (xml.isCharacters() && !xml.isWhitespace()) {

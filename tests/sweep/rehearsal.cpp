@@ -114,7 +114,7 @@ bool Rehearsal::askTruth(const QByteArray &command, bool *truth)
 
 QByteArray Rehearsal::newIdentifier()
 {
-    static const QRegularExpression form(QStringLiteral("^config\\d{15,17}$"));
+    static const QRegularExpression form("^config\\d{15,17}$");
     const QByteArray identifier =
         m_newIdentifiers.isEmpty() ? QByteArray() : m_newIdentifiers.takeFirst();
     return form.match(QString::fromLatin1(identifier)).hasMatch() ? identifier : "nobodys";

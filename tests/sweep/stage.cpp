@@ -20,7 +20,7 @@ namespace {
 // Qt keeps the state of its file dialogs there.
 bool isForeign(const QString &path)
 {
-    return path.startsWith(QLatin1String(".config/")) || path.startsWith(QLatin1String(".cache/"));
+    return path.startsWith(".config/") || path.startsWith(".cache/");
 }
 
 Files filesIn(const QString &folder)
@@ -62,7 +62,7 @@ int takeWaitCursors()
 
 void choose(QFileDialog *chooser, const QString &path)
 {
-    auto *name = chooser->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    auto *name = chooser->findChild<QLineEdit *>("fileNameEdit");
     name->setText(path);
     QTest::keyClick(name, Qt::Key_Return);
 }
@@ -116,7 +116,7 @@ void Stage::begin()
 
 void Stage::useList(const std::function<void(QDialog *)> &action)
 {
-    onDialog(QStringLiteral("ConfigurationDialog"), action);
+    onDialog("ConfigurationDialog", action);
     m_frontEnd.triggerAction();
 }
 
@@ -138,7 +138,7 @@ void Stage::onDialog(const QString &objectName, const std::function<void(QDialog
 
 void Stage::backUpAutomatically()
 {
-    auto *dialog = m_frontEnd.window->findChild<QDialog *>(QStringLiteral("ConfigSaveDlgClass"));
+    auto *dialog = m_frontEnd.window->findChild<QDialog *>("ConfigSaveDlgClass");
     m_frontEnd.tellVersion(HostVersion::current);
     QVERIFY(QMetaObject::invokeMethod(dialog, "doAutomaticBackup", Qt::DirectConnection));
     m_frontEnd.tellVersion(HostVersion::withoutAutomaticBackup);

@@ -23,11 +23,10 @@ QStringList listOf(const ControllerState &state)
         const QString description = QString::fromLatin1(configuration.description);
         const bool isActive = configuration.identifier == state.activeIdentifier;
         rows.append({description,
-                     (isActive ? QStringLiteral("* ") : QString())
+                     (isActive ? "* " : QString())
                          + QStringList{description, QString::fromLatin1(configuration.owner),
-                                       configuration.isLocked() ? QStringLiteral("yes")
-                                                                : QStringLiteral("no")}
-                               .join(QStringLiteral(" | "))});
+                                       configuration.isLocked() ? "yes" : "no"}
+                               .join(" | ")});
     }
     std::stable_sort(rows.begin(), rows.end(),
                      [](const auto &left, const auto &right) { return left.first < right.first; });
@@ -70,9 +69,9 @@ QString described(const Fault &fault)
 {
     switch (fault.kind) {
     case Fault::Kind::Fail:
-        return QStringLiteral("failing");
+        return "failing";
     case Fault::Kind::Delay:
-        return QStringLiteral("without an answer");
+        return "without an answer";
     case Fault::Kind::Answer:
         break;
     }
@@ -84,8 +83,7 @@ QString described(const FaultPoint &faultPoint)
 {
     return QStringLiteral("with command %1%2 %3: ")
         .arg(faultPoint.command)
-        .arg(faultPoint.isLasting ? QStringLiteral(" and all after it") : QString(),
-             described(faultPoint.fault));
+        .arg(faultPoint.isLasting ? " and all after it" : QString(), described(faultPoint.fault));
 }
 
 /// Carries an operation out again and again.
@@ -152,8 +150,7 @@ bool Sweeper::isAsItHasToBe(const std::optional<FaultPoint> &faultPoint)
     ++m_runs;
     const QString problem = problemOf(faultPoint);
     if (!problem.isEmpty()) {
-        const QString where =
-            faultPoint ? described(*faultPoint) : QStringLiteral("without a fault: ");
+        const QString where = faultPoint ? described(*faultPoint) : "without a fault: ";
         QTest::qFail(qPrintable(where + problem), __FILE__, __LINE__);
     }
     return problem.isEmpty();
@@ -170,8 +167,7 @@ QString Sweeper::problemOf(const std::optional<FaultPoint> &faultPoint)
     }
     const QStringList listed = m_stage.listedNow();
     if (problem.isEmpty() && listed != listOf(actual.state)) {
-        problem = QStringLiteral("afterwards the list shows\n    ")
-            + listed.join(QStringLiteral("\n    "));
+        problem = QStringLiteral("afterwards the list shows\n    ") + listed.join("\n    ");
     }
     return problem;
 }

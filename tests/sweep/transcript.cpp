@@ -22,7 +22,7 @@ QString Transcript::boxLine(QMessageBox::Icon icon, const QString &title, const 
 
 QString Transcript::windowLine(const QString &name, const QStringList &contents)
 {
-    return (QStringList("window " + name) + contents).join(QStringLiteral(" | "));
+    return (QStringList("window " + name) + contents).join(" | ");
 }
 
 QString Transcript::eventLine()
@@ -70,7 +70,7 @@ void Transcript::boxShown(const QMessageBox &box)
 {
     tell(boxLine(box.icon(), box.windowTitle(), box.text()));
     if (QGuiApplication::overrideCursor()) {
-        tell(QStringLiteral("a box under the wait cursor"));
+        tell("a box under the wait cursor");
     }
 }
 
@@ -79,8 +79,7 @@ void Transcript::exchanged(const Exchange &exchange)
     m_exchanges << exchange;
     m_lines << QStringLiteral("%1 %2%3").arg(
         QString::fromLatin1(LineChannel::nameOf(exchange.operation)),
-        QString::fromLatin1(exchange.command),
-        exchange.result == 0 ? QString() : QStringLiteral(" (failed)"));
+        QString::fromLatin1(exchange.command), exchange.result == 0 ? QString() : " (failed)");
 }
 
 void Transcript::messagePosted(const QByteArray &category, const QByteArray &source, int level,

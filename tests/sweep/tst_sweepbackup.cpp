@@ -60,13 +60,13 @@ QString automaticName(const QString &day, const QString &hostName)
 
 QString today()
 {
-    return QLocale::c().toString(QDate::currentDate(), QStringLiteral("yyyy-MM-dd"));
+    return QLocale::c().toString(QDate::currentDate(), "yyyy-MM-dd");
 }
 
 // Of the older backups of that controller, only the newest stays.
 void prune(Files *files, const QString &hostName)
 {
-    const QString filter = automaticName(QStringLiteral("*"), hostName);
+    const QString filter = automaticName("*", hostName);
     QStringList older;
     for (auto file = files->cbegin(); file != files->cend(); ++file) {
         if (QDir::match(filter, file.key())) {

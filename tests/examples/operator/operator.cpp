@@ -22,9 +22,9 @@
 
 namespace {
 
-const QString activeText = QStringLiteral("Robot cell 2, tool centre point");
-const QString activeRow = activeText + QStringLiteral(" | R. Okafor | no");
-const QString lockedText = QStringLiteral("Acceptance test, length bar 1.5 m");
+const QString activeText = "Robot cell 2, tool centre point";
+const QString activeRow = activeText + " | R. Okafor | no";
+const QString lockedText = "Acceptance test, length bar 1.5 m";
 const QString unlockedRow = QStringLiteral("* %1 | metrology lab | no").arg(lockedText);
 
 void require(bool isTrue, const QString &otherwise)
@@ -41,8 +41,8 @@ QString homePath(const QString &name)
 
 bool hasBackupOfTheDay()
 {
-    const QDir folder(homePath(QStringLiteral(".ZOR/VELTRA4/v4.2.0/backup")));
-    return !folder.entryList({QStringLiteral("backup_*_tracker-lab2.xml")}).isEmpty();
+    const QDir folder(homePath(".ZOR/VELTRA4/v4.2.0/backup"));
+    return !folder.entryList({"backup_*_tracker-lab2.xml"}).isEmpty();
 }
 
 QMainWindow *hostWindow()
@@ -86,13 +86,13 @@ private:
     template <typename Step>
     void useList(const char *done, Step step)
     {
-        m_driver.expectDialog(QStringLiteral("ConfigurationDialog"), [&](QDialog *list) {
+        m_driver.expectDialog("ConfigurationDialog", [&](QDialog *list) {
             step(list);
             UserInput::click(list, "pushButton_exit");
         });
         menuAction()->trigger();
         const QStringList problems = m_driver.takeProblems();
-        require(problems.isEmpty(), problems.join(QStringLiteral("; ")));
+        require(problems.isEmpty(), problems.join("; "));
         qInfo("operator: %s", done);
     }
 
@@ -100,7 +100,7 @@ private:
     {
         for (const QAction *menu : m_window->menuBar()->actions()) {
             for (QAction *action : menu->menu()->actions()) {
-                if (action->text() == QLatin1String("&Configurations")) {
+                if (action->text() == "&Configurations") {
                     return action;
                 }
             }
@@ -132,8 +132,8 @@ private:
     {
         Table::click(list, lockedText);
         UserInput::click(list, "pushButton_apply");
-        m_driver.expectDialog(QStringLiteral("UnlockConfigurationDialog"), [](QDialog *dialog) {
-            UserInput::type(dialog, "lineEdit_password", QStringLiteral("lock"));
+        m_driver.expectDialog("UnlockConfigurationDialog", [](QDialog *dialog) {
+            UserInput::type(dialog, "lineEdit_password", "lock");
             UserInput::click(dialog, "pushButton_ok");
         });
         UserInput::click(list, "pushButton_lock");
@@ -142,10 +142,9 @@ private:
 
     void backUp(QDialog *list)
     {
-        m_driver.expectDialog(QStringLiteral("ConfigSaveDlgClass"), [&](QDialog *dialog) {
-            m_driver.expectFileDialog(QStringLiteral("Backup all settings"),
-                                      homePath(QStringLiteral("backup.xml")));
-            expectBox(QStringLiteral("Success"), QStringLiteral("Backup created!"));
+        m_driver.expectDialog("ConfigSaveDlgClass", [&](QDialog *dialog) {
+            m_driver.expectFileDialog("Backup all settings", homePath("backup.xml"));
+            expectBox("Success", "Backup created!");
             UserInput::click(dialog, "pushButton_save");
             UserInput::click(dialog, "pushButton_exit");
         });
@@ -155,18 +154,17 @@ private:
     void deleteOne(QDialog *list)
     {
         Table::click(list, activeText);
-        expectQuestion(QStringLiteral("Warning"), QMessageBox::Ok);
+        expectQuestion("Warning", QMessageBox::Ok);
         UserInput::click(list, "pushButton_delete");
         require(Table::lines(list).filter(activeText).isEmpty(), Table::lines(list).join('\n'));
     }
 
     void restore(QDialog *list)
     {
-        m_driver.expectFileDialog(QStringLiteral("Load Configurations"),
-                                  homePath(QStringLiteral("backup.xml")));
-        expectQuestion(QStringLiteral("Confirmation"), QMessageBox::Yes);
-        expectQuestion(QStringLiteral("Confirmation"), QMessageBox::No); // host name and address
-        expectBox(QStringLiteral("Success"), QStringLiteral("Backup restored!"));
+        m_driver.expectFileDialog("Load Configurations", homePath("backup.xml"));
+        expectQuestion("Confirmation", QMessageBox::Yes);
+        expectQuestion("Confirmation", QMessageBox::No); // host name and address
+        expectBox("Success", "Backup restored!");
         UserInput::click(list, "pushButton_load");
         const QStringList lines = Table::lines(list);
         require(lines.contains(unlockedRow) && lines.contains(activeRow), lines.join('\n'));
