@@ -71,38 +71,31 @@ class TestCheckCommands(unittest.TestCase):
         self.assertEqual(len(check.exchanges_in(DOCUMENT)), 3)
         self.assertEqual(self.wrong_examples(DOCUMENT), [])
 
-    def test_a_command_that_is_missing(self):
-        self.assertEqual(self.differences(DOCUMENT.replace("t%02d", "t%d")),
-                         ['there is no row for queryString "config config t%02d"',
-                          'nobody sends queryString "config config t%d"'])
+    def test_other_commands(self):
+        for right, wrong, missing, nobodys in [
+                ("t%02d", "t%d", 'queryString "config config t%02d"',
+                 'queryString "config config t%d"'),
+                ('"%s" `', '"%s"`', 'sendCommand "config owner "%s" "',
+                 'sendCommand "config owner "%s""'),
+                ("queryString", "queryInt", 'queryString "config config t%02d"',
+                 'queryInt "config config t%02d"')]:
+            with self.subTest(wrong):
+                self.assertEqual(self.differences(DOCUMENT.replace(right, wrong)),
+                                 [f"there is no row for {missing}", f"nobody sends {nobodys}"])
 
-    def test_a_blank_that_is_missing(self):
-        self.assertEqual(self.differences(DOCUMENT.replace('"%s" `', '"%s"`')),
-                         ['there is no row for sendCommand "config owner "%s" "',
-                          'nobody sends sendCommand "config owner "%s""'])
-
-    def test_another_operation(self):
-        self.assertEqual(self.differences(DOCUMENT.replace("queryString", "queryInt")),
-                         ['there is no row for queryString "config config t%02d"',
-                          'nobody sends queryInt "config config t%02d"'])
-
-    def test_right_timeouts(self):
-        self.assertEqual(self.wrong_timeouts(TRANSCRIPT), [])
-
-    def test_another_timeout(self):
-        self.assertEqual(self.wrong_timeouts(TRANSCRIPT.replace("20000", "2000")),
-                         ['sendCommand "config owner "%s" " is never sent after 20000, 1',
-                          'sendCommand "config owner "%s" " is sent after 2000, 1'])
-
-    def test_a_timeout_before_what_needs_none(self):
-        transcript = TRANSCRIPT.replace("queryString", "setTimeout 0 5000 0\nqueryString")
-        self.assertEqual(self.wrong_timeouts(transcript),
-                         ['queryString "config config t%02d" is never sent after —',
-                          'queryString "config config t%02d" is sent after 5000, 0'])
-
-    def test_a_line_that_no_row_tells_of(self):
-        self.assertEqual(self.wrong_timeouts(TRANSCRIPT + "sendCommand config reset"),
-                         ['there is no row for sendCommand "config reset"'])
+    def test_timeouts(self):
+        owner = 'sendCommand "config owner "%s" "'
+        slot = 'queryString "config config t%02d"'
+        for transcript, problems in [
+                (TRANSCRIPT, []),
+                (TRANSCRIPT.replace("20000", "2000"),
+                 [f"{owner} is never sent after 20000, 1", f"{owner} is sent after 2000, 1"]),
+                (TRANSCRIPT.replace("queryString", "setTimeout 0 5000 0\nqueryString"),
+                 [f"{slot} is never sent after —", f"{slot} is sent after 5000, 0"]),
+                (TRANSCRIPT + "sendCommand config reset",
+                 ['there is no row for sendCommand "config reset"'])]:
+            with self.subTest(problems=problems):
+                self.assertEqual(self.wrong_timeouts(transcript), problems)
 
     def test_another_answer(self):
         self.assertEqual(self.wrong_examples(DOCUMENT.replace("< standard", "< std")),

@@ -39,9 +39,6 @@ class TestCheckDocuments(unittest.TestCase):
         self.assertEqual(result.stderr, "")
         return result.returncode, result.stdout.strip()
 
-    def expect_problem(self, text, problem):
-        self.assertEqual(self.problems_of(text), (1, f"README.md: {problem}"))
-
     def test_what_exists_may_be_named(self):
         code, output = self.problems_of(
             "`./dev test`, `docs/guide.md`, `tests/transfer/`, `program --dark`, `tst_upload`,\n"
@@ -49,30 +46,19 @@ class TestCheckDocuments(unittest.TestCase):
             "[there](docs/guide.md#by-hand-and-by-the-day), [elsewhere](https://example.com/x)\n")
         self.assertEqual((code, output), (0, "All that the documents name exists."))
 
-    def test_missing_file(self):
-        self.expect_problem("`docs/other.md`", "there is no docs/other.md")
-
-    def test_missing_folder(self):
-        self.expect_problem("`transfer/`", "there is no transfer/")
-
-    def test_missing_test(self):
-        self.expect_problem("build/release/bin/tst_download", "there is no test tst_download")
-
-    def test_missing_command(self):
-        self.expect_problem("    ./dev has", "there is no ./dev has")
-
-    def test_missing_option(self):
-        self.expect_problem("    program --light", "no program has the option --light")
-
-    def test_dead_link(self):
-        self.expect_problem("[x](docs/other.md)", "the link docs/other.md leads nowhere")
-
-    def test_missing_picture(self):
-        self.expect_problem("![x](docs/x.png)", "the link docs/x.png leads nowhere")
-
-    def test_missing_heading(self):
-        self.expect_problem("[x](docs/guide.md#nowhere)",
-                            "the link docs/guide.md#nowhere leads to no heading")
+    def test_what_does_not_exist(self):
+        for text, problem in [
+                ("`docs/other.md`", "there is no docs/other.md"),
+                ("`transfer/`", "there is no transfer/"),
+                ("build/release/bin/tst_download", "there is no test tst_download"),
+                ("    ./dev has", "there is no ./dev has"),
+                ("    program --light", "no program has the option --light"),
+                ("[x](docs/other.md)", "the link docs/other.md leads nowhere"),
+                ("![x](docs/x.png)", "the link docs/x.png leads nowhere"),
+                ("[x](docs/guide.md#nowhere)",
+                 "the link docs/guide.md#nowhere leads to no heading")]:
+            with self.subTest(text):
+                self.assertEqual(self.problems_of(text), (1, f"README.md: {problem}"))
 
     def test_picture_that_nobody_shows(self):
         self.write("docs/pictures/old.png", "")

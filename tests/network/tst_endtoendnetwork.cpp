@@ -1,6 +1,5 @@
 #include "network/networkchannel.h"
 #include "tests/endtoend/frontend.h"
-#include "tests/endtoend/table.h"
 #include "tests/network/serverprocess.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
@@ -62,120 +61,102 @@ public:
     }
 
     /// Lets @p trouble happen when the n-th command from now that fits @p pattern is answered.
-    void expectTrouble(Trouble trouble, const QString &pattern, int n);
-    /// The controller is there again, and known to be.
-    void recover();
+    void expectTrouble(Trouble trouble, const QString &pattern, int n)
+    {
+        host.record.onCommand = [this, trouble, expression = QRegularExpression(pattern),
+                                 left = n](const QByteArray &command) mutable {
+            if (m_trouble == Trouble::Slow) {
+                goOn();
+            } else if (!m_trouble && expression.match(QString::fromLatin1(command)).hasMatch()
+                       && --left == 0) {
+                strike(trouble);
+            }
+        };
+    }
 
-    void backUp(const QString &path);
-    void restore(const QString &path, const QVector<ExpectedBox> &outcome);
-    QStringList listLines();
-    QStringList takeMessages() { return host.record.takeMessages(); }
+    /// The controller is there again, and known to be.
+    void recover()
+    {
+        QCOMPARE(m_troubleCount, 1);
+        host.record.onCommand = {};
+        goOn();
+        // It may still count as silent.
+        std::array<char, LineChannel::replyCapacity> reply = {};
+        QTRY_COMPARE(channel.queryString(reply.data(), "status active"), 0);
+    }
+
+    void backUp(const QString &path)
+    {
+        host.useList([&](QDialog *list) {
+            host.driver.expectDialog("ConfigSaveDlgClass", [&](QDialog *dialog) {
+                host.driver.expectFileDialog("Backup all settings", path);
+                host.driver.expectBox({QMessageBox::Information, "Success", "Backup created!"});
+                UserInput::click(dialog, "pushButton_save"); // everything is chosen at first
+                UserInput::click(dialog, "pushButton_exit");
+            });
+            UserInput::click(list, "pushButton_save");
+        });
+    }
+
+    void restore(const QString &path, const QVector<ExpectedBox> &outcome)
+    {
+        const QVector<ExpectedBox> questions{
+            restoreQuestion(QMessageBox::Warning,
+                            "Restoring this backup overwrites all settings and already existing "
+                            "configurations.\n\nAny previous settings will get lost!\n\nProceed?"),
+            restoreQuestion(QMessageBox::Question,
+                            "Hostname and ip settings can be restored. After reboot the XQU might "
+                            "not be reachable via network due to wrong network "
+                            "settings.\n\nRestore?")};
+        host.useList([&](QDialog *list) {
+            host.driver.expectFileDialog("Load Configurations", path);
+            for (const ExpectedBox &box : questions + outcome) {
+                host.driver.expectBox(box);
+            }
+            UserInput::click(list, "pushButton_load");
+        });
+    }
 
     ServerProcess server;
     NetworkChannel channel;
     ModuleHost host;
 
 private:
-    void strike(Trouble trouble);
-    void goOn();
+    void strike(Trouble trouble)
+    {
+        m_trouble = trouble;
+        ++m_troubleCount;
+        if (trouble == Trouble::Stop || trouble == Trouble::Slow) {
+            server.stop();
+            channel.setTimeScale(hurry);
+            return;
+        }
+        server.kill();
+        if (trouble == Trouble::Restart) {
+            server.restart();
+        }
+    }
+
+    void goOn()
+    {
+        if (m_trouble == Trouble::Kill) {
+            server.restart();
+        } else if (m_trouble == Trouble::Stop || m_trouble == Trouble::Slow) {
+            server.resume();
+            channel.setTimeScale(1);
+        }
+        m_trouble.reset();
+    }
 
     std::optional<Trouble> m_trouble; // there is at the moment
     int m_troubleCount = 0;
 };
 
-void Scene::expectTrouble(Trouble trouble, const QString &pattern, int n)
-{
-    host.record.onCommand = [this, trouble, expression = QRegularExpression(pattern),
-                             left = n](const QByteArray &command) mutable {
-        if (m_trouble == Trouble::Slow) {
-            goOn();
-        } else if (!m_trouble && expression.match(QString::fromLatin1(command)).hasMatch()
-                   && --left == 0) {
-            strike(trouble);
-        }
-    };
-}
-
-void Scene::strike(Trouble trouble)
-{
-    m_trouble = trouble;
-    ++m_troubleCount;
-    if (trouble == Trouble::Stop || trouble == Trouble::Slow) {
-        server.stop();
-        channel.setTimeScale(hurry);
-        return;
-    }
-    server.kill();
-    if (trouble == Trouble::Restart) {
-        server.restart();
-    }
-}
-
-void Scene::recover()
-{
-    QCOMPARE(m_troubleCount, 1);
-    host.record.onCommand = {};
-    goOn();
-    // It may still count as silent.
-    std::array<char, LineChannel::replyCapacity> reply = {};
-    QTRY_COMPARE(channel.queryString(reply.data(), "status active"), 0);
-}
-
-void Scene::goOn()
-{
-    if (m_trouble == Trouble::Kill) {
-        server.restart();
-    } else if (m_trouble == Trouble::Stop || m_trouble == Trouble::Slow) {
-        server.resume();
-        channel.setTimeScale(1);
-    }
-    m_trouble.reset();
-}
-
-void Scene::backUp(const QString &path)
-{
-    host.useList([&](QDialog *list) {
-        host.driver.expectDialog("ConfigSaveDlgClass", [&](QDialog *dialog) {
-            host.driver.expectFileDialog("Backup all settings", path);
-            host.driver.expectBox({QMessageBox::Information, "Success", "Backup created!"});
-            UserInput::click(dialog, "pushButton_save"); // everything is chosen at first
-            UserInput::click(dialog, "pushButton_exit");
-        });
-        UserInput::click(list, "pushButton_save");
-    });
-}
-
-void Scene::restore(const QString &path, const QVector<ExpectedBox> &outcome)
-{
-    const QVector<ExpectedBox> questions{
-        restoreQuestion(QMessageBox::Warning,
-                        "Restoring this backup overwrites all settings and already existing "
-                        "configurations.\n\nAny previous settings will get lost!\n\nProceed?"),
-        restoreQuestion(QMessageBox::Question,
-                        "Hostname and ip settings can be restored. After reboot the XQU might "
-                        "not be reachable via network due to wrong network "
-                        "settings.\n\nRestore?")};
-    host.useList([&](QDialog *list) {
-        host.driver.expectFileDialog("Load Configurations", path);
-        for (const ExpectedBox &box : questions + outcome) {
-            host.driver.expectBox(box);
-        }
-        UserInput::click(list, "pushButton_load");
-    });
-}
-
-QStringList Scene::listLines()
-{
-    QStringList lines;
-    host.useList([&lines](QDialog *list) { lines = Table::lines(list); });
-    return lines;
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Trouble)
 
-/// Two operations by somebody at the screen, while something happens to the process of the
+/// The longest operation by somebody at the screen, while something happens to the process of the
 /// controller. What the plug-in makes of each command that fails is stated by the sweeps.
 class TestEndToEndNetwork : public QObject
 {
@@ -183,39 +164,6 @@ class TestEndToEndNetwork : public QObject
 
 private slots:
     void cleanup() { QVERIFY(!QGuiApplication::overrideCursor()); }
-
-    void refreshing_data() { troubles(); }
-
-    void refreshing()
-    {
-        QFETCH(const Trouble, trouble);
-        Scene scene;
-        const QStringList before = scene.listLines();
-        QCOMPARE(before.size(), 12);
-        QCOMPARE(scene.takeMessages(), QStringList());
-
-        scene.expectTrouble(trouble, "^config desc_of_config ", 3);
-        const QStringList during = scene.listLines();
-        const QStringList messages = scene.takeMessages();
-        QCOMPARE(during.size(), 12);
-        if (trouble == Trouble::Restart) {
-            QCOMPARE(messages, QStringList());
-            QCOMPARE(during, before);
-        } else if (trouble == Trouble::Slow) {
-            QCOMPARE(messages,
-                     QStringList{errorMessage("Unable to get whether configuration has pasword")});
-        } else {
-            QCOMPARE(messages.size(), 1 + 9 * 4); // all that was left to be asked
-            scene.host.driver.expectBox(noContactBox);
-            scene.host.triggerAction();
-            QCOMPARE(scene.takeMessages(), refreshErrors);
-        }
-
-        scene.recover();
-        QCOMPARE(scene.listLines(), before);
-        QCOMPARE(scene.takeMessages(), QStringList());
-        QCOMPARE(scene.server.state(), lightSample());
-    }
 
     void restoring_data() { troubles(); }
 
@@ -231,7 +179,7 @@ private slots:
         QCOMPARE(scene.channel.sendCommandReply(reply.data(), "veltra2 config delete_config %s",
                                                 Sample::fair.constData()),
                  0);
-        scene.takeMessages();
+        scene.host.record.takeMessages();
 
         scene.expectTrouble(trouble, "^system import 'config'", 4);
         const bool isReachable = trouble == Trouble::Restart || trouble == Trouble::Slow;
@@ -241,12 +189,12 @@ private slots:
             boxes << noContactBox;
         }
         scene.restore(path, boxes);
-        QCOMPARE(scene.takeMessages(), isReachable ? QStringList() : refreshErrors);
+        QCOMPARE(scene.host.record.takeMessages(), isReachable ? QStringList() : refreshErrors);
         QVERIFY(scene.server.state() != lightSample());
 
         scene.recover();
         scene.restore(path, {{QMessageBox::Information, "Success", "Backup restored!"}});
-        QCOMPARE(scene.takeMessages(), QStringList{changeEvent()});
+        QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
         QCOMPARE(scene.server.state(), lightSample());
     }
 

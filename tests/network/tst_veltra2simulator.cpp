@@ -103,22 +103,6 @@ private slots:
         QVERIFY(server.address().port != 0);
     }
 
-    void whatWasAnsweredSurvivesAKill()
-    {
-        constexpr int kills = 20;
-        ControllerState expected = ControllerState::sample();
-        ServerProcess server(expected);
-        NetworkChannel channel(server.address());
-        for (int i = 1; i <= kills; ++i) {
-            expected.hostName = "host" + QByteArray::number(i);
-            QCOMPARE(channel.sendCommand("system hostname %s", expected.hostName.constData()), 0);
-            server.kill();
-            QCOMPARE(server.state(), expected);
-            server.restart();
-            QCOMPARE(ask(channel, "system hostname"), QString::fromLatin1(expected.hostName));
-        }
-    }
-
     void commandsCanBeMadeToFail()
     {
         const ServerProcess server(

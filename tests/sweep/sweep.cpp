@@ -95,82 +95,76 @@ public:
     {
     }
 
-    void befall(const Fault &fault, bool isLasting);
-    void answerWrongly();
+    void befall(const Fault &fault, bool isLasting)
+    {
+        for (int command = 1; isSurvived({command, fault, isLasting}); ++command) {
+            ++m_points;
+        }
+    }
+
+    void answerWrongly()
+    {
+        if (!isAsItHasToBe({})) {
+            return;
+        }
+        const QVector<Exchange> exchanges = m_stage.transcript().exchanges();
+        const int commands = ownCommands(exchanges);
+        for (int i = 0; i < commands; ++i) {
+            const QByteArrayList answers = wrongAnswersTo(exchanges.at(i));
+            for (const QByteArray &answer : answers) {
+                if (!isSurvived({i + 1, {Fault::Kind::Answer, answer, 0}, false})) {
+                    return;
+                }
+                ++m_points;
+            }
+            if (!answers.isEmpty() && !isAsItHasToBe({})) {
+                return;
+            }
+        }
+    }
+
     int points() const { return m_points; }
     int runs() const { return m_runs; }
 
 private:
     /// False if no fault was met, or something was not as it has to be.
-    bool isSurvived(const FaultPoint &faultPoint);
-    bool isAsItHasToBe(const std::optional<FaultPoint> &faultPoint);
-    QString problemOf(const std::optional<FaultPoint> &faultPoint);
+    bool isSurvived(const FaultPoint &faultPoint)
+    {
+        return isAsItHasToBe(faultPoint) && m_stage.wasFaultMet();
+    }
+
+    bool isAsItHasToBe(const std::optional<FaultPoint> &faultPoint)
+    {
+        ++m_runs;
+        const QString problem = problemOf(faultPoint);
+        if (!problem.isEmpty()) {
+            const QString where = faultPoint ? described(*faultPoint) : "without a fault: ";
+            QTest::qFail(qPrintable(where + problem), __FILE__, __LINE__);
+        }
+        return problem.isEmpty();
+    }
+
+    QString problemOf(const std::optional<FaultPoint> &faultPoint)
+    {
+        const Outcome actual = m_stage.perform(m_operation, faultPoint);
+        Rehearsal rehearsal(m_operation, faultPoint, m_stage.transcript().newIdentifiers());
+        m_operation.rehearse(rehearsal);
+        QString problem = difference(actual, rehearsal.outcome());
+        if (problem.isEmpty()) {
+            problem = lossIn(actual, m_operation);
+        }
+        const QStringList listed = m_stage.listedNow();
+        if (problem.isEmpty() && listed != listOf(actual.state)) {
+            problem = QStringLiteral("afterwards the list shows\n    ") + listed.join("\n    ");
+        }
+        return problem;
+    }
 
     const Operation &m_operation;
     Stage m_stage;
     int m_points = 0;
     int m_runs = 0;
 };
-
-void Sweeper::befall(const Fault &fault, bool isLasting)
-{
-    for (int command = 1; isSurvived({command, fault, isLasting}); ++command) {
-        ++m_points;
-    }
-}
-
-void Sweeper::answerWrongly()
-{
-    if (!isAsItHasToBe({})) {
-        return;
-    }
-    const QVector<Exchange> exchanges = m_stage.transcript().exchanges();
-    const int commands = ownCommands(exchanges);
-    for (int i = 0; i < commands; ++i) {
-        const QByteArrayList answers = wrongAnswersTo(exchanges.at(i));
-        for (const QByteArray &answer : answers) {
-            if (!isSurvived({i + 1, {Fault::Kind::Answer, answer, 0}, false})) {
-                return;
-            }
-            ++m_points;
-        }
-        if (!answers.isEmpty() && !isAsItHasToBe({})) {
-            return;
-        }
-    }
-}
-
-bool Sweeper::isSurvived(const FaultPoint &faultPoint)
-{
-    return isAsItHasToBe(faultPoint) && m_stage.wasFaultMet();
-}
-
-bool Sweeper::isAsItHasToBe(const std::optional<FaultPoint> &faultPoint)
-{
-    ++m_runs;
-    const QString problem = problemOf(faultPoint);
-    if (!problem.isEmpty()) {
-        const QString where = faultPoint ? described(*faultPoint) : "without a fault: ";
-        QTest::qFail(qPrintable(where + problem), __FILE__, __LINE__);
-    }
-    return problem.isEmpty();
-}
-
-QString Sweeper::problemOf(const std::optional<FaultPoint> &faultPoint)
-{
-    const Outcome actual = m_stage.perform(m_operation, faultPoint);
-    Rehearsal rehearsal(m_operation, faultPoint, m_stage.transcript().newIdentifiers());
-    m_operation.rehearse(rehearsal);
-    QString problem = difference(actual, rehearsal.outcome());
-    if (problem.isEmpty()) {
-        problem = lossIn(actual, m_operation);
-    }
-    const QStringList listed = m_stage.listedNow();
-    if (problem.isEmpty() && listed != listOf(actual.state)) {
-        problem = QStringLiteral("afterwards the list shows\n    ") + listed.join("\n    ");
-    }
-    return problem;
-}
 
 } // namespace
 

@@ -112,7 +112,37 @@ public:
     {
     }
 
-    Ending run();
+    Ending run()
+    {
+        bool isEmbedded = false;
+        bool isEmbeddedStill = false; // only decides about a version that fits anyway
+        if (!m_rehearsal.askTruth("system controller_embedded", &isEmbedded)
+            || !m_rehearsal.askTruth("system controller_embedded", &isEmbeddedStill)) {
+            return Ending::Lost;
+        }
+        if (isEmbedded) {
+            m_rehearsal.show(networkQuestion);
+            m_withNetwork = true;
+        }
+        bool isEmbeddedNow = false;
+        if (!m_rehearsal.askTruth("system controller_embedded", &isEmbeddedNow)) {
+            return Ending::Lost;
+        }
+        if ((isEmbeddedNow && !setNetwork())
+            || !read("config number_of_configs", "config config t", &m_existing) || !importAll()) {
+            return Ending::Failed;
+        }
+        const QByteArray active = m_document.activeConfig.toLatin1();
+        if (m_items.contains(active)) {
+            m_rehearsal.send("config active_config " + active);
+        }
+        m_rehearsal.announce();
+        if (!read("cascade number_of_connected_slaves", "cascade connected_slave d", &m_connected)
+            || !removeForeignSlaves() || !attachSlaves()) {
+            return Ending::Failed;
+        }
+        return m_isComplete ? Ending::Restored : Ending::Incomplete;
+    }
 
 private:
     // What is compared and sent back later.
@@ -122,13 +152,85 @@ private:
         std::transform(names->begin(), names->end(), names->begin(), sentBack);
         return isRead;
     }
-    bool setNetwork();
-    bool importAll();
-    bool importItem(const QByteArray &identifier);
-    bool removeForeignSlaves();
-    bool attachSlaves();
-    bool attach(const QByteArray &slave);
-    void check(const QByteArray &slave);
+
+    bool setNetwork()
+    {
+        const auto set = [this](const char *setting, const QString &value) {
+            return m_rehearsal.send(QByteArray("system ") + setting + ' ' + value.toLatin1());
+        };
+        return (!m_withNetwork || (set("hostname", m_document.name) && set("net", m_document.net)))
+            && set("domainname", m_document.domain) && set("nameserver", m_document.nameServer)
+            && set("ntp_server", m_document.ntpServer);
+    }
+
+    bool importAll()
+    {
+        m_rehearsal.send("system upload cancel");
+        rehearseUpload(m_rehearsal, m_document.configData);
+        if (rehearseOffer(m_rehearsal, &m_items) != Offer::Items) {
+            return false;
+        }
+        std::transform(m_items.begin(), m_items.end(), m_items.begin(), sentBack);
+        // The base first, so that the others fit on it.
+        std::stable_partition(m_items.begin(), m_items.end(),
+                              [](const QByteArray &item) { return item == "__base"; });
+        return std::all_of(m_items.cbegin(), m_items.cend(),
+                           [this](const QByteArray &item) { return importItem(item); });
+    }
+
+    bool importItem(const QByteArray &identifier)
+    {
+        QByteArray answer;
+        if (m_existing.contains(identifier)
+            && (!m_rehearsal.sendStructural("veltra2 config delete_config " + identifier, &answer)
+                || answer != accepted)) {
+            return false;
+        }
+        return m_rehearsal.send("system import 'config' '" + identifier + '\'');
+    }
+
+    bool removeForeignSlaves()
+    {
+        return std::all_of(
+            m_connected.cbegin(), m_connected.cend(), [this](const QByteArray &slave) {
+                QByteArray answer;
+                return m_slaves.contains(slave)
+                    || (m_rehearsal.sendStructural("veltra2 cascade sub_slave " + slave, &answer)
+                        && answer == accepted);
+            });
+    }
+
+    bool attachSlaves()
+    {
+        return std::all_of(m_slaves.cbegin(), m_slaves.cend(), [this](const QByteArray &slave) {
+            const bool isAttached = m_connected.contains(slave) || attach(slave);
+            if (isAttached) {
+                check(slave);
+            }
+            return isAttached;
+        });
+    }
+
+    bool attach(const QByteArray &slave)
+    {
+        QByteArray answer;
+        if (!m_rehearsal.sendStructural("veltra2 cascade add_slave " + slave, &answer)) {
+            return false;
+        }
+        return answer == accepted
+            || (m_rehearsal.sendStructural("veltra2 cascade add_scanned_slave " + slave)
+                && m_rehearsal.sendStructural("veltra2 cascade add_slave " + slave));
+    }
+
+    void check(const QByteArray &slave)
+    {
+        bool isAvailable = false;
+        m_rehearsal.askTruth("cascade connected_slave_available " + slave, &isAvailable);
+        if (!isAvailable) {
+            m_rehearsal.report("unable to reconnect slave '" + QString::fromLatin1(slave) + '\'');
+            m_isComplete = false;
+        }
+    }
 
     Rehearsal &m_rehearsal;
     const BackupContents m_document = BackupContents::of(backedUp());
@@ -139,116 +241,6 @@ private:
     QByteArrayList m_connected;
     bool m_isComplete = true;
 };
-
-Ending Restore::run()
-{
-    bool isEmbedded = false;
-    bool isEmbeddedStill = false; // only decides about a version that fits anyway
-    if (!m_rehearsal.askTruth("system controller_embedded", &isEmbedded)
-        || !m_rehearsal.askTruth("system controller_embedded", &isEmbeddedStill)) {
-        return Ending::Lost;
-    }
-    if (isEmbedded) {
-        m_rehearsal.show(networkQuestion);
-        m_withNetwork = true;
-    }
-    bool isEmbeddedNow = false;
-    if (!m_rehearsal.askTruth("system controller_embedded", &isEmbeddedNow)) {
-        return Ending::Lost;
-    }
-    if ((isEmbeddedNow && !setNetwork())
-        || !read("config number_of_configs", "config config t", &m_existing) || !importAll()) {
-        return Ending::Failed;
-    }
-    const QByteArray active = m_document.activeConfig.toLatin1();
-    if (m_items.contains(active)) {
-        m_rehearsal.send("config active_config " + active);
-    }
-    m_rehearsal.announce();
-    if (!read("cascade number_of_connected_slaves", "cascade connected_slave d", &m_connected)
-        || !removeForeignSlaves() || !attachSlaves()) {
-        return Ending::Failed;
-    }
-    return m_isComplete ? Ending::Restored : Ending::Incomplete;
-}
-
-bool Restore::setNetwork()
-{
-    const auto set = [this](const char *setting, const QString &value) {
-        return m_rehearsal.send(QByteArray("system ") + setting + ' ' + value.toLatin1());
-    };
-    return (!m_withNetwork || (set("hostname", m_document.name) && set("net", m_document.net)))
-        && set("domainname", m_document.domain) && set("nameserver", m_document.nameServer)
-        && set("ntp_server", m_document.ntpServer);
-}
-
-bool Restore::importAll()
-{
-    m_rehearsal.send("system upload cancel");
-    rehearseUpload(m_rehearsal, m_document.configData);
-    if (rehearseOffer(m_rehearsal, &m_items) != Offer::Items) {
-        return false;
-    }
-    std::transform(m_items.begin(), m_items.end(), m_items.begin(), sentBack);
-    // The base first, so that the others fit on it.
-    std::stable_partition(m_items.begin(), m_items.end(),
-                          [](const QByteArray &item) { return item == "__base"; });
-    return std::all_of(m_items.cbegin(), m_items.cend(),
-                       [this](const QByteArray &item) { return importItem(item); });
-}
-
-bool Restore::importItem(const QByteArray &identifier)
-{
-    QByteArray answer;
-    if (m_existing.contains(identifier)
-        && (!m_rehearsal.sendStructural("veltra2 config delete_config " + identifier, &answer)
-            || answer != accepted)) {
-        return false;
-    }
-    return m_rehearsal.send("system import 'config' '" + identifier + '\'');
-}
-
-bool Restore::removeForeignSlaves()
-{
-    return std::all_of(m_connected.cbegin(), m_connected.cend(), [this](const QByteArray &slave) {
-        QByteArray answer;
-        return m_slaves.contains(slave)
-            || (m_rehearsal.sendStructural("veltra2 cascade sub_slave " + slave, &answer)
-                && answer == accepted);
-    });
-}
-
-bool Restore::attachSlaves()
-{
-    return std::all_of(m_slaves.cbegin(), m_slaves.cend(), [this](const QByteArray &slave) {
-        const bool isAttached = m_connected.contains(slave) || attach(slave);
-        if (isAttached) {
-            check(slave);
-        }
-        return isAttached;
-    });
-}
-
-bool Restore::attach(const QByteArray &slave)
-{
-    QByteArray answer;
-    if (!m_rehearsal.sendStructural("veltra2 cascade add_slave " + slave, &answer)) {
-        return false;
-    }
-    return answer == accepted
-        || (m_rehearsal.sendStructural("veltra2 cascade add_scanned_slave " + slave)
-            && m_rehearsal.sendStructural("veltra2 cascade add_slave " + slave));
-}
-
-void Restore::check(const QByteArray &slave)
-{
-    bool isAvailable = false;
-    m_rehearsal.askTruth("cascade connected_slave_available " + slave, &isAvailable);
-    if (!isAvailable) {
-        m_rehearsal.report("unable to reconnect slave '" + QString::fromLatin1(slave) + '\'');
-        m_isComplete = false;
-    }
-}
 
 void rehearse(Rehearsal &rehearsal, const QString &path)
 {
