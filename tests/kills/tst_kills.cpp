@@ -95,8 +95,9 @@ private slots:
             items << TransferFiles::item(configuration);
         }
         TransferFiles::write(path, Archive::pack(items));
-        killAgainAndAgain("save", "saved.dat", [&] {
-            if (!isWholeSave(path, m_state)) {
+        killAgainAndAgain("save", "saved.dat", [&](bool *isInTheMiddle) {
+            *isInTheMiddle = !isWholeSave(path, m_state); // it is open only now and then
+            if (*isInTheMiddle) {
                 QVERIFY(isWholeSave(path + ".bak", m_state));
                 // The user takes the older one, before the next save makes the half one the older
                 // one.
@@ -113,7 +114,7 @@ private slots:
         start();
         const QString path = m_home->filePath("all.xml");
         bool wasThere = false;
-        killAgainAndAgain("manual", "all.xml", [&] {
+        killAgainAndAgain("manual", "all.xml", [&](bool * /*isInTheMiddle*/) {
             const bool isThere = QFile::exists(path);
             QVERIFY(isThere || !wasThere); // the one before it is not lost
             QVERIFY(!isThere || isWholeBackup(path, m_state));
@@ -138,7 +139,7 @@ private slots:
         const QString newestOlder = TransferFiles::write(
             directory.filePath("backup_2024-02-01_" + host), "the newest older");
         writeOldest();
-        killAgainAndAgain("automatic", folder + "/" + today, [&] {
+        killAgainAndAgain("automatic", folder + "/" + today, [&](bool * /*isInTheMiddle*/) {
             const QString path = directory.filePath(today);
             QVERIFY(!QFile::exists(path) || isWholeBackup(path, m_state));
             QCOMPARE(TransferFiles::contentsOf(newestOlder), "the newest older");
@@ -151,7 +152,7 @@ private slots:
     void theControllersStateIsWhole()
     {
         start();
-        killAgainAndAgain("edit", "state.json", [] {});
+        killAgainAndAgain("edit", "state.json", [](bool * /*isInTheMiddle*/) {});
     }
 
 private:
@@ -173,16 +174,18 @@ private:
                  qPrintable(error));
     }
 
-    // Looks each time at what the operation has left of that file, and of the controller's state.
+    // Looks each time at what the operation has left of that file, and of the controller's state;
+    // @p look may know better whether it was in the middle of the file.
     void killAgainAndAgain(const QString &operation, const QString &fileName,
-                           const std::function<void()> &look)
+                           const std::function<void(bool *isInTheMiddle)> &look)
     {
         QFETCH(const int, kills);
         int inTheMiddle = 0;
         for (int i = 0; i < kills && !QTest::currentTestFailed(); ++i) {
-            inTheMiddle += killDuring(operation, fileName) ? 1 : 0;
+            bool isInTheMiddle = killDuring(operation, fileName);
             checkState();
-            look();
+            look(&isInTheMiddle);
+            inTheMiddle += isInTheMiddle ? 1 : 0;
         }
         qInfo("%d kills, %d of them in the middle of the file", kills, inTheMiddle);
     }
