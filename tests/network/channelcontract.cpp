@@ -147,7 +147,6 @@ void ChannelContract::aLateAnswerIsNotTakenForTheNext()
     QCOMPARE(controller.connectionCount(), 1);
 }
 
-// The later time-outs are so long that waiting for them would fail the test.
 void ChannelContract::aSilentControllerIsAskedAgainAfterAPause()
 {
     const FakeController controller(greetOnly);
@@ -156,7 +155,7 @@ void ChannelContract::aSilentControllerIsAskedAgainAfterAPause()
     channel->setTimeout(0, 0, 1);
     QVERIFY(isRefused(*channel, "x"));
     QVERIFY(isRefused(*channel, "x"));
-    channel->setTimeout(0, 1000000, 1);
+    channel->setTimeout(0, 20000, 1);
     QVERIFY(isRefused(*channel, "x"));
     QTRY_COMPARE(controller.requestCount(), 3); // it is left alone
     QTRY_COMPARE(ask(*channel, "hello"), "hello");
