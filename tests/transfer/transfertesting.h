@@ -1,14 +1,11 @@
 #pragma once
 
-#include "tests/support/filesizelimit.h"
+#include "tests/support/modaldriver.h"
 
 #include <QByteArray>
 #include <QCursor>
-#include <QEvent>
 #include <QFile>
 #include <QGuiApplication>
-#include <QMessageBox>
-#include <QObject>
 #include <QString>
 
 /// What the tests of saving, backing up, loading and restoring have in common.
@@ -49,28 +46,36 @@ inline int takeCursors()
     return count;
 }
 
-/// Notes of each message box whether the application shows the wait cursor while it is open.
-class BoxCursors : public QObject
+/// What to expect of a message box with a single button, Ok.
+inline ExpectedBox okBox(QMessageBox::Icon icon, const QString &title, const QString &text,
+                         QWidget *parent)
 {
-public:
-    BoxCursors() { qApp->installEventFilter(this); }
+    ExpectedBox box;
+    box.icon = icon;
+    box.title = title;
+    box.text = text;
+    box.parent = parent;
+    return box;
+}
 
-    /// How many boxes there were, and whether any was open under the wait cursor.
-    int boxes() const { return m_boxes; }
-    bool wasAnyWaiting() const { return m_wasAnyWaiting; }
+/// The same of a question, whose default is No.
+inline ExpectedBox yesNoBox(QMessageBox::Icon icon, const QString &title, const QString &text,
+                            QWidget *parent, QMessageBox::StandardButton answer)
+{
+    ExpectedBox box = okBox(icon, title, text, parent);
+    box.buttons = QMessageBox::Yes | QMessageBox::No;
+    box.defaultButton = QMessageBox::No;
+    box.answer = answer;
+    return box;
+}
 
-    bool eventFilter(QObject *object, QEvent *event) override
-    {
-        if (event->type() == QEvent::Show && qobject_cast<QMessageBox *>(object)) {
-            ++m_boxes;
-            m_wasAnyWaiting = m_wasAnyWaiting || isWaiting();
-        }
-        return false;
-    }
-
-private:
-    int m_boxes = 0;
-    bool m_wasAnyWaiting = false;
-};
+/// The question that each restore begins with.
+inline ExpectedBox restoreConfirmation(QWidget *parent, QMessageBox::StandardButton answer)
+{
+    return yesNoBox(QMessageBox::Warning, "Confirmation",
+                    "Restoring this backup overwrites all settings and already existing "
+                    "configurations.\n\nAny previous settings will get lost!\n\nProceed?",
+                    parent, answer);
+}
 
 } // namespace TransferTesting

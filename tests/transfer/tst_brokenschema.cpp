@@ -1,14 +1,28 @@
 #include "hostapi/backendversions.h"
-#include "tests/support/modaldriver.h"
-#include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
-#include "tests/transfer/transfertesting.h"
+#include "tests/transfer/transferstage.h"
 #include "transfer/configloaddlg.h"
 
-#include <QTemporaryDir>
+#include <QPointer>
 #include <QtTest>
 
-#include <memory>
+#include <functional>
+
+namespace {
+
+struct Fixture : TransferStage
+{
+    void chooseFile(const QByteArray &contents)
+    {
+        driver.expectFileDialog("Load Configurations",
+                                TransferTesting::writeFile(path("some.xml"), contents));
+    }
+
+    BackendVersions versions;
+    QPointer<ConfigLoadDlg> loadDialog = new ConfigLoadDlg(&channel, &versions, parent.get());
+};
+
+} // namespace
 
 /// The load dialog of a plug-in that was built with a broken schema.
 class TestBrokenSchema : public QObject
@@ -16,70 +30,40 @@ class TestBrokenSchema : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(m_folder.isValid()); }
-
-    void noFileCanBeLoaded_data()
-    {
-        QTest::addColumn<QByteArray>("contents");
-        QTest::newRow("backup") << QByteArray("<ZOR/>");
-        QTest::newRow("configurations") << QByteArray("\x01");
-        QTest::newRow("nothing") << QByteArray();
-    }
-
     void noFileCanBeLoaded()
     {
-        QFETCH(const QByteArray, contents);
-        const QString path = TransferTesting::writeFile(m_folder.filePath("some.xml"), contents);
-        ScriptedChannel channel;
-        BackendVersions versions;
-        QWidget parent;
-        ConfigLoadDlg dialog(&channel, &versions, &parent);
-        ModalDriver driver;
-        driver.expectFileDialog("Load Configurations", path);
-        ExpectedBox box;
-        box.icon = QMessageBox::Critical;
-        box.title = "Development error";
-        box.text = "XMLSchema is invalid!";
-        box.parent = &dialog;
-        driver.expectBox(box);
-        QCOMPARE(dialog.openAndExec(), -1);
-        QCOMPARE(channel.trace(),
-                 QStringList(ScriptedChannel::reported(
-                     "Error: Unable to validate backup or configuration file")));
-        QCOMPARE(TransferTesting::takeCursors(), 0);
+        for (const char *contents : {"<ZOR/>", "\x01", ""}) {
+            Fixture f;
+            f.chooseFile(contents);
+            f.driver.expectBox(TransferTesting::okBox(QMessageBox::Critical, "Development error",
+                                                      "XMLSchema is invalid!", f.loadDialog));
+            QCOMPARE(f.loadDialog->openAndExec(), -1);
+            QCOMPARE(f.channel.trace(),
+                     QStringList(ScriptedChannel::reported(
+                         "Error: Unable to validate backup or configuration file")));
+        }
     }
 
-    void theHostMayDestroyTheDialogWhileTheBoxIsOpen_data()
+    void theHostMayDestroyTheWindowWhileTheBoxIsOpen()
     {
-        QTest::addColumn<bool>("isWindow");
-        QTest::newRow("the module is released") << false;
-        QTest::newRow("the window is destroyed") << true;
+        expectSilentEnd([](Fixture &f) { f.parent.reset(); });
     }
 
-    void theHostMayDestroyTheDialogWhileTheBoxIsOpen()
+    void theHostMayReleaseTheModuleWhileTheBoxIsOpen()
     {
-        QFETCH(const bool, isWindow);
-        const QString path = TransferTesting::writeFile(m_folder.filePath("some.dat"), "data");
-        ScriptedChannel channel;
-        BackendVersions versions;
-        auto parent = std::make_unique<QWidget>();
-        const QPointer<ConfigLoadDlg> dialog(new ConfigLoadDlg(&channel, &versions, parent.get()));
-        ModalDriver driver;
-        driver.expectFileDialog("Load Configurations", path);
-        driver.expectDialog({}, [&](QDialog *) {
-            if (isWindow) {
-                parent.reset();
-            } else {
-                delete dialog;
-            }
-        });
-        dialog->openAndExec();
-        QVERIFY(!dialog);
-        QCOMPARE(channel.trace(), QStringList());
+        expectSilentEnd([](Fixture &f) { delete f.loadDialog; });
     }
 
 private:
-    QTemporaryDir m_folder;
+    static void expectSilentEnd(const std::function<void(Fixture &)> &destroy)
+    {
+        Fixture f;
+        f.chooseFile("data");
+        f.driver.expectDialog({}, [&](QDialog *) { destroy(f); });
+        f.loadDialog->openAndExec();
+        QVERIFY(!f.loadDialog);
+        QCOMPARE(f.channel.trace(), QStringList());
+    }
 };
 
 VELTRA4_TEST(TestBrokenSchema)
