@@ -1,4 +1,5 @@
 #include "tests/endtoend/operations.h"
+#include "tests/support/quickstyle.h"
 #include "tests/support/testmain.h"
 
 #include <QEventLoop>
@@ -44,6 +45,8 @@ class TestEndToEndExitInCommand : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QuickStyle::use(); }
+
     void theHostLeavesWithinEachCall_data() { addOperations(); }
 
     // The ways to leave take turns, but for the calls that tell the host something: in those it is

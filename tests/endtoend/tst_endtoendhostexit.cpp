@@ -1,5 +1,6 @@
 #include "tests/endtoend/scene.h"
 #include "tests/endtoend/transferfiles.h"
+#include "tests/support/quickstyle.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
@@ -242,6 +243,8 @@ class TestEndToEndHostExit : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QuickStyle::use(); }
+
     void theHostReleasesTheModule_data() { addPlays(); }
 
     void theHostReleasesTheModule()

@@ -1,6 +1,7 @@
 #include "backup/backupschema.h"
 #include "tests/endtoend/scene.h"
 #include "tests/endtoend/table.h"
+#include "tests/support/quickstyle.h"
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
@@ -116,6 +117,8 @@ class TestEndToEndOpenings : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QuickStyle::use(); }
+
     void theListLeavesNothingBehind()
     {
         Scene scene;

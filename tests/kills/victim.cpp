@@ -3,7 +3,7 @@
 #include "host/simulatedlink.h"
 #include "tests/support/modaldriver.h"
 #include "tests/support/userinput.h"
-#include "tests/sweep/quickstyle.h"
+#include "tests/support/quickstyle.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "tests/model/sequence.h"
 
 #include "tests/endtoend/transferfiles.h"
-#include "tests/sweep/quickstyle.h"
+#include "tests/support/quickstyle.h"
 
 #include <QGuiApplication>
 #include <QRegularExpression>

@@ -3,7 +3,7 @@
 #include "tests/endtoend/table.h"
 #include "tests/endtoend/transferfiles.h"
 #include "tests/support/userinput.h"
-#include "tests/sweep/quickstyle.h"
+#include "tests/support/quickstyle.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -97,19 +97,19 @@ public:
 
     void befall(const Fault &fault, bool isLasting)
     {
-        for (int command = 1; isSurvived({command, fault, isLasting}); ++command) {
+        const int commands = undisturbed().size();
+        for (int command = 1; command <= commands; ++command) {
+            if (!isSurvived({command, fault, isLasting})) {
+                return;
+            }
             ++m_points;
         }
     }
 
     void answerWrongly()
     {
-        if (!isAsItHasToBe({})) {
-            return;
-        }
-        const QVector<Exchange> exchanges = m_stage.transcript().exchanges();
-        const int commands = ownCommands(exchanges);
-        for (int i = 0; i < commands; ++i) {
+        const QVector<Exchange> exchanges = undisturbed();
+        for (int i = 0; i < exchanges.size(); ++i) {
             const QByteArrayList answers = wrongAnswersTo(exchanges.at(i));
             for (const QByteArray &answer : answers) {
                 if (!isSurvived({i + 1, {Fault::Kind::Answer, answer, 0}, false})) {
@@ -127,6 +127,17 @@ public:
     int runs() const { return m_runs; }
 
 private:
+    /// What the operation sends when nothing goes wrong; nothing if that already is not as it has
+    /// to be.
+    QVector<Exchange> undisturbed()
+    {
+        if (!isAsItHasToBe({})) {
+            return {};
+        }
+        const QVector<Exchange> exchanges = m_stage.transcript().exchanges();
+        return exchanges.mid(0, ownCommands(exchanges));
+    }
+
     /// False if no fault was met, or something was not as it has to be.
     bool isSurvived(const FaultPoint &faultPoint)
     {
