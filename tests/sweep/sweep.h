@@ -18,8 +18,8 @@ namespace Sweep {
 /// Adds a row for each misfortune to a test's data.
 void addRows();
 
-/// The same for a variant of another operation: only ./dev sweep lets the answers that both are
-/// given be wrong in this one, too.
+/// The same for a variant of another operation: only ./dev sweep lets more than failures befall
+/// this one, too.
 void addRowsOfVariant();
 
 /// Carries out @p operation with the misfortune of the current row at its first command, at its
