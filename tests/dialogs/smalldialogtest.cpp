@@ -247,6 +247,23 @@ void SmallDialogTest::aTextThatIsNotAnsweredIsLeftOut()
     }
 }
 
+void SmallDialogTest::aLongTextIsShownWhole()
+{
+    for (const Reading &reading : m_design.readings) {
+        m_channel->answer(reading.query, QByteArray("long words ").repeated(18));
+    }
+    QStringList cut;
+    runDialog([&cut](QDialog *dialog) {
+        for (const QLabel *label : dialog->findChildren<QLabel *>()) {
+            if (label->height() < label->heightForWidth(label->width())) {
+                cut << label->objectName();
+            }
+        }
+        dialog->reject();
+    });
+    QCOMPARE(cut, QStringList());
+}
+
 void SmallDialogTest::okAndTheEnterKeySend()
 {
     QCOMPARE(runDialog([this](QDialog *dialog) { enterAndAccept(dialog); }),

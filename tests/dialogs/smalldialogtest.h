@@ -115,6 +115,7 @@ private slots:
     void fieldsTakeAHundredPermittedCharacters();
     void itShowsWhatTheControllerAnswers();
     void aTextThatIsNotAnsweredIsLeftOut();
+    void aLongTextIsShownWhole();
     void okAndTheEnterKeySend();
     void givingUpSendsNothing();
     void everyCommandIsSentWhateverFails();

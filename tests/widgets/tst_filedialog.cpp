@@ -31,10 +31,11 @@ private slots:
     {
         QStringList seen;
         m_driver->expectFileDialog("Open", path("existing.dat"), [&](QFileDialog *dialog) {
-            seen = dialog->nameFilters() << dialog->directory().absolutePath();
+            seen = dialog->nameFilters()
+                << dialog->supportedSchemes() << dialog->directory().absolutePath();
         });
         QCOMPARE(open(&m_owner, nullptr), path("existing.dat"));
-        QCOMPARE(seen, QStringList({"Data (*.dat)", m_directory->path()}));
+        QCOMPARE(seen, QStringList({"Data (*.dat)", "file", m_directory->path()}));
     }
 
     void openingInsistsOnAnExistingFile()
