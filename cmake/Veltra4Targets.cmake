@@ -60,9 +60,27 @@ function(veltra4_add_headers name)
     veltra4_compile_headers_for_ccache(${name})
 endfunction()
 
+# Only where there are such headers.
 function(veltra4_use_headers target headers)
+    if(NOT TARGET ${headers})
+        return()
+    endif()
     target_precompile_headers(${target} REUSE_FROM ${headers})
     veltra4_compile_headers_for_ccache(${target})
+    # What moc makes of most targets is empty.
+    set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp"
+        PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+endfunction()
+
+# Compiles a dozen sources at once, which takes little longer than one of them: for what is built again and
+# again and not shipped. The names of their unnamed namespaces must not meet.
+function(veltra4_compile_together target)
+    if(NOT VELTRA4_TESTS)
+        return()
+    endif()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
+    # The sources count as headers then, whose classes have no members of unnamed namespaces.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endfunction()
 
 function(veltra4_compile_headers_for_ccache target)
@@ -78,7 +96,5 @@ function(veltra4_add_library name)
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC veltra4_options ${arg_LINK})
     target_include_directories(${name} INTERFACE "${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/include")
-    if(TARGET coreheaders)
-        veltra4_use_headers(${name} coreheaders)
-    endif()
+    veltra4_use_headers(${name} coreheaders)
 endfunction()

@@ -8,7 +8,7 @@ namespace {
 
 constexpr QColor ground(0x40, 0x42, 0x47);
 constexpr QColor deepGround(0x1e, 0x1f, 0x22);
-constexpr QColor text(0xdf, 0xe1, 0xe5);
+constexpr QColor plainText(0xdf, 0xe1, 0xe5);
 constexpr QColor fadedText(0x97, 0x99, 0x9d);
 constexpr QColor accent(0x3d, 0x7d, 0xca);
 
@@ -17,7 +17,7 @@ QPalette darkPalette()
     QPalette palette(ground); // shades and bevels follow from the ground
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
                             QPalette::ToolTipText, QPalette::HighlightedText}) {
-        palette.setColor(role, text);
+        palette.setColor(role, plainText);
         palette.setColor(QPalette::Disabled, role, fadedText);
     }
     palette.setColor(QPalette::PlaceholderText, fadedText);

@@ -2,7 +2,6 @@
 
 #include "hostapi/moduleinterface.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QJsonObject>
 
@@ -11,11 +10,6 @@
 namespace {
 
 const char *const moduleIdentifier = "com.zor.Veltra2.ConfigurationsModule";
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("PluginLoader", text);
-}
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QPluginLoader>
 #include <QString>
 
@@ -8,6 +9,8 @@ class ModuleInterface;
 /// Loads one module plug-in from disk and gives it back in the end.
 class PluginLoader
 {
+    Q_DECLARE_TR_FUNCTIONS(PluginLoader)
+
 public:
     enum class Result {
         Loaded,

@@ -1,17 +1,6 @@
 #include "host/transferprogress.h"
 
-#include <QCoreApplication>
-
 using Direction = TransferChunk::Direction;
-
-namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("TransferProgress", text);
-}
-
-} // namespace
 
 bool TransferProgress::follow(const QByteArray &command, const QByteArray &answer, int result)
 {

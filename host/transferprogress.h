@@ -2,12 +2,15 @@
 
 #include "host/transferchunk.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 /// Follows the chunked transfers between a module and the controller by the commands that pass
 /// through the channel.
 class TransferProgress
 {
+    Q_DECLARE_TR_FUNCTIONS(TransferProgress)
+
 public:
     enum class State {
         Idle,      ///< no transfer so far

@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr int success = 0;
 constexpr int readBufferSize = 64 * 1024;
 constexpr int timeoutsUntilSilence = 2;
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-QByteArray quoted(const QByteArray &text)
+QByteArray quotedText(const QByteArray &text)
 {
     return '"' + text + '"';
 }
@@ -37,21 +37,21 @@ Reply ownerOf(ControllerSession &session, const QByteArray &identifier)
 {
     const Configuration *configuration = session.find(identifier);
     return configuration == nullptr ? Refusals::unknownConfiguration(identifier)
-                                    : Reply::answer(quoted(configuration->owner));
+                                    : Reply::answer(quotedText(configuration->owner));
 }
 
 Reply descriptionOf(ControllerSession &session, const QByteArray &identifier)
 {
     const Configuration *configuration = session.find(identifier);
     return configuration == nullptr ? Refusals::unknownConfiguration(identifier)
-                                    : Reply::answer(quoted(configuration->description));
+                                    : Reply::answer(quotedText(configuration->description));
 }
 
 Reply activeDescription(ControllerSession &session)
 {
     const Configuration *active = session.active();
     return active == nullptr ? Refusals::noActiveConfiguration()
-                             : Reply::answer(quoted(active->description));
+                             : Reply::answer(quotedText(active->description));
 }
 
 Reply freeSpace(ControllerSession &session)

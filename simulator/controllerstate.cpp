@@ -29,7 +29,7 @@ auto tied(const ControllerState &s)
                     s.configurations, s.activeIdentifier, s.baseData, s.superPassword, s.slaves);
 }
 
-QString quoted(const QByteArray &text)
+QString inQuotes(const QByteArray &text)
 {
     return '"' + QString::fromLatin1(text) + '"';
 }
@@ -38,10 +38,10 @@ QString problemOf(const Configuration &configuration)
 {
     if (!Limits::isIdentifier(configuration.identifier)
         || configuration.identifier == Identifiers::base) {
-        return quoted(configuration.identifier) + " is not an identifier";
+        return inQuotes(configuration.identifier) + " is not an identifier";
     }
     if (!Limits::isText(configuration.owner) || !Limits::isText(configuration.description)) {
-        return "owner or description of " + quoted(configuration.identifier) + " is too long";
+        return "owner or description of " + inQuotes(configuration.identifier) + " is too long";
     }
     return {};
 }
@@ -80,13 +80,13 @@ QString ControllerState::problem() const
             return problem;
         }
         if (identifiers.contains(configuration.identifier)) {
-            return quoted(configuration.identifier) + " is stored twice";
+            return inQuotes(configuration.identifier) + " is stored twice";
         }
         identifiers.insert(configuration.identifier);
     }
     for (const QByteArray &needed : {QByteArray(Identifiers::standard), activeIdentifier}) {
         if (!identifiers.contains(needed)) {
-            return quoted(needed) + " is not stored";
+            return inQuotes(needed) + " is not stored";
         }
     }
     return {};

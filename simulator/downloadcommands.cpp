@@ -51,7 +51,7 @@ Reply chunk(ControllerSession &session, const QByteArray &argument)
                          + '\'');
 }
 
-Reply cancel(ControllerSession &session)
+Reply cancelDownload(ControllerSession &session)
 {
     session.download().cancel();
     return Reply::done();
@@ -64,5 +64,5 @@ void CommandGroups::addDownloadCommands(CommandTable &table)
     table.add("system download prepare", prepare);
     table.add("system download available", isAvailable);
     table.add("system download", chunk);
-    table.add("system download cancel", cancel);
+    table.add("system download cancel", cancelDownload);
 }

@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr int success = 0;
 constexpr int notConvertible = -2;
 
 bool takeText(const QByteArray &answer, char *reply)

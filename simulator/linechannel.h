@@ -42,6 +42,9 @@ public:
     int sendCommand(const char *format, ...) override;
 
 protected:
+    /// The result of what went well.
+    static constexpr int success = 0;
+
     LineChannel() = default;
     ~LineChannel() = default;
 

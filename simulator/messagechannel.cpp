@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr int success = 0;
 constexpr int refused = 1;
 
 } // namespace

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr int success = 0;
-
 void sleepFor(int milliseconds)
 {
     if (milliseconds > 0) {

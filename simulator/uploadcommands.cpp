@@ -23,7 +23,7 @@ Reply takeChunk(ControllerSession &session, const QByteArray &argument)
                                                                        : Reply::refused(error);
 }
 
-Reply cancel(ControllerSession &session)
+Reply cancelUpload(ControllerSession &session)
 {
     session.upload().cancel();
     return Reply::done();
@@ -97,7 +97,7 @@ Reply import(ControllerSession &session, const QByteArray &argument)
 void CommandGroups::addUploadCommands(CommandTable &table)
 {
     table.add("system upload", takeChunk);
-    table.add("system upload cancel", cancel);
+    table.add("system upload cancel", cancelUpload);
     table.add("system import available", isImportAvailable);
     table.add("system import item", importItem);
     table.add("system import", import);

@@ -4,7 +4,11 @@
 #include "hostapi/iomanager.h"
 #include "hostapi/moduleinterface.h"
 
-#include <QtWidgets>
+#include <QApplication>
+#include <QDebug>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QPluginLoader>
 
 #include <cstdarg>
 

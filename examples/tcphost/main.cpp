@@ -6,7 +6,13 @@
 #include "hostapi/moduleinterface.h"
 #include "tcpchannel.h"
 
-#include <QtWidgets>
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPluginLoader>
+#include <QStatusBar>
+#include <QTimer>
 
 namespace {
 

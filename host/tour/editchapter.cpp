@@ -6,7 +6,7 @@
 
 namespace {
 
-const char *const dialogName = "EditConfigDialog";
+const char *const editDialog = "EditConfigDialog";
 
 // A description as it can come from another program: the dialogs let nobody type double quotes.
 QString storeQuotedDescription(Tour &tour)
@@ -41,7 +41,7 @@ void edit(Tour &tour)
     };
     ListVisit::open(tour, [&](DialogDriver &list) {
         list.select("tableWidget", edited);
-        list.click("pushButton_edit", {tour.dialog(dialogName, change)});
+        list.click("pushButton_edit", {tour.dialog(editDialog, change)});
         tour.expectEqual(ListVisit::description(tour, edited),
                          QStringLiteral("Hall B, eight cameras"), "description");
         tour.expectEqual(ListVisit::owner(tour, edited), QStringLiteral("B. Moreau"), "owner");
@@ -63,7 +63,7 @@ void editByDoubleClick(Tour &tour)
             dialog.enter("lineEdit_desc", "never stored");
             dialog.press(Qt::Key_Escape);
         };
-        list.doubleClick("tableWidget", edited, {tour.dialog(dialogName, giveUp)});
+        list.doubleClick("tableWidget", edited, {tour.dialog(editDialog, giveUp)});
         tour.expectEqual(ListVisit::description(tour, edited), before, "description");
         ListVisit::exit(list);
     });

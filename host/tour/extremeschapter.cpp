@@ -12,8 +12,6 @@ constexpr int longestText = 100; // characters that the dialogs let type
 constexpr int crowd = 500;
 constexpr qint64 roomForAll = 1LL << 40; // bytes
 
-const char *const saveDialog = "ConfigSaveDlgClass";
-
 QByteArray longText(const QByteArray &beginning)
 {
     return (beginning
@@ -49,7 +47,7 @@ void pictureSaveDialog(Tour &tour, const QString &name)
             dialog.picture(name);
             dialog.click("pushButton_exit");
         };
-        list.click("pushButton_save", {tour.dialog(saveDialog, look)});
+        list.click("pushButton_save", {tour.dialog(ListVisit::saveDialog, look)});
         ListVisit::exit(list);
     });
 }
@@ -184,7 +182,7 @@ void LongTexts::save(DialogDriver &list)
                       m_tour.box("Save Configurations", done, QMessageBox::Ok)});
         dialog.click("pushButton_exit");
     };
-    list.click("pushButton_save", {m_tour.dialog(saveDialog, saveActive)});
+    list.click("pushButton_save", {m_tour.dialog(ListVisit::saveDialog, saveActive)});
 }
 
 void LongTexts::load(DialogDriver &list)

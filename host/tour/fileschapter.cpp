@@ -11,7 +11,6 @@
 
 namespace {
 
-const char *const saveDialog = "ConfigSaveDlgClass";
 const char *const loadDialog = "ConfigLoadDlgClass";
 const char *const saveTable = "tableWidget_selectConfigs";
 
@@ -91,7 +90,7 @@ void FilesVisit::saveTwoConfigurations()
         dialog.click("pushButton_exit");
     };
     ListVisit::open(m_tour, [&](DialogDriver &list) {
-        list.click("pushButton_save", {m_tour.dialog(saveDialog, save)});
+        list.click("pushButton_save", {m_tour.dialog(ListVisit::saveDialog, save)});
         ListVisit::exit(list);
     });
     expectFile(m_dataFile);
@@ -109,7 +108,7 @@ void FilesVisit::makeManualBackup()
         dialog.click("pushButton_exit");
     };
     ListVisit::open(m_tour, [&](DialogDriver &list) {
-        list.click("pushButton_save", {m_tour.dialog(saveDialog, backUp)});
+        list.click("pushButton_save", {m_tour.dialog(ListVisit::saveDialog, backUp)});
         ListVisit::exit(list);
     });
     expectFile(m_backupFile);

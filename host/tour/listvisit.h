@@ -5,6 +5,9 @@
 /// What all chapters need around the list of configurations.
 namespace ListVisit {
 
+/// What opens on "pushButton_save".
+constexpr char saveDialog[] = "ConfigSaveDlgClass";
+
 /// Opens the list from the host's menu.
 void open(Tour &tour, const Tour::Visit &visit, const QString &menuPictureName = {});
 

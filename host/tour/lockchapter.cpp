@@ -8,7 +8,7 @@ namespace {
 
 const char *const lockDialog = "LockConfigurationDialog";
 const char *const unlockDialog = "UnlockConfigurationDialog";
-const char *const title = "Warning";
+const char *const warningTitle = "Warning";
 
 void enterPasswords(DialogDriver &dialog, const QString &password, const QString &repeated)
 {
@@ -32,12 +32,13 @@ void lock(Tour &tour)
     const auto enter = [&](DialogDriver &dialog) {
         dialog.picture(QStringLiteral("lock"));
         dialog.click("pushButton_ok",
-                     {tour.box(title, "Password must not be empty.", QMessageBox::Ok)});
+                     {tour.box(warningTitle, "Password must not be empty.", QMessageBox::Ok)});
         enterPasswords(dialog, "night shift", "day");
         tour.expectEqual(dialog.text("lineEdit_new_password"), QStringLiteral("nightshift"),
                          "a password typed with a blank");
-        dialog.click("pushButton_ok",
-                     {tour.box(title, "The entered passwords do not match.", QMessageBox::Ok)});
+        dialog.click(
+            "pushButton_ok",
+            {tour.box(warningTitle, "The entered passwords do not match.", QMessageBox::Ok)});
         enterPasswords(dialog, "nightshift", "nightshift");
         dialog.click("pushButton_ok");
     };
@@ -57,11 +58,11 @@ void unlock(Tour &tour)
     const auto enter = [&](DialogDriver &dialog) {
         dialog.picture(QStringLiteral("unlock"));
         dialog.click("pushButton_ok",
-                     {tour.box(title, "Please enter the password for this configuration.",
+                     {tour.box(warningTitle, "Please enter the password for this configuration.",
                                QMessageBox::Ok)});
         dialog.enter("lineEdit_password", "guess");
         dialog.click("pushButton_ok",
-                     {tour.box(title, "The password is invalid.", QMessageBox::Ok)});
+                     {tour.box(warningTitle, "The password is invalid.", QMessageBox::Ok)});
         tour.expectEqual(dialog.text("lineEdit_password"), QString(), "the refused password");
         dialog.enter("lineEdit_password", "nightshift");
         dialog.click("pushButton_ok");
@@ -83,7 +84,7 @@ void unlockWithSuperPassword(Tour &tour)
         dialog.click("checkBox_use_super_password");
         dialog.enter("lineEdit_password", "guess");
         dialog.click("pushButton_ok",
-                     {tour.box(title, "The super password is invalid.", QMessageBox::Ok)});
+                     {tour.box(warningTitle, "The super password is invalid.", QMessageBox::Ok)});
         dialog.enter("lineEdit_password", "super");
         dialog.picture(QStringLiteral("unlock-super"));
         dialog.click("pushButton_ok");

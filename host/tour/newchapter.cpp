@@ -6,7 +6,7 @@
 
 namespace {
 
-const char *const dialogName = "NewConfigurationDialog";
+const char *const newDialog = "NewConfigurationDialog";
 
 void cancel(Tour &tour)
 {
@@ -14,7 +14,7 @@ void cancel(Tour &tour)
     const int count = tour.controllerState().configurations.size();
     ListVisit::open(tour, [&](DialogDriver &list) {
         const auto giveUp = [](DialogDriver &dialog) { dialog.click("pushButton_2"); };
-        list.click("pushButton_new", {tour.dialog(dialogName, giveUp)});
+        list.click("pushButton_new", {tour.dialog(newDialog, giveUp)});
         tour.expectEqual(tour.controllerState().configurations.size(), count,
                          "number of configurations");
         ListVisit::exit(list);
@@ -39,7 +39,7 @@ void clone(Tour &tour)
         dialog.click("pushButton_create");
     };
     ListVisit::open(tour, [&](DialogDriver &list) {
-        list.click("pushButton_new", {tour.dialog(dialogName, fill)});
+        list.click("pushButton_new", {tour.dialog(newDialog, fill)});
         const QString created = ListVisit::active(tour);
         tour.expectEqual(ListVisit::description(tour, created),
                          QStringLiteral("Robot cell 3, commissioning"), "description");
@@ -61,7 +61,7 @@ void createWithDefaults(Tour &tour)
         dialog.click("pushButton_create");
     };
     ListVisit::open(tour, [&](DialogDriver &list) {
-        list.click("pushButton_new", {tour.dialog(dialogName, fill)});
+        list.click("pushButton_new", {tour.dialog(newDialog, fill)});
         tour.expectEqual(tour.controllerState().configurations.size(), count + 1,
                          "number of configurations");
         tour.expectEqual(ListVisit::description(tour, ListVisit::active(tour)),

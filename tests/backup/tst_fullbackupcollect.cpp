@@ -11,13 +11,13 @@ namespace {
 
 using Procedure::Failure;
 
-constexpr char cancelled[] = "sendCommand system download cancel";
+constexpr char downloadCancelled[] = "sendCommand system download cancel";
 constexpr char counted[] = "queryInt config number_of_configs";
 constexpr char timeoutOfPreparation[] = "setTimeout 0 7000 1";
 constexpr char preparedBase[] = "sendCommand system download prepare 'config' '__base'";
 
 // A collection in which nothing fails.
-const Procedure::Steps steps{
+const Procedure::Steps backupSteps{
     {"queryString system hostname", Failure::Stops},
     {"queryString system controller_serial", Failure::Stops},
     {"queryInt cascade number_of_connected_slaves", Failure::Stops},
@@ -30,10 +30,10 @@ const Procedure::Steps steps{
     {"queryString system nameserver", Failure::Stops},
     {"queryString system ntp_server", Failure::Stops},
     {"queryString config active_config", Failure::Stops},
-    {cancelled, Failure::Stops},
+    {downloadCancelled, Failure::Stops},
     {counted, Failure::Stops},
     {timeoutOfPreparation},
-    {preparedBase, Failure::Stops, 0, cancelled},
+    {preparedBase, Failure::Stops, 0, downloadCancelled},
     {"queryString config config t01", Failure::DoesNotMatter, 2},
     {timeoutOfPreparation},
     {"sendCommand system download prepare 'config' 'standard'"},
@@ -50,7 +50,7 @@ QByteArray chunk(const QByteArray &total, const QByteArray &data)
 }
 
 // A controller in the state that the sample backup describes.
-void script(ScriptedChannel *channel)
+void scriptBackup(ScriptedChannel *channel)
 {
     channel->answer("system hostname", "tracker-7");
     channel->answer("system controller_serial", "00001234");
@@ -80,14 +80,14 @@ private slots:
     {
         m_versions = SampleBackup::versions();
         m_channel.reset(new ScriptedChannel);
-        script(m_channel.data());
+        scriptBackup(m_channel.data());
         m_backup.reset(new FullBackup(m_channel.data(), &m_versions));
     }
 
     void fillsEveryField()
     {
         QCOMPARE(m_backup->collectFromController(), 1);
-        QCOMPARE(m_channel->trace(), traceOf(steps));
+        QCOMPARE(m_channel->trace(), traceOf(backupSteps));
         QCOMPARE(SampleBackup::describe(*m_backup), SampleBackup::description());
     }
 
@@ -98,13 +98,13 @@ private slots:
         QCOMPARE(SampleBackup::describe(*m_backup), SampleBackup::description());
     }
 
-    void everyCommandMayFail_data() { addFaultRows(steps); }
+    void everyCommandMayFail_data() { addFaultRows(backupSteps); }
 
     void everyCommandMayFail()
     {
         QFETCH(const int, n);
         QFETCH(const bool, lasting);
-        const Procedure::Outcome expected = expectedOutcome(steps, n, lasting);
+        const Procedure::Outcome expected = expectedOutcome(backupSteps, n, lasting);
         m_channel->failNth(n, lasting);
         m_backup->configData = "before";
         int result = 0;
@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(Procedure::thrownBy(collect), expected.thrown);
         QCOMPARE(m_channel->trace(), expected.trace);
         QCOMPARE(result, expected.isComplete ? 1 : 0);
-        const bool isDownloadBegun = expected.trace.contains(cancelled);
+        const bool isDownloadBegun = expected.trace.contains(downloadCancelled);
         QCOMPARE(m_backup->configData.isEmpty(), isDownloadBegun && !expected.isComplete);
     }
 
@@ -139,7 +139,7 @@ private slots:
     {
         m_channel->answer("system controller_embedded", "no");
         QCOMPARE(m_backup->collectFromController(), 1);
-        QStringList expected = traceOf(steps);
+        QStringList expected = traceOf(backupSteps);
         for (const char *query : {"domainname", "nameserver", "ntp_server"}) {
             QVERIFY(expected.removeOne(QLatin1String("queryString system ") + query));
         }
@@ -188,7 +188,7 @@ private slots:
         QCOMPARE(m_channel->takeTrace().size(), 1);
         m_channel->answer("config number_of_configs", "10001");
         QCOMPARE(m_backup->downloadConfigData(), -1);
-        QCOMPARE(m_channel->takeTrace(), QStringList({cancelled, counted}));
+        QCOMPARE(m_channel->takeTrace(), QStringList({downloadCancelled, counted}));
     }
 
     void decodesAnswersAsUtf8()
@@ -210,7 +210,7 @@ private slots:
         m_backup->configData = "before";
         m_channel->answer("config number_of_configs", "0");
         QCOMPARE(m_backup->downloadConfigData(), -1);
-        QCOMPARE(m_channel->trace(), QStringList({cancelled, counted}));
+        QCOMPARE(m_channel->trace(), QStringList({downloadCancelled, counted}));
         QCOMPARE(m_backup->configData, QByteArray());
         QCOMPARE(m_backup->collectFromController(), 0);
     }
@@ -220,7 +220,7 @@ private slots:
         m_channel->answer("config number_of_configs", "-1");
         QCOMPARE(m_backup->downloadConfigData(), 0);
         QCOMPARE(m_channel->trace(),
-                 QStringList({cancelled, counted, timeoutOfPreparation, preparedBase,
+                 QStringList({downloadCancelled, counted, timeoutOfPreparation, preparedBase,
                               "queryString system download 1", "queryString system download 2"}));
     }
 
@@ -260,7 +260,7 @@ private slots:
     {
         for (const char *answer : {"", "2 BB", "2 'BB=='"}) {
             for (const int number : {2, 1}) {
-                script(m_channel.data());
+                scriptBackup(m_channel.data());
                 m_channel->answer("system download " + QByteArray::number(number), answer);
                 QCOMPARE(m_backup->downloadConfigData(), -22);
                 QCOMPARE(m_backup->configData, QByteArray());
@@ -287,7 +287,7 @@ private slots:
         QVERIFY(m_backup->cancelDownload());
         m_channel->fail("system download cancel");
         QVERIFY(!m_backup->cancelDownload());
-        QCOMPARE(m_channel->trace(), QStringList({cancelled, cancelled}));
+        QCOMPARE(m_channel->trace(), QStringList({downloadCancelled, downloadCancelled}));
     }
 
 private:

@@ -31,7 +31,7 @@ QString chunk(int number)
         + TransferEncoding::encode(bytes);
 }
 
-constexpr char cancelled[] = "sendCommand system upload cancel";
+constexpr char uploadCancelled[] = "sendCommand system upload cancel";
 constexpr char activated[] = "sendCommand config active_config config20240305140709123";
 constexpr char countedSlaves[] = "queryInt cascade number_of_connected_slaves";
 constexpr char removed[] = "sendCommandReply veltra2 cascade sub_slave slave-x";
@@ -46,7 +46,7 @@ constexpr char availabilityTimeout[] = "setTimeout 0 1000 1";
 constexpr char importTimeout[] = "setTimeout 0 6000 0";
 
 // A restore with the network settings in which nothing fails.
-Procedure::Steps steps()
+Procedure::Steps restoreSteps()
 {
     return {
         {embeddedTimeout},
@@ -59,7 +59,7 @@ Procedure::Steps steps()
         {"queryInt config number_of_configs", Failure::Stops},
         {"queryString config config t01", Failure::Stops},
         {"queryString config config t02", Failure::Stops},
-        {cancelled},
+        {uploadCancelled},
         {chunk(1), Failure::DoesNotMatter, 1},
         {chunk(2)},
         {"queryString system import available", Failure::Stops},
@@ -92,7 +92,7 @@ Procedure::Steps steps()
 
 // A controller with one configuration of the backup and one of its own, one slave of the backup
 // and one of its own.
-void script(ScriptedChannel *channel)
+void scriptRestore(ScriptedChannel *channel)
 {
     channel->answer("system controller_embedded", "yes");
     channel->answerConfigurations({"standard", "other"}, "other");
@@ -118,7 +118,7 @@ private slots:
     {
         m_versions = SampleBackup::versions();
         m_channel.reset(new ScriptedChannel);
-        script(m_channel.data());
+        scriptRestore(m_channel.data());
         m_backup.reset(new FullBackup(m_channel.data(), &m_versions));
         SampleBackup::fill(m_backup.data());
         m_backup->configData = data();
@@ -129,18 +129,18 @@ private slots:
         QStringList failed;
         QStringList reconnected;
         QVERIFY(m_backup->restoreToController(true, &failed, &reconnected));
-        QCOMPARE(m_channel->trace(), traceOf(steps()));
+        QCOMPARE(m_channel->trace(), traceOf(restoreSteps()));
         QCOMPARE(failed, QStringList());
         QCOMPARE(reconnected, QStringList({"slave-a", "slave-b"}));
     }
 
-    void everyCommandMayFail_data() { addFaultRows(steps()); }
+    void everyCommandMayFail_data() { addFaultRows(restoreSteps()); }
 
     void everyCommandMayFail()
     {
         QFETCH(const int, n);
         QFETCH(const bool, lasting);
-        const Procedure::Outcome expected = expectedOutcome(steps(), n, lasting);
+        const Procedure::Outcome expected = expectedOutcome(restoreSteps(), n, lasting);
         m_channel->failNth(n, lasting);
         bool result = false;
         QStringList failed;
@@ -156,7 +156,7 @@ private slots:
     void leavesTheAddressAloneWhenToldTo()
     {
         QVERIFY(m_backup->restoreToController(false));
-        Procedure::Steps expected = steps();
+        Procedure::Steps expected = restoreSteps();
         expected.erase(expected.begin() + 2, expected.begin() + 4);
         QCOMPARE(m_channel->trace(), traceOf(expected));
     }
@@ -165,7 +165,7 @@ private slots:
     {
         m_channel->answer("system controller_embedded", "no");
         QVERIFY(m_backup->restoreToController(true));
-        Procedure::Steps expected = steps();
+        Procedure::Steps expected = restoreSteps();
         expected.erase(expected.begin() + 2, expected.begin() + 7);
         QCOMPARE(m_channel->trace(), traceOf(expected));
     }
@@ -185,7 +185,7 @@ private slots:
     {
         m_backup->activeConfig = "other";
         QVERIFY(m_backup->restoreToController(true));
-        QStringList expected = traceOf(steps());
+        QStringList expected = traceOf(restoreSteps());
         QVERIFY(expected.removeOne(activated));
         QCOMPARE(m_channel->trace(), expected);
     }
@@ -213,7 +213,7 @@ private slots:
 
         const QStringList trace = m_channel->trace();
         QCOMPARE(trace.size(), lengths.size() + 1);
-        QCOMPARE(trace.first(), cancelled);
+        QCOMPARE(trace.first(), uploadCancelled);
         QByteArray received;
         for (int i = 0; i < lengths.size(); ++i) {
             const QString beginning =
@@ -230,7 +230,7 @@ private slots:
     {
         m_channel->failNth(1, true);
         QCOMPARE(m_backup->uploadConfigData(), 0);
-        QCOMPARE(m_channel->trace(), QStringList({cancelled, chunk(1)}));
+        QCOMPARE(m_channel->trace(), QStringList({uploadCancelled, chunk(1)}));
     }
 
     void readsTheImportItemsInOrder()
@@ -290,7 +290,7 @@ private slots:
         m_channel->answer("veltra2 cascade add_scanned_slave slave-a", "veltra2 error");
         QStringList failed;
         QVERIFY(m_backup->restoreToController(true, &failed));
-        QStringList expected = traceOf(steps());
+        QStringList expected = traceOf(restoreSteps());
         const int position = expected.indexOf(added) + 1;
         const QStringList more{cascadeTimeout, found, cascadeTimeout, added};
         expected = expected.mid(0, position) + more + expected.mid(position);
@@ -336,7 +336,7 @@ private slots:
     {
         m_channel->answer("cascade connected_slave_available slave-a", "no");
         QVERIFY(m_backup->restoreToController(true));
-        QStringList expected = traceOf(steps());
+        QStringList expected = traceOf(restoreSteps());
         expected.insert(expected.size() - 2, lost("slave-a"));
         QCOMPARE(m_channel->trace(), expected);
     }
@@ -412,7 +412,7 @@ private slots:
         QVERIFY(m_backup->cancelUpload());
         m_channel->fail("system upload cancel");
         QVERIFY(!m_backup->cancelUpload());
-        QCOMPARE(m_channel->trace(), QStringList({cancelled, cancelled}));
+        QCOMPARE(m_channel->trace(), QStringList({uploadCancelled, uploadCancelled}));
     }
 
 private:

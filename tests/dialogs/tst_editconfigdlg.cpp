@@ -17,7 +17,7 @@ QStringList storing(const QString &description, const QString &owner)
             "sendCommand config desc \"" + description + '"', ScriptedChannel::announced()};
 }
 
-SmallDialogTest::Design design()
+SmallDialogTest::Design editDesign()
 {
     SmallDialogTest::Design design;
     design.objectName = "EditConfigDialog";
@@ -68,7 +68,7 @@ class TestEditConfigDlg : public SmallDialogTest
 
 public:
     TestEditConfigDlg()
-        : SmallDialogTest(design())
+        : SmallDialogTest(editDesign())
     {
     }
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-SmallDialogTest::Design design()
+SmallDialogTest::Design lockDesign()
 {
     SmallDialogTest::Design design;
     design.objectName = "LockConfigurationDialog";
@@ -68,7 +68,7 @@ class TestLockConfigDlg : public SmallDialogTest
 
 public:
     TestLockConfigDlg()
-        : SmallDialogTest(design())
+        : SmallDialogTest(lockDesign())
     {
     }
 

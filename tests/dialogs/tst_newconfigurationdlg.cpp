@@ -25,7 +25,7 @@ QStringList creation(const QString &command, const QString &description, const Q
     };
 }
 
-SmallDialogTest::Design design()
+SmallDialogTest::Design newDesign()
 {
     SmallDialogTest::Design design;
     design.objectName = "NewConfigurationDialog";
@@ -73,7 +73,7 @@ class TestNewConfigurationDlg : public SmallDialogTest
 
 public:
     TestNewConfigurationDlg()
-        : SmallDialogTest(design())
+        : SmallDialogTest(newDesign())
     {
     }
 

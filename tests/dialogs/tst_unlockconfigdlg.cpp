@@ -32,7 +32,7 @@ QStringList removing()
 
 const QStringList withdrawing{"sendCommand config super_password '.'"};
 
-SmallDialogTest::Design design()
+SmallDialogTest::Design unlockDesign()
 {
     SmallDialogTest::Design design;
     design.objectName = "UnlockConfigurationDialog";
@@ -85,7 +85,7 @@ class TestUnlockConfigDlg : public SmallDialogTest
 
 public:
     TestUnlockConfigDlg()
-        : SmallDialogTest(design())
+        : SmallDialogTest(unlockDesign())
     {
     }
 

@@ -175,3 +175,10 @@ void removeConfiguration(ControllerState &state, const QByteArray &identifier)
     const Configuration removed = configurationIn(qAsConst(state), identifier);
     state.configurations.removeOne(removed);
 }
+
+ControllerState Sample::unlocked()
+{
+    ControllerState state = ControllerState::sample();
+    configurationIn(state, locked).password = SaltedHash();
+    return state;
+}

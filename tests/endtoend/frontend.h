@@ -162,4 +162,10 @@ inline const QString activeText = QStringLiteral("Robot cell 2, tool centre poin
 inline const QString lockedText = QStringLiteral("Acceptance test, length bar 1.5 m");
 inline const QString rotorText = QStringLiteral("Wind tunnel, rotor tips (slow)");
 inline const QString fairText = QStringLiteral("Trade fair demonstration");
+
+/// Nothing locked, as a restore wants it.
+ControllerState unlocked();
 } // namespace Sample
+
+/// For what happens on its own, however busy the machine is.
+constexpr int patienceMs = 60000;

@@ -11,8 +11,6 @@ using namespace Story;
 
 namespace {
 
-constexpr int patienceMs = 60000; // for what happens on its own, however busy the machine is
-
 // Of the sample; what comes back gets a new slot at the end.
 ControllerState withSampleAtEnd(ControllerState state, const QByteArray &identifier)
 {

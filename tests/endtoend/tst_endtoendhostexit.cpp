@@ -228,14 +228,6 @@ QVector<Play> plays(const Action &pull)
         + loadPlays(pull) + restorePlays(pull);
 }
 
-// A restore wants no locked configuration.
-ControllerState unlockedSample()
-{
-    ControllerState state = ControllerState::sample();
-    configurationIn(state, Sample::locked).password = SaltedHash();
-    return state;
-}
-
 } // namespace
 
 class TestEndToEndHostExit : public QObject
@@ -275,7 +267,7 @@ private slots:
     // All windows close and all event loops end, the host's own at last; then the host cleans up.
     void theHostQuits()
     {
-        Scene scene(unlockedSample());
+        Scene scene(Sample::unlocked());
         int pulls = 0;
         const Steps steps = stepsUntil([&pulls](QDialog *) {
             ++pulls;
@@ -310,7 +302,7 @@ private:
 
     static void run(const std::function<void(FrontEnd &)> &pull)
     {
-        Scene scene(unlockedSample());
+        Scene scene(Sample::unlocked());
         int pulls = 0;
         scene.play(stepsUntil([&](QDialog *window) {
             const QPointer<QDialog> watched(window);

@@ -15,8 +15,6 @@ using namespace Story;
 
 namespace {
 
-constexpr int patienceMs = 60000; // for what happens on its own, however busy the machine is
-
 Step overwriteBox(const QString &fileName)
 {
     return box({QMessageBox::Warning, "Save configuration(s)",

@@ -11,7 +11,7 @@
 
 namespace {
 
-const QString table = "tableWidget";
+const QString listTable = "tableWidget";
 constexpr double nearlyFull = 0.2;
 constexpr double tooFull = 0.02;
 
@@ -92,7 +92,7 @@ QStringList FrontEndModel::open(const Facts &facts)
 QStringList FrontEndModel::clickRow(int row)
 {
     select(row);
-    m_list.focus = table;
+    m_list.focus = listTable;
     return {};
 }
 
@@ -123,7 +123,7 @@ QStringList FrontEndModel::deleteCurrent(bool isConfirmed, const Facts &facts)
         warningLine(QStringLiteral("You are about to delete the configuration '%1' owned by '%2'.")
                         .arg(row.description, row.owner))};
     if (!isConfirmed) {
-        m_list.focus = table;
+        m_list.focus = listTable;
         return lines;
     }
     if (!controller.remove(row.identifier.toLatin1())) {
@@ -166,7 +166,7 @@ QStringList FrontEndModel::edit(Way way, const Attempts &attempts, const Facts &
     }
     const QStringList lines = editCurrent(attempts);
     refreshAt(m_list.currentRow, facts);
-    m_list.focus = isDoubleClick ? "pushButton_exit" : table;
+    m_list.focus = isDoubleClick ? "pushButton_exit" : listTable;
     return lines;
 }
 
@@ -347,7 +347,7 @@ void FrontEndModel::refreshAt(int row, const Facts &facts)
 {
     refresh(facts);
     select(row);
-    m_list.focus = table;
+    m_list.focus = listTable;
 }
 
 void FrontEndModel::refreshAtActive(const Facts &facts)
@@ -433,7 +433,7 @@ void FrontEndModel::selectActive()
         }
     }
     select(row);
-    m_list.focus = table;
+    m_list.focus = listTable;
 }
 
 void FrontEndModel::showActiveText()

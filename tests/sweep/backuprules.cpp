@@ -7,7 +7,7 @@
 namespace {
 
 // Nothing is reported of any of these: whoever wants the backup says that there is none.
-constexpr Rule rules[] = {
+constexpr Rule backupRules[] = {
     {"system hostname", nullptr, Then::Ends},
     {"system controller_serial", nullptr, Then::Ends},
     {"cascade number_of_connected_slaves", nullptr, Then::Ends},
@@ -117,7 +117,7 @@ QByteArray BackupContents::document() const
 
 std::optional<BackupContents> rehearseCollection(Rehearsal &rehearsal)
 {
-    rehearsal.follow(rules);
+    rehearsal.follow(backupRules);
     BackupContents contents;
     QByteArrayList slaves;
     const bool isCollected = askText(rehearsal, "system hostname", &contents.name)

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr Rule rules[] = {
+constexpr Rule loadRules[] = {
     {"system upload cancel"},
     {"system upload %d %d %s"},
     {"system import available", "Error: Unable to get loaded configurations", Then::Ends},
@@ -26,7 +26,7 @@ constexpr Box loaded{QMessageBox::Information, "Load Configurations",
 constexpr Box notLoaded{QMessageBox::Information, "Load Configurations",
                         "Loading configuration unsuccessfully."};
 
-constexpr char fileName[] = "load.dat";
+constexpr char loadedName[] = "load.dat";
 
 // The base item is never offered. One configuration is on the controller already, one is locked
 // there and stays as it is, one is gone.
@@ -48,7 +48,7 @@ ControllerState withoutFair()
 
 void rehearseLoading(Rehearsal &rehearsal)
 {
-    rehearsal.follow(rules);
+    rehearsal.follow(loadRules);
     rehearsal.openWindow("Load Configurations");
     rehearsal.send("system upload cancel");
     rehearseUpload(rehearsal, archive());
@@ -97,7 +97,7 @@ private slots:
     void load()
     {
         Sweep::run({[](Stage &stage) {
-                        stage.chooseFile(fileName);
+                        stage.chooseFile(loadedName);
                         stage.onDialog("ConfigLoadDlgClass", [](QDialog *dialog) {
                             UserInput::click(dialog, "pushButton_load");
                         });
@@ -109,7 +109,7 @@ private slots:
                     },
                     {Sample::active},
                     withoutFair(),
-                    {{fileName, archive()}}});
+                    {{loadedName, archive()}}});
     }
 
     void cleanupTestCase() { Sweep::sayTotal(); }

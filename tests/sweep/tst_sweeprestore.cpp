@@ -12,7 +12,7 @@
 namespace {
 
 // Nothing is reported of any of these; a single box says that the restore failed.
-constexpr Rule rules[] = {
+constexpr Rule restoreRules[] = {
     {"system controller_embedded", nullptr, Then::Ends},
     {"system hostname %s", nullptr, Then::Ends},
     {"system net %s", nullptr, Then::Ends},
@@ -52,7 +52,7 @@ constexpr Box incompleteCascade{
 constexpr Box notRestored{QMessageBox::Critical, "Invalid backup file",
                           "Error while restoring from backup (%1)."};
 
-constexpr char fileName[] = "backup.xml";
+constexpr char restoredName[] = "backup.xml";
 const QByteArray accepted = QByteArrayLiteral("veltra2 ok");
 
 ControllerState backedUp()
@@ -242,9 +242,9 @@ private:
     bool m_isComplete = true;
 };
 
-void rehearse(Rehearsal &rehearsal, const QString &path)
+void rehearseRestore(Rehearsal &rehearsal, const QString &path)
 {
-    rehearsal.follow(rules);
+    rehearsal.follow(restoreRules);
     rehearsal.openWindow("Load Configurations");
     rehearsal.show(overwriteQuestion);
     switch (Restore(rehearsal).run()) {
@@ -289,16 +289,16 @@ private:
     {
         QString path;
         Sweep::run({[&path](Stage &stage) {
-                        path = stage.chooseFile(fileName);
+                        path = stage.chooseFile(restoredName);
                         stage.startOnList("pushButton_load");
                     },
                     [&path](Rehearsal &rehearsal) {
-                        rehearse(rehearsal, path);
+                        rehearseRestore(rehearsal, path);
                         rehearseRefresh(rehearsal);
                     },
                     {Sample::standard, Sample::active, Sample::locked},
                     before,
-                    {{fileName, BackupContents::of(backedUp()).document()}}});
+                    {{restoredName, BackupContents::of(backedUp()).document()}}});
     }
 };
 

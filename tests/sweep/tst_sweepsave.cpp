@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr Rule rules[] = {
+constexpr Rule saveRules[] = {
     {"config active_config", "Error save configuration: Cannot get active config"},
     {"system download cancel",
      "Error save configuration: Cannot send command (1) download. Download canceled", Then::Ends},
@@ -42,7 +42,7 @@ constexpr Box saved{QMessageBox::Information, "Save Configurations",
 constexpr Box notWritten{QMessageBox::Critical, "Save Configurations",
                          "Configuration data written to the file %1 failed!\n"};
 
-constexpr char fileName[] = "saved.dat";
+constexpr char savedName[] = "saved.dat";
 constexpr char backupName[] = "saved.dat.bak";
 
 // What a copy is called when the one it is of says @p description.
@@ -69,7 +69,7 @@ Box rehearseOutcome(Rehearsal &rehearsal)
     QByteArray contents;
     const bool isWhole = rehearseDownload(rehearsal, &contents, true);
     if (!contents.isNull()) {
-        rehearsal.files[fileName] = contents; // as far as it has come
+        rehearsal.files[savedName] = contents; // as far as it has come
     }
     return isWhole ? saved : notWritten;
 }
@@ -88,11 +88,11 @@ bool rehearseCopy(Rehearsal &rehearsal, const QByteArray &copy, const QByteArray
     return rehearsal.send("system download prepare 'config' '" + copy + '\'');
 }
 
-void rehearse(Rehearsal &rehearsal, const QString &path)
+void rehearseSave(Rehearsal &rehearsal, const QString &path)
 {
-    rehearsal.follow(rules);
+    rehearsal.follow(saveRules);
     rehearsal.openWindow("Save configuration(s)");
-    rehearsal.files[backupName] = rehearsal.files.take(fileName);
+    rehearsal.files[backupName] = rehearsal.files.take(savedName);
     QByteArray active;
     rehearsal.ask("config active_config", &active);
     if (!rehearsal.send("system download cancel")) {
@@ -129,7 +129,7 @@ private slots:
     {
         QString path;
         const auto perform = [&path](Stage &stage) {
-            path = stage.chooseFile(fileName);
+            path = stage.chooseFile(savedName);
             stage.onDialog("ConfigSaveDlgClass", [&stage](QDialog *dialog) {
                 UserInput::click(dialog, "checkBox_allSettings");
                 UserInput::click(dialog, "pushButton_clearSelection");
@@ -142,10 +142,10 @@ private slots:
             stage.useList([](QDialog *list) { UserInput::click(list, "pushButton_save"); });
         };
         Sweep::run({perform,
-                    [&path](Rehearsal &rehearsal) { rehearse(rehearsal, path); },
+                    [&path](Rehearsal &rehearsal) { rehearseSave(rehearsal, path); },
                     {},
                     smallSample(),
-                    {{fileName, "the older one"}, {backupName, "the oldest one"}}});
+                    {{savedName, "the older one"}, {backupName, "the oldest one"}}});
     }
 
     void cleanupTestCase() { Sweep::sayTotal(); }

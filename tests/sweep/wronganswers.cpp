@@ -4,7 +4,7 @@
 
 namespace {
 
-using Operation = LineChannel::Operation;
+using Call = LineChannel::Operation;
 
 QByteArrayList noAnswersAtAll()
 {
@@ -51,17 +51,17 @@ QByteArrayList wrongWords(const Exchange &exchange)
 QByteArrayList wrongAnswersTo(const Exchange &exchange)
 {
     switch (exchange.operation) {
-    case Operation::SendCommand:
+    case Call::SendCommand:
         return {};
-    case Operation::QueryInt:
+    case Call::QueryInt:
         return noAnswersAtAll() + wrongCounts();
-    case Operation::QueryDouble:
+    case Call::QueryDouble:
         return noAnswersAtAll() + wrongFractions();
-    case Operation::QueryBool:
+    case Call::QueryBool:
         return noAnswersAtAll() + QByteArrayList{"maybe", "42", oppositeOf(exchange.answer)};
-    case Operation::SendCommandReply:
+    case Call::SendCommandReply:
         return noAnswersAtAll() + QByteArrayList{"42", "veltra2 error", "veltra2 ok "};
-    case Operation::QueryString:
+    case Call::QueryString:
         break;
     }
     const bool isChunk = exchange.answer.startsWith(' ');

@@ -16,7 +16,7 @@ namespace {
 enum class Result { NotDue, AlreadyMade, Made, Failed };
 
 const QString version = "v4.%1%2 (build 7)"; // of the host
-const QString failure = ScriptedChannel::reported("Error execute the automatic backup");
+const QString noBackup = ScriptedChannel::reported("Error execute the automatic backup");
 const QStringList firstQueries{"queryString status active", "queryString system hostname"};
 
 QString nameOfToday(const QString &host = "lab")
@@ -25,9 +25,9 @@ QString nameOfToday(const QString &host = "lab")
 }
 
 // No window may open: the driver expects none.
-struct Fixture : BackupStage
+struct AutomaticBackupStage : BackupStage
 {
-    Fixture() { qputenv("HOME", folder.path().toLocal8Bit()); }
+    AutomaticBackupStage() { qputenv("HOME", folder.path().toLocal8Bit()); }
 
     QString directory(const QString &hostVersion = version) const
     {
@@ -39,7 +39,7 @@ struct Fixture : BackupStage
         if (makeBackupOfTheDay(Controller(&channel), &versions, version)) {
             return Result::AlreadyMade;
         }
-        if (channel.trace().last() == failure) {
+        if (channel.trace().last() == noBackup) {
             return Result::Failed;
         }
         return channel.trace().size() > firstQueries.size() ? Result::Made : Result::NotDue;
@@ -69,7 +69,7 @@ class TestAutomaticBackup : public QObject
 private slots:
     void writesTheWholeController()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         f.noteCursorAt("system net");
         QCOMPARE(f.run(), Result::Made);
         QCOMPARE(f.cursors, QList<bool>({false}));
@@ -84,7 +84,7 @@ private slots:
     void aBusyControllerIsNotDisturbed()
     {
         for (const char *status : {"tracking", "None", "none ", "\"none\"", ""}) {
-            Fixture f;
+            AutomaticBackupStage f;
             f.channel.answer("status active", status);
             QVERIFY2(f.run() == Result::NotDue, status);
             QCOMPARE(f.channel.trace(), firstQueries.mid(0, 1));
@@ -94,7 +94,7 @@ private slots:
 
     void aControllerThatCannotTellCountsAsIdle()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         f.channel.fail("status active");
         QCOMPARE(f.run(), Result::Made);
         QCOMPARE(f.files(), QStringList(nameOfToday()));
@@ -102,7 +102,7 @@ private slots:
 
     void aControllerWithoutNameIsNotBackedUp()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         f.channel.fail("system hostname");
         QCOMPARE(f.run(), Result::NotDue);
         QCOMPARE(f.channel.trace(), firstQueries);
@@ -113,7 +113,7 @@ private slots:
     {
         const QStringList names{"backup_2024-01-01_lab.xml", "backup_2024-02-01_lab.xml",
                                 nameOfToday()};
-        Fixture f;
+        AutomaticBackupStage f;
         f.makeFiles(names);
         QCOMPARE(f.run(), Result::AlreadyMade);
         QCOMPARE(f.channel.trace(), firstQueries);
@@ -123,7 +123,7 @@ private slots:
 
     void onlyTheNewestOlderBackupIsKept()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         f.makeFiles({"backup_2024-02-01_lab.xml", "backup_2024-03-01_lab.xml",
                      "backup_2024-01-01_lab.xml"});
         QCOMPARE(f.run(), Result::Made);
@@ -141,7 +141,7 @@ private slots:
                           "backup_2024-02-01_lab.dat",     "backup_2024-02-01_lab2.xml",
                           "backup_2024-02-01_my_lab.xml",  "backup_2024-02-01_mylab.xml",
                           "manual_2024-01-01_lab.xml",     "backup_2024-02-01_lab.xml"};
-        Fixture f;
+        AutomaticBackupStage f;
         f.makeFiles(files + QStringList("backup_2024-01-01_lab.xml"));
         QVERIFY(QDir(f.directory()).mkdir("backup_2023-01-01_lab.xml"));
         QCOMPARE(f.run(), Result::Made);
@@ -153,7 +153,7 @@ private slots:
 
     void whatFitsTheFilterIsPruned()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         f.makeFiles({"backup_2024-01-01_lab.xml", "backup_2024-1-1_x_lab.xml",
                      "backup_20240101_x_lab.xml", "backup__lab.xml",
                      "backup_old_2024-01-01_lab.xml"});
@@ -163,7 +163,7 @@ private slots:
 
     void wildcardsInTheNameStayAsTheyAre()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         f.channel.answer("system hostname", "l*b");
         f.makeFiles({"backup_2024-01-01_hall.xml", "backup_2024-01-01_l*b.xml",
                      "backup_2024-02-01_lab.xml", "backup_2024-03-01_lob.xml"});
@@ -175,7 +175,7 @@ private slots:
 
     void aVersionMayArriveBeforeTheDirectoryIsMade()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         QString latest;
         f.channel.whenSent("system hostname", [&latest] { latest = "v4.3"; });
         QVERIFY(!makeBackupOfTheDay(Controller(&f.channel), &f.versions, latest));
@@ -185,7 +185,7 @@ private slots:
 
     void olderBackupsGoBeforeTheNewOneIsCollected()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         f.makeFiles({"backup_2024-01-01_lab.xml", "backup_2024-02-01_lab.xml"});
         QStringList filesMeanwhile;
         f.channel.whenSent("cascade number_of_connected_slaves",
@@ -200,7 +200,7 @@ private slots:
     {
         // The second one breaks the connection.
         for (const char *query : {"system net", "system controller_embedded"}) {
-            Fixture f;
+            AutomaticBackupStage f;
             f.channel.fail(query);
             QVERIFY2(f.run() == Result::Failed, query);
             const QStringList trace = f.channel.trace();
@@ -211,7 +211,7 @@ private slots:
 
     void aDirectoryThatCannotBeMadeIsReported()
     {
-        Fixture f;
+        AutomaticBackupStage f;
         writeFile(f.path(".ZOR"), "in the way");
         QCOMPARE(f.run(), Result::Failed);
     }

@@ -21,7 +21,7 @@ const QByteArray stored = "config20240305140709123"; // the one configuration of
 // One command and the time-out before it.
 const QStringList embeddedQuery{"setTimeout 0 3000 1", "queryBool system controller_embedded"};
 
-ConfigEntry entry(bool locked)
+ConfigEntry configEntry(bool locked)
 {
     ConfigEntry result;
     result.locked = locked;
@@ -30,10 +30,10 @@ ConfigEntry entry(bool locked)
 
 /// A backup and a controller that it fits, both of an odd model. No name is taken for markup or for
 /// a place to put something in.
-struct Fixture : TransferStage
+struct RestoreStage : TransferStage
 {
-    explicit Fixture(const QByteArray &document = SampleBackup::documentWith("Model 5",
-                                                                             "Model %1 &lt;7>"))
+    explicit RestoreStage(
+        const QByteArray &document = SampleBackup::documentWith("Model 5", "Model %1 &lt;7>"))
         : file(writeFile(path("<b>%1 &amp; more.xml"), document))
     {
         versions.systemModel = "Model %1 <7>";
@@ -49,7 +49,7 @@ struct Fixture : TransferStage
     }
 
     /// Restores the file and gives the code back, also of an exception.
-    int restore(const ConfigEntryList &configurations = {entry(false)})
+    int restore(const ConfigEntryList &configurations = {configEntry(false)})
     {
         try {
             return restoreBackup(Controller(&channel), &versions, dialog, file, configurations);
@@ -98,7 +98,7 @@ struct Fixture : TransferStage
 
 } // namespace
 
-Q_DECLARE_METATYPE(std::function<void(Fixture &)>)
+Q_DECLARE_METATYPE(std::function<void(RestoreStage &)>)
 
 class TestBackupRestore : public QObject
 {
@@ -116,18 +116,19 @@ private slots:
 
     void anyLockedConfigurationRefusesEverything()
     {
-        Fixture f;
+        RestoreStage f;
         f.driver.expectBox(okBox(QMessageBox::Information, "Cannot load backup",
                                  "Cannot load backup from file '" + f.file
                                      + "' !\n One or more Configurations are locked.",
                                  f.dialog));
-        QCOMPARE(f.restore({entry(false), entry(true), entry(false)}), RestoreCode::notStarted);
+        QCOMPARE(f.restore({configEntry(false), configEntry(true), configEntry(false)}),
+                 RestoreCode::notStarted);
         QCOMPARE(f.channel.trace(), QStringList());
     }
 
     void aFileThatCannotBeReadIsRefused()
     {
-        Fixture f("<ZOR><a/></ZOR>");
+        RestoreStage f("<ZOR><a/></ZOR>");
         f.driver.expectBox(okBox(QMessageBox::Critical, "Error reading backup file",
                                  "Cannot read '" + f.file + "' !", f.dialog));
         QCOMPARE(f.restore(), RestoreCode::notStarted);
@@ -136,7 +137,7 @@ private slots:
 
     void withoutYesNothingIsSent()
     {
-        Fixture f;
+        RestoreStage f;
         f.expectConfirmation(QMessageBox::No);
         QCOMPARE(f.restore(), RestoreCode::declined);
         QCOMPARE(f.channel.trace(), QStringList());
@@ -144,7 +145,7 @@ private slots:
 
     void aBackupThatDoesNotFitIsRefused()
     {
-        Fixture f;
+        RestoreStage f;
         f.versions.systemModel = "Model 6";
         f.expectConfirmation();
         f.driver.expectBox(okBox(QMessageBox::Critical, "Invalid backup file",
@@ -155,7 +156,7 @@ private slots:
 
     void anEmbeddedControllerIsRestoredWithItsNetwork()
     {
-        Fixture f;
+        RestoreStage f;
         f.expectBothQuestions();
         f.expectSuccess();
         QCOMPARE(f.restore(), RestoreCode::restored);
@@ -172,7 +173,7 @@ private slots:
 
     void withoutTheNetworkEverythingElseIsRestored()
     {
-        Fixture f;
+        RestoreStage f;
         f.expectConfirmation();
         f.expectNetworkQuestion(QMessageBox::No);
         f.expectSuccess();
@@ -186,7 +187,7 @@ private slots:
 
     void anotherControllerIsNotAskedForItsNetwork()
     {
-        Fixture f;
+        RestoreStage f;
         f.channel.answer("system controller_embedded", "no");
         f.expectConfirmation();
         f.expectSuccess();
@@ -201,7 +202,7 @@ private slots:
 
     void anIncompleteCascadeIsASuccess()
     {
-        Fixture f;
+        RestoreStage f;
         f.channel.answer("cascade connected_slave_available slave-b", "no");
         f.expectBothQuestions();
         f.driver.expectBox(
@@ -218,7 +219,7 @@ private slots:
     {
         const QByteArray deletion = "veltra2 config delete_config " + stored;
         for (const char *alsoFailing : {"nothing", "system upload cancel"}) {
-            Fixture f;
+            RestoreStage f;
             f.channel.answer(deletion, "veltra2 no");
             f.channel.fail(alsoFailing);
             f.expectBothQuestions();
@@ -235,7 +236,7 @@ private slots:
     {
         // The first two by the fitness test, the third one by the restore, under the wait cursor.
         for (int query = 1; query <= 3; ++query) {
-            Fixture f;
+            RestoreStage f;
             f.channel.failNth(query);
             f.expectConfirmation();
             if (query == 3) {
@@ -250,7 +251,7 @@ private slots:
     void theQuestionForTheNetworkSetsTheWaitCursorForTheRestore()
     {
         for (const auto answer : {QMessageBox::Yes, QMessageBox::No}) {
-            Fixture f;
+            RestoreStage f;
             f.expectConfirmation();
             f.expectNetworkQuestion(answer);
             f.expectSuccess();
@@ -261,7 +262,7 @@ private slots:
 
     void withoutThatQuestionThereIsNoWaitCursor()
     {
-        Fixture f;
+        RestoreStage f;
         f.channel.answer("system controller_embedded", "no");
         f.expectConfirmation();
         f.expectSuccess();
@@ -272,7 +273,7 @@ private slots:
     void theWaitCursorIsShownWhileTheFileIsRead()
     {
         static QList<bool> waiting;
-        Fixture f("<ZOR><a/></ZOR>");
+        RestoreStage f("<ZOR><a/></ZOR>");
         f.driver.expectBox(okBox(QMessageBox::Critical, "Error reading backup file",
                                  "Cannot read '" + f.file + "' !", f.dialog));
         const QtMessageHandler before =
@@ -289,28 +290,28 @@ private slots:
 
     void theHostMayDestroyTheDialogsWhileAnyBoxIsOpen_data()
     {
-        using Script = std::function<void(Fixture &)>;
+        using Script = std::function<void(RestoreStage &)>;
         QTest::addColumn<Script>("script"); // up to that box
         QTest::addColumn<int>("code");
-        QTest::newRow("confirmation") << Script([](Fixture &) {}) << RestoreCode::declined;
-        QTest::newRow("unfit") << Script([](Fixture &f) {
+        QTest::newRow("confirmation") << Script([](RestoreStage &) {}) << RestoreCode::declined;
+        QTest::newRow("unfit") << Script([](RestoreStage &f) {
             f.versions.systemModel = "Model 6";
             f.expectConfirmation();
         }) << RestoreCode::unfit;
         QTest::newRow("network question")
-            << Script([](Fixture &f) { f.expectConfirmation(); }) << RestoreCode::declined;
-        QTest::newRow("failure") << Script([](Fixture &f) {
+            << Script([](RestoreStage &f) { f.expectConfirmation(); }) << RestoreCode::declined;
+        QTest::newRow("failure") << Script([](RestoreStage &f) {
             f.channel.fail("config number_of_configs");
             f.expectBothQuestions();
         }) << RestoreCode::failed;
-        QTest::newRow("success") << Script([](Fixture &f) { f.expectBothQuestions(); })
+        QTest::newRow("success") << Script([](RestoreStage &f) { f.expectBothQuestions(); })
                                  << RestoreCode::restored;
     }
 
     void theHostMayDestroyTheDialogsWhileAnyBoxIsOpen()
     {
-        QFETCH(const std::function<void(Fixture &)>, script);
-        Fixture f;
+        QFETCH(const std::function<void(RestoreStage &)>, script);
+        RestoreStage f;
         script(f);
         int sent = -1;
         f.driver.expectDialog({}, [&f, &sent](QDialog *) {
@@ -323,7 +324,7 @@ private slots:
     }
 
 private:
-    static QList<bool> cursorsDuringRestore(Fixture &f)
+    static QList<bool> cursorsDuringRestore(RestoreStage &f)
     {
         f.noteCursorAt("system controller_embedded");
         f.noteCursorAt("config number_of_configs");

@@ -10,7 +10,7 @@
 
 namespace {
 
-struct Fixture : TransferStage
+struct BrokenSchemaStage : TransferStage
 {
     void chooseFile(const QByteArray &contents)
     {
@@ -33,7 +33,7 @@ private slots:
     void noFileCanBeLoaded()
     {
         for (const char *contents : {"<ZOR/>", "\x01", ""}) {
-            Fixture f;
+            BrokenSchemaStage f;
             f.chooseFile(contents);
             f.driver.expectBox(TransferTesting::okBox(QMessageBox::Critical, "Development error",
                                                       "XMLSchema is invalid!", f.loadDialog));
@@ -46,18 +46,18 @@ private slots:
 
     void theHostMayDestroyTheWindowWhileTheBoxIsOpen()
     {
-        expectSilentEnd([](Fixture &f) { f.parent.reset(); });
+        expectSilentEnd([](BrokenSchemaStage &f) { f.parent.reset(); });
     }
 
     void theHostMayReleaseTheModuleWhileTheBoxIsOpen()
     {
-        expectSilentEnd([](Fixture &f) { delete f.loadDialog; });
+        expectSilentEnd([](BrokenSchemaStage &f) { delete f.loadDialog; });
     }
 
 private:
-    static void expectSilentEnd(const std::function<void(Fixture &)> &destroy)
+    static void expectSilentEnd(const std::function<void(BrokenSchemaStage &)> &destroy)
     {
-        Fixture f;
+        BrokenSchemaStage f;
         f.chooseFile("data");
         f.driver.expectDialog({}, [&](QDialog *) { destroy(f); });
         f.loadDialog->openAndExec();

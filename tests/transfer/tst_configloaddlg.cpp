@@ -48,10 +48,13 @@ const QStringList queriesForThreeItems{
 
 /// The dialog as the list dialog keeps it, and what is needed to drive it. The controller offers
 /// three configurations, whatever it is sent.
-struct Fixture
+struct LoadDialogStage
 {
-    Fixture() { offer({"config1 'Lab 1' 'north'", "config2 'Lab 2' 'south'", "config3 '' ''"}); }
-    ~Fixture() { QCOMPARE(takeCursors(), 0); }
+    LoadDialogStage()
+    {
+        offer({"config1 'Lab 1' 'north'", "config2 'Lab 2' 'south'", "config3 '' ''"});
+    }
+    ~LoadDialogStage() { QCOMPARE(takeCursors(), 0); }
 
     void offer(const QList<QByteArray> &items)
     {
@@ -143,7 +146,7 @@ class TestConfigLoadDlg : public QObject
 private slots:
     void theFormIsAsDesigned()
     {
-        const Fixture f;
+        const LoadDialogStage f;
         compareWidgets(
             f.dialog,
             {{"label_path", "QLabel", "file"},
@@ -173,7 +176,7 @@ private slots:
 
     void theTableSelectsWholeRowsAndEditsNothing()
     {
-        const Fixture f;
+        const LoadDialogStage f;
         const QTableWidget *table = f.table();
         QCOMPARE(headersOf(table), QStringList({"Description", "Owner", "ID", "Status"}));
         QVERIFY(table->verticalHeader()->isHidden());
@@ -191,7 +194,7 @@ private slots:
 
     void theKeyboardReachesEverythingInOrder()
     {
-        Fixture f;
+        LoadDialogStage f;
         QStringList order;
         f.look([&] {
             f.clickCell(0, 0); // so that every button is enabled
@@ -207,7 +210,7 @@ private slots:
 
     void theChooserStartsAtHome()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.driver.expectFileDialog("Load Configurations", {}, [&f](QFileDialog *chooser) {
             QCOMPARE(chooser->directory().absolutePath(), QDir::homePath());
             QCOMPARE(chooser->nameFilters(), QStringList("Configuration file (*.dat *.xml *.*)"));
@@ -221,7 +224,7 @@ private slots:
 
     void theChooserStartsWhereTheLastFileWas()
     {
-        Fixture f;
+        LoadDialogStage f;
         QVERIFY(QDir(f.folder.path()).mkpath("deep/down"));
         f.choose(f.fileWith({}, "deep/down/empty.dat"));
         for (int i = 0; i < 2; ++i) { // a cancelled choice changes nothing
@@ -234,7 +237,7 @@ private slots:
 
     void aConfigurationFileIsUploadedAndListed()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.offer({"config1 'Lab 1' 'north wall'", "__base 'me' 'base'", "config2",
                  "config3 'M\xfcller' '<b>bold</b>'", "__Base '' ''"});
         f.look([&f] {
@@ -258,7 +261,7 @@ private slots:
 
     void whatIsSelectedIsImportedInRowOrder()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.offer({"config3", "__base", "config1", "config2"});
         const QStringList sent = f.load([&f] {
             f.click("pushButton_clearSelection");
@@ -273,7 +276,7 @@ private slots:
 
     void anExistingConfigurationIsReplaced()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.dialog->setConfigurationList(
             {entry("config3"), entry("config1", true), entry("config2")});
         QCOMPARE(f.load(),
@@ -285,7 +288,7 @@ private slots:
 
     void theNextFileReplacesTheTable()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.look([&f] { f.clickCell(1, 0); });
         f.offer({"config7 '' 'seven'", "config8 '' 'eight'"});
         f.look([&f] {
@@ -303,7 +306,7 @@ private slots:
 
     void theSameFileMayBeLoadedAgain()
     {
-        Fixture f;
+        LoadDialogStage f;
         for (int i = 0; i < 2; ++i) {
             f.look([&f] {
                 QCOMPARE(f.selection(), QList<int>({0, 1, 2}));
@@ -315,7 +318,7 @@ private slots:
 
     void noItemAtAllStillOpensTheDialog()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.offer({});
         const int result = f.look([&f] {
             QCOMPARE(f.table()->rowCount(), 0);
@@ -327,7 +330,7 @@ private slots:
 
     void aFailedUploadIsReported()
     {
-        Fixture f;
+        LoadDialogStage f;
         QCOMPARE(f.choose(f.fileWith({})), 1);
         QCOMPARE(f.channel.trace(),
                  QStringList({"sendCommand system upload cancel",
@@ -336,7 +339,7 @@ private slots:
 
     void anUnansweredAnnouncementIsReported()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.channel.fail("system import available");
         QCOMPARE(f.choose(f.fileWith(oneByte)), 1);
         QCOMPARE(f.channel.trace(),
@@ -347,7 +350,7 @@ private slots:
 
     void somethingElseThanConfigurationsIsReported()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.channel.answer("system import available", "3 rooms");
         QCOMPARE(f.choose(f.fileWith(oneByte)), 1);
         QCOMPARE(f.channel.trace(),
@@ -359,7 +362,7 @@ private slots:
     void aRefusedUploadGoesOn()
     {
         for (const char *command : {"system upload cancel", "system upload 1 1 BA"}) {
-            Fixture f;
+            LoadDialogStage f;
             f.channel.fail(command);
             QCOMPARE(f.look([] {}), int(QDialog::Accepted));
             QCOMPARE(f.channel.trace(), uploadOfOneByte + queriesForThreeItems);
@@ -369,7 +372,7 @@ private slots:
     void aDocumentThatIsNoBackupIsUploaded()
     {
         const QByteArray document = "<ZORB/>";
-        Fixture f;
+        LoadDialogStage f;
         f.channel.answer("system import available", "0 none");
         QCOMPARE(f.choose(f.fileWith(document, "some.xml")), 1);
         QCOMPARE(f.channel.trace().value(1),
@@ -379,7 +382,7 @@ private slots:
     void aBackupIsRestoredWhateverItsName()
     {
         for (const char *name : {"backup.xml", "backup.dat", "backup"}) {
-            Fixture f;
+            LoadDialogStage f;
             QCOMPARE(f.restore(QMessageBox::No, name), 2);
             QCOMPARE(f.channel.trace(), QStringList());
             QCOMPARE(UserInput::textOf(f.dialog, "lineEdit_path"), ""); // nothing is loaded
@@ -388,7 +391,7 @@ private slots:
 
     void aBackupIsRefusedWhileAConfigurationIsLocked()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.dialog->setConfigurationList({entry("config1"), entry("config2", true)});
         const QString path = f.fileWith(SampleBackup::document());
         f.driver.expectFileDialog("Load Configurations", path);
@@ -402,7 +405,7 @@ private slots:
 
     void anExceptionEndsTheRestoreWithTen()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.versions = SampleBackup::versions();
         f.channel.fail("system controller_embedded");
         QCOMPARE(f.restore(QMessageBox::Yes), 10);
@@ -412,7 +415,7 @@ private slots:
 
     void lockedConfigurationsAreShownAsLocked()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.dialog->setConfigurationList(
             {entry("config2", true), entry("config3"), entry("x", true)});
         f.look([&f] {
@@ -429,7 +432,7 @@ private slots:
 
     void lockedConfigurationsCannotBeSelected()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.dialog->setConfigurationList({entry("config2", true)});
         f.look([&f] {
             QCOMPARE(f.selection(), QList<int>({0, 2}));
@@ -443,7 +446,7 @@ private slots:
 
     void anIdentifierThatOccursTwiceIsLockedIfEitherIs()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.dialog->setConfigurationList(
             {entry("config1"), entry("config1", true), entry("config2", true), entry("config2")});
         f.look([&f] { QCOMPARE(f.selection(), QList<int>({2})); });
@@ -451,7 +454,7 @@ private slots:
 
     void theStatusColumnComesAndGoes()
     {
-        Fixture f;
+        LoadDialogStage f;
         for (const bool isLocked : {false, true, false, true}) {
             f.dialog->setConfigurationList({entry("config2", isLocked)});
             f.look([&f, isLocked] { QCOMPARE(f.table()->isColumnHidden(3), !isLocked); });
@@ -460,7 +463,7 @@ private slots:
 
     void theButtonsFollowTheSelection()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.look([&f] {
             const QList<QPair<int, const char *>> clicks{
                 {0, "AC!"}, {1, "AC!"}, {2, "A--"}, {2, "AC!"}};
@@ -473,7 +476,7 @@ private slots:
 
     void withTheStatusColumnTheSelectionCountsMore()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.offer({"config1", "config2", "config3", "config4"});
         f.dialog->setConfigurationList({entry("config4", true)});
         f.look([&f] {
@@ -494,7 +497,7 @@ private slots:
 
     void aTableWithoutColumnsChangesNoButton()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.look([&f] {
             f.table()->setColumnCount(0);
             auto *load = UserInput::named<QPushButton>(f.dialog, "pushButton_load");
@@ -507,7 +510,7 @@ private slots:
 
     void selectAllAndClearSelect()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.look([&f] {
             f.click("pushButton_clearSelection");
             QCOMPARE(f.selection(), QList<int>());
@@ -521,7 +524,7 @@ private slots:
 
     void everyWayOutAccepts()
     {
-        Fixture f;
+        LoadDialogStage f;
         const QList<Action> ways{[&f] { f.click("pushButton_exit"); },
                                  [&f] { QTest::keyClick(f.table(), Qt::Key_Escape); },
                                  [&f] { f.dialog->close(); }};
@@ -533,7 +536,7 @@ private slots:
 
     void enterInTheTableLoadsNothingAndClosesNothing()
     {
-        Fixture f;
+        LoadDialogStage f;
         bool isStillOpen = false;
         f.look([&] {
             QTest::keyClick(f.table(), Qt::Key_Return);
@@ -545,7 +548,7 @@ private slots:
 
     void columnsShareTheTablesWidth()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.dialog->setConfigurationList({entry("config2", true)});
         f.look([&f] {
             for (const int width : {350, 459, 600, 1003}) {
@@ -562,7 +565,7 @@ private slots:
 
     void theHostMayDestroyTheDialogWhileAFileIsChosen()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.driver.expectDialog("QFileDialog", [&f](QDialog *) { f.parent.reset(); });
         f.dialog->openAndExec();
         QVERIFY(!f.parent);
@@ -570,14 +573,14 @@ private slots:
 
     void theHostMayDestroyTheDialogWhileItIsOpen()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.run([&f] { f.parent.reset(); });
         QVERIFY(!f.parent);
     }
 
     void theHostMayDestroyTheDialogWhileTheOutcomeIsShown()
     {
-        Fixture f;
+        LoadDialogStage f;
         f.run([&f] {
             f.driver.expectDialog({}, [&f](QDialog *) { f.parent.reset(); });
             f.click("pushButton_load");

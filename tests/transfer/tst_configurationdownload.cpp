@@ -16,7 +16,7 @@ using namespace TransferTesting;
 
 namespace {
 
-struct Fixture
+struct DownloadStage
 {
     QString path(const QString &name = "a.dat") const { return folder.filePath(name); }
     QByteArray contents() const { return contentsOf(path()); }
@@ -57,7 +57,7 @@ class TestConfigurationDownload : public QObject
 private slots:
     void writesTheDecodedChunksInOrder()
     {
-        Fixture f;
+        DownloadStage f;
         f.answerChunks({"first", QByteArray("\0\xff\n", 3), "", "fourth"});
         QCOMPARE(f.download(), 0);
         QCOMPARE(f.channel.trace(), queries(4));
@@ -66,7 +66,7 @@ private slots:
 
     void anEmptyChunkMakesAnEmptyFile()
     {
-        Fixture f;
+        DownloadStage f;
         f.answerChunks({""});
         QCOMPARE(f.download(), 0);
         QCOMPARE(f.contents(), QByteArray());
@@ -74,7 +74,7 @@ private slots:
 
     void whatExistsIsLeftAlone()
     {
-        Fixture f;
+        DownloadStage f;
         writeFile(f.path(), "precious");
         QVERIFY(QDir(f.folder.path()).mkdir("folder"));
         for (const char *name : {"a.dat", "folder"}) {
@@ -89,7 +89,7 @@ private slots:
     {
         const QList<QByteArray> contents{"(no file)", "one ", "one two "};
         for (int number = 1; number <= 3; ++number) {
-            Fixture f;
+            DownloadStage f;
             f.answerChunks({"one ", "two ", "three"});
             f.channel.failNth(number);
             QCOMPARE(f.download(), -1);
@@ -100,7 +100,7 @@ private slots:
 
     void anAnswerOfAnotherFormIsReported()
     {
-        Fixture f;
+        DownloadStage f;
         f.answerChunks({"one", "two", "three"});
         f.channel.answer("system download 2", "\xfc %1%s");
         QCOMPARE(f.download(), -1);
@@ -112,7 +112,7 @@ private slots:
 
     void aTextThatCannotBeDecodedIsReported()
     {
-        Fixture f;
+        DownloadStage f;
         f.channel.answer("system download 1", "1 'AA\xe4 %1%s'");
         QCOMPARE(f.download(), -1);
         QCOMPARE(f.channel.trace(),
@@ -123,7 +123,7 @@ private slots:
 
     void aFileThatCannotBeOpenedIsReported()
     {
-        Fixture f;
+        DownloadStage f;
         f.answerChunks({"one", "two"});
         const QString report =
             ScriptedChannel::reported("unable to open file '" + f.path("disk/a.dat") + '\'');
@@ -139,7 +139,7 @@ private slots:
     void aFullDiskShowsAtOnce()
     {
         for (const int limit : {0, 7, 10, 25}) {
-            Fixture f;
+            DownloadStage f;
             f.answerChunks({"0123456789", "0123456789", "0123456789"});
             {
                 const FileSizeLimit full(static_cast<rlim_t>(limit));
@@ -153,7 +153,7 @@ private slots:
 
     void theNameIsLatin1OnTheDisk()
     {
-        Fixture f;
+        DownloadStage f;
         f.answerChunks({"one"});
         QCOMPARE(f.download(QStringLiteral("Pr\u00fcfung \u6e2c.dat")), 0);
         const QByteArray nameOnDisk = f.folder.path().toLatin1() + "/Pr\xfc" + "fung ?.dat";

@@ -8,10 +8,10 @@
 namespace {
 
 const QString success = "Loading configuration successfully.";
-const QString failure = "Loading configuration unsuccessfully.";
+const QString importFailure = "Loading configuration unsuccessfully.";
 const QString nothingLoaded = "No configuration is loaded.";
 
-struct Fixture : TransferStage
+struct ImportStage : TransferStage
 {
     /// @return what is sent, up to the box that tells @p outcome
     QStringList import(const QStringList &identifiers, const LockStates &existing,
@@ -44,7 +44,7 @@ private slots:
     void existingConfigurationsAreAllDeletedBeforeTheFirstImport()
     {
         const LockStates existing{{"config1", false}, {"config3", false}, {"config4", false}};
-        QCOMPARE(Fixture().import({"config3", "config2", "config1"}, existing, success),
+        QCOMPARE(ImportStage().import({"config3", "config2", "config1"}, existing, success),
                  QStringList() << deletionOf("config3") << deletionOf("config1")
                                << importOf("config3") << importOf("config2") << importOf("config1")
                                << ScriptedChannel::announced());
@@ -53,7 +53,7 @@ private slots:
     void lockedConfigurationsAreLeftAlone()
     {
         const LockStates existing{{"config1", true}, {"config2", false}};
-        QCOMPARE(Fixture().import({"config1", "config2"}, existing, success),
+        QCOMPARE(ImportStage().import({"config1", "config2"}, existing, success),
                  QStringList() << deletionOf("config2") << importOf("config2")
                                << ScriptedChannel::announced());
     }
@@ -61,15 +61,16 @@ private slots:
     void whereNothingIsLeftNothingIsSentNorAnnounced()
     {
         const LockStates existing{{"config1", true}, {"config2", true}, {"config3", false}};
-        QCOMPARE(Fixture().import({}, existing, nothingLoaded), QStringList());
-        QCOMPARE(Fixture().import({"config1", "config2"}, existing, nothingLoaded), QStringList());
+        QCOMPARE(ImportStage().import({}, existing, nothingLoaded), QStringList());
+        QCOMPARE(ImportStage().import({"config1", "config2"}, existing, nothingLoaded),
+                 QStringList());
     }
 
     void aFailedDeletionDoesNotMatter()
     {
         const LockStates existing{{"config1", false}};
         for (const bool isAnswered : {false, true}) {
-            Fixture f;
+            ImportStage f;
             if (isAnswered) {
                 f.channel.answer("veltra2 config delete_config config1", "veltra2 error");
             } else {
@@ -85,10 +86,10 @@ private slots:
     {
         QStringList expected;
         for (int failing = 1; failing <= 3; ++failing) {
-            Fixture f;
+            ImportStage f;
             f.channel.failNth(failing);
             expected << importOf("config" + QString::number(failing));
-            QCOMPARE(f.import({"config1", "config2", "config3"}, {}, failure),
+            QCOMPARE(f.import({"config1", "config2", "config3"}, {}, importFailure),
                      expected + QStringList(ScriptedChannel::announced()));
         }
     }
@@ -96,14 +97,14 @@ private slots:
     void anIdentifierIsSentAsItWasRead()
     {
         const QString identifier = QString::fromLatin1("caf\xe9 %s%n");
-        QCOMPARE(Fixture().import({identifier}, {{identifier, false}}, success),
+        QCOMPARE(ImportStage().import({identifier}, {{identifier, false}}, success),
                  QStringList() << deletionOf(identifier) << importOf(identifier)
                                << ScriptedChannel::announced());
     }
 
     void theWaitCursorCoversTheCommands()
     {
-        Fixture f;
+        ImportStage f;
         f.noteCursorAt("veltra2 config delete_config config1");
         f.noteCursorAt("system import 'config' 'config1'");
         f.import({"config1"}, {{"config1", false}}, success);
@@ -113,7 +114,7 @@ private slots:
     void theHostMayDestroyTheDialogWhileTheBoxIsOpen()
     {
         for (const QStringList &identifiers : {QStringList("config1"), QStringList()}) {
-            Fixture f;
+            ImportStage f;
             f.expectDestruction();
             importConfigurations(Controller(&f.channel), identifiers, {}, f.dialog);
             QVERIFY(!f.parent);

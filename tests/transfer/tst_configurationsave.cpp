@@ -137,9 +137,9 @@ private:
 
 // A controller with the configurations "first", which is active, and "second". What is downloaded
 // is "one two", in two chunks.
-struct Fixture : TransferStage
+struct SaveStage : TransferStage
 {
-    Fixture()
+    SaveStage()
     {
         channel.answer("config active_config", "first");
         channel.answer("config desc", "\"copy of Lab 01-02-2020\"");
@@ -182,7 +182,7 @@ class TestConfigurationSave : public QObject
 private slots:
     void savesTheConfigurationsInOrder()
     {
-        Fixture f;
+        SaveStage f;
         f.expectSuccess();
         f.save({"first", "second"});
         QCOMPARE(f.trace(), FaultySave(0, false).trace);
@@ -195,7 +195,7 @@ private slots:
     // Byte for byte but for the date.
     void theDescriptionIsDated()
     {
-        Fixture f;
+        SaveStage f;
         f.channel.answer("config desc", "\"copy of 100% %s %1 %n \xc3\xbc\xe4\xff 01-02-2020\"");
         f.expectSuccess();
         f.save();
@@ -207,7 +207,7 @@ private slots:
     void onlyAnExactYesCountsAsAvailable()
     {
         for (const char *answer : {"no", "Yes", "yes ", " yes", "\"yes\"", "1", ""}) {
-            Fixture f;
+            SaveStage f;
             f.channel.answer("system download available", answer);
             f.expectBox(QMessageBox::Critical, unrecognizedText);
             f.save();
@@ -219,7 +219,7 @@ private slots:
 
     void thePreviousFileIsKeptOnceBeforeAnythingIsSent()
     {
-        Fixture f;
+        SaveStage f;
         const QString backupName = f.fileName() + ".bak";
         writeFile(f.fileName(), "previous");
         writeFile(backupName, "the one before");
@@ -237,7 +237,7 @@ private slots:
     // Which is none in UTF-8: QFile would look for another.
     void aNameBeyondAsciiIsTheSameForAllThatTouchesTheFile()
     {
-        Fixture f;
+        SaveStage f;
         const QString name = QString::fromUtf8("pr\u00fc.dat");
         for (int i = 0; i < 2; ++i) {
             f.expectSuccess(name);
@@ -250,7 +250,7 @@ private slots:
 
     void aPreviousFileThatCannotBeRenamedIsLeftAlone()
     {
-        Fixture f;
+        SaveStage f;
         writeFile(f.fileName(), "previous");
         QVERIFY(QDir(f.folder.path()).mkdir("cal.dat.bak"));
         f.expectFailure();
@@ -264,7 +264,7 @@ private slots:
 
     void theWaitCursorIsShownFromTheFirstCommandOn()
     {
-        Fixture f;
+        SaveStage f;
         f.noteCursorAt("config active_config");
         f.noteCursorAt("config active_config first");
         f.expectSuccess();
@@ -274,7 +274,7 @@ private slots:
 
     void theDialogMayVanishWhileTheBoxIsOpen()
     {
-        Fixture f;
+        SaveStage f;
         f.expectDestruction();
         f.save();
         QVERIFY(!f.parent);
@@ -287,7 +287,7 @@ private:
         for (bool isFaultMet = true; isFaultMet;) {
             const FaultySave rules(++failAt, lasting);
             isFaultMet = rules.isFaultMet;
-            Fixture f;
+            SaveStage f;
             if (rules.box) {
                 f.expectBox(rules.box->icon, rules.box->text);
             }

@@ -16,7 +16,7 @@ const QString fileName = QStringLiteral("\u6e2c\u5b9a");
 
 const QStringList nameQueries{"queryString system controller_serial", "queryString system model"};
 
-struct Fixture : BackupStage
+struct ManualBackupStage : BackupStage
 {
     void run() { backUpByHand(Controller(&channel), &versions, dialog); }
 
@@ -91,7 +91,7 @@ private slots:
         QFETCH(const QByteArray, model);
         QFETCH(const QByteArray, serial);
         QFETCH(const QByteArray, description);
-        Fixture f;
+        ManualBackupStage f;
         f.script("system model", model);
         f.script("system controller_serial", serial);
         f.script("system model_description", description);
@@ -106,7 +106,7 @@ private slots:
     // However long the controller takes to answer.
     void theProposalEndsWithTheTimeAfterTheQueries()
     {
-        Fixture f;
+        ManualBackupStage f;
         const qint64 before = QDateTime::currentSecsSinceEpoch();
         f.channel.whenSent("system model", [before] {
             while (QDateTime::currentSecsSinceEpoch() <= before) {
@@ -124,7 +124,7 @@ private slots:
 
     void asksForTheFileOnBehalfOfTheDialog()
     {
-        Fixture f;
+        ManualBackupStage f;
         f.driver.expectFileDialog("Backup all settings", {}, [&f](QFileDialog *chooser) {
             QCOMPARE(chooser->parentWidget(), f.dialog);
             QCOMPARE(chooser->nameFilters(), QStringList("XML files (*.xml *.*)"));
@@ -137,7 +137,7 @@ private slots:
 
     void writesTheWholeController()
     {
-        Fixture f;
+        ManualBackupStage f;
         f.runInto(f.path(fileName), QMessageBox::Information, "Success", "Backup created!");
         QCOMPARE(f.channel.trace(), nameQueries + BackupStage::collection());
         QCOMPARE(f.files(), QStringList(fileName));
@@ -156,7 +156,7 @@ private slots:
     {
         // The second one breaks the connection.
         for (const char *query : {"system net", "system controller_embedded"}) {
-            Fixture f;
+            ManualBackupStage f;
             f.channel.fail(query);
             f.runInto(f.path(fileName), QMessageBox::Critical, "Invalid backup",
                       "Error while receiving backup information!");
@@ -169,7 +169,7 @@ private slots:
 
     void aFileThatCannotBeWrittenIsTold()
     {
-        Fixture f;
+        ManualBackupStage f;
         const QString nowhere = f.path("missing/backup.xml");
         f.runInto(nowhere, QMessageBox::Critical, "Invalid backup file",
                   "Error while saving backup to\nfile '" + nowhere + "'!");
@@ -178,7 +178,7 @@ private slots:
 
     void theWaitCursorIsShownWhileItIsCollected()
     {
-        Fixture f;
+        ManualBackupStage f;
         f.noteCursorAt("system net");
         f.noteCursorAt("system download 2");
         f.runInto(f.path(fileName), QMessageBox::Information, "Success", "Backup created!");
@@ -188,7 +188,7 @@ private slots:
     void theDialogMayVanishWhileTheBoxIsOpen()
     {
         for (const char *failing : {"nothing", "system net"}) {
-            Fixture f;
+            ManualBackupStage f;
             f.channel.fail(failing);
             f.choose(f.path(fileName));
             f.expectDestruction();
