@@ -1,5 +1,7 @@
 # What every target of this project has in common, and one function per kind of target.
 
+include(CheckLinkerFlag)
+
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -87,6 +89,14 @@ function(veltra4_compile_headers_for_ccache target)
     target_compile_options(${target} PRIVATE
         $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
         "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
+endfunction()
+
+# Links in a fraction of the time, where there is another linker; for what is not shipped.
+function(veltra4_link_quickly target)
+    check_linker_flag(CXX -fuse-ld=gold VELTRA4_HAS_GOLD)
+    if(VELTRA4_HAS_GOLD)
+        target_link_options(${target} PRIVATE -fuse-ld=gold)
+    endif()
 endfunction()
 
 # veltra4_add_library(<name> SOURCES <file>... [LINK <target>...])

@@ -176,9 +176,13 @@ void removeConfiguration(ControllerState &state, const QByteArray &identifier)
     state.configurations.removeOne(removed);
 }
 
-ControllerState Sample::unlocked()
+ControllerState Sample::light()
 {
+    constexpr int bytesEach = 500;
     ControllerState state = ControllerState::sample();
-    configurationIn(state, locked).password = SaltedHash();
+    for (Configuration &configuration : state.configurations) {
+        configuration.data.truncate(bytesEach);
+        configuration.password = SaltedHash();
+    }
     return state;
 }

@@ -163,8 +163,8 @@ inline const QString lockedText = QStringLiteral("Acceptance test, length bar 1.
 inline const QString rotorText = QStringLiteral("Wind tunnel, rotor tips (slow)");
 inline const QString fairText = QStringLiteral("Trade fair demonstration");
 
-/// Nothing locked, as a restore wants it.
-ControllerState unlocked();
+/// Less to transfer, but still many chunks of it, and nothing locked, as a restore wants it.
+ControllerState light();
 } // namespace Sample
 
 /// For what happens on its own, however busy the machine is.

@@ -267,7 +267,7 @@ private slots:
     // All windows close and all event loops end, the host's own at last; then the host cleans up.
     void theHostQuits()
     {
-        Scene scene(Sample::unlocked());
+        Scene scene(Sample::light());
         int pulls = 0;
         const Steps steps = stepsUntil([&pulls](QDialog *) {
             ++pulls;
@@ -302,7 +302,7 @@ private:
 
     static void run(const std::function<void(FrontEnd &)> &pull)
     {
-        Scene scene(Sample::unlocked());
+        Scene scene(Sample::light());
         int pulls = 0;
         scene.play(stepsUntil([&](QDialog *window) {
             const QPointer<QDialog> watched(window);

@@ -59,8 +59,8 @@ Steps restore(const Step &outcome)
 ControllerState bigState()
 {
     constexpr int configurations = 200;
-    constexpr int bytesEach = 16 * 1024 * 1024 / configurations;
-    ControllerState state = Sample::unlocked();
+    constexpr int bytesEach = 4 * 1024 * 1024 / configurations;
+    ControllerState state = Sample::light();
     state.storeCapacity = qint64{64} * 1024 * 1024;
     state.configurations.resize(1); // the standard one
     state.configurations[0].data = FactoryData::bytes(bytesEach, 1);
@@ -114,7 +114,7 @@ private slots:
 
     void everythingComesBack()
     {
-        const ControllerState before = Sample::unlocked();
+        const ControllerState before = Sample::light();
         BackedUpScene scene(before);
         // What the user deletes and edits, and what others do.
         scene.play({onList({selectRow(Sample::fairText), click("pushButton_delete"),
@@ -154,7 +154,7 @@ private slots:
 
     void theNetworkIsRestoredOnlyIfWanted()
     {
-        ControllerState expected = Sample::unlocked();
+        ControllerState expected = Sample::light();
         BackedUpScene scene(expected);
         wreckBehindTheScenes(scene);
         scene.play(
@@ -170,7 +170,7 @@ private slots:
     // and found, and configurations that were made after the backup.
     void whatIsNoPartOfABackupStays()
     {
-        const ControllerState before = Sample::unlocked();
+        const ControllerState before = Sample::light();
         BackedUpScene scene(before);
         ControllerState other = before;
         other.serial = "99999";
@@ -194,7 +194,7 @@ private slots:
 
     void aControllerOnAComputerIsNotAskedForItsNetwork()
     {
-        ControllerState before = Sample::unlocked();
+        ControllerState before = Sample::light();
         before.isEmbedded = false;
         BackedUpScene scene(before);
         wreckBehindTheScenes(scene);
@@ -210,7 +210,7 @@ private slots:
 
     void anUnreachableSlaveIsToldOf()
     {
-        ControllerState state = Sample::unlocked();
+        ControllerState state = Sample::light();
         BackedUpScene scene(state);
         state.slaves[1].isAvailable = false;
         scene.controller.setState(state);
@@ -238,7 +238,7 @@ private slots:
 
     void anUnconfirmedRestoreChangesNothing()
     {
-        BackedUpScene scene(Sample::unlocked());
+        BackedUpScene scene(Sample::light());
         wreckBehindTheScenes(scene);
         const ControllerState wreck = scene.state();
         scene.play(loadBackup({overwriteQuestion(QMessageBox::No)}));
@@ -247,19 +247,19 @@ private slots:
 
     void aBackupOfANewerControllerDoesNotFit()
     {
-        BackedUpScene scene(Sample::unlocked());
+        BackedUpScene scene(Sample::light());
         scene.versions.ptVersion = {4, 1, 9};
         scene.play(loadBackup({overwriteQuestion(),
                                backupBox(QMessageBox::Critical, "Invalid backup file",
                                          "Unable to restore from backup (%1)")}));
-        QCOMPARE(scene.state(), Sample::unlocked());
+        QCOMPARE(scene.state(), Sample::light());
     }
 
     // It is taken for a configuration file then, which the controller does not recognise.
     void aBackupThatIsCutIsNoBackup()
     {
-        for (const int size : {20, 1000, 400000}) {
-            BackedUpScene scene(Sample::unlocked());
+        for (const int size : {20, 1000, 6000}) {
+            BackedUpScene scene(Sample::light());
             const QString path = scene.filePath("backup.xml");
             const QByteArray contents = TransferFiles::contentsOf(path);
             QVERIFY(contents.size() > size);
@@ -267,33 +267,33 @@ private slots:
             scene.play(loadBackup({}));
             QCOMPARE(scene.record.takeMessages(),
                      QStringList{errorMessage("Error: Configuration file can not be recognized")});
-            QCOMPARE(scene.state(), Sample::unlocked());
+            QCOMPARE(scene.state(), Sample::light());
         }
     }
 
     // The document is well, but the controller's own check of the data in it fails.
     void damagedConfigurationsInsideAreToldOf()
     {
-        BackedUpScene scene(Sample::unlocked());
+        BackedUpScene scene(Sample::light());
         const QString path = scene.filePath("backup.xml");
         QByteArray contents = TransferFiles::contentsOf(path);
         const int middle = contents.size() / 2;
         contents[middle] = contents.at(middle) == 'A' ? 'B' : 'A';
         TransferFiles::write(path, contents);
         scene.play(restore(failedBox()));
-        QCOMPARE(scene.state(), Sample::unlocked());
+        QCOMPARE(scene.state(), Sample::light());
     }
 
     // No box says so: the list that is read again does.
     void aConnectionLostOnTheWayCanBeMadeGood()
     {
-        BackedUpScene scene(Sample::unlocked());
+        BackedUpScene scene(Sample::light());
         wreckBehindTheScenes(scene);
         fault("system controller_embedded#3")(scene);
         scene.play(loadBackup({overwriteQuestion(), networkQuestion()}));
         QVERIFY(!QGuiApplication::overrideCursor());
         scene.play(restore(restoredBox()));
-        QCOMPARE(scene.state(), Sample::unlocked());
+        QCOMPARE(scene.state(), Sample::light());
     }
 
     void afterAnyFailureAnotherRestoreMendsAll_data()
@@ -311,14 +311,14 @@ private slots:
     void afterAnyFailureAnotherRestoreMendsAll()
     {
         QFETCH(const QString, rule);
-        BackedUpScene scene(Sample::unlocked());
+        BackedUpScene scene(Sample::light());
         wreckBehindTheScenes(scene);
         fault(rule)(scene);
         scene.play(restore(failedBox()));
-        QVERIFY(scene.state() != Sample::unlocked());
+        QVERIFY(scene.state() != Sample::light());
         scene.channel.faults().clear();
         scene.play(restore(restoredBox()));
-        QCOMPARE(scene.state(), Sample::unlocked());
+        QCOMPARE(scene.state(), Sample::light());
     }
 };
 

@@ -94,8 +94,7 @@ private slots:
                   "\"The host at its start\": there is no action \"&Configurations\""},
                  {"--fail", "config active_config standard",
                   "\"Activate the standard configuration\": the controller's active configuration "
-                  "is "},
-                 {"--fail", "system upload * 5 *", "\"Load the saved configurations"}}) {
+                  "is "}}) {
             const QTemporaryDir folder;
             const Outcome outcome = run({option, value, "--tour", folder.path()});
             QCOMPARE(outcome.exitCode, 1);

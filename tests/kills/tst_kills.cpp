@@ -24,7 +24,7 @@
 
 namespace {
 
-constexpr int defaultKills = 20;            // of each operation
+constexpr int defaultKills = 8;             // of each operation
 constexpr int killsPerBlock = 20;           // a block is what the test's own time limit counts for
 constexpr quint32 latestKillMs = 100;       // several rounds of anything
 constexpr quint32 latestAimedKillUs = 1000; // after a file was begun, before it is finished

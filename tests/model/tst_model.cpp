@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int defaultSequences = 400;
+constexpr int defaultSequences = 200;
 constexpr int sequencesPerBlock = 50; // a block is what the test's own time limit counts for
 
 int fromEnvironment(const char *variable, int otherwise)

@@ -36,25 +36,12 @@ ExpectedBox restoreQuestion(QMessageBox::Icon icon, const QString &text)
         QMessageBox::No};
 }
 
-// The sample with less to transfer, but still many chunks of it, and nothing locked, which a
-// restore would not want.
-ControllerState lightSample()
-{
-    constexpr int size = 4000;
-    ControllerState state = ControllerState::sample();
-    for (Configuration &configuration : state.configurations) {
-        configuration.data.truncate(size);
-        configuration.password = SaltedHash();
-    }
-    return state;
-}
-
 // A front end that has the plug-in loaded and is connected to a controller in another process.
 class Scene
 {
 public:
     Scene()
-        : server(lightSample())
+        : server(Sample::light())
         , channel(server.address())
         , host(channel)
     {
@@ -190,12 +177,12 @@ private slots:
         }
         scene.restore(path, boxes);
         QCOMPARE(scene.host.record.takeMessages(), isReachable ? QStringList() : refreshErrors);
-        QVERIFY(scene.server.state() != lightSample());
+        QVERIFY(scene.server.state() != Sample::light());
 
         scene.recover();
         scene.restore(path, {{QMessageBox::Information, "Success", "Backup restored!"}});
         QCOMPARE(scene.host.record.takeMessages(), QStringList{changeEvent()});
-        QCOMPARE(scene.server.state(), lightSample());
+        QCOMPARE(scene.server.state(), Sample::light());
     }
 
 private:

@@ -27,7 +27,7 @@ void addRowsOfVariant();
 /// with what has to be. Fails the test at the first difference.
 ///
 /// Reading the list, with which operations end, is an operation of its own: only ./dev sweep lets
-/// its answers be wrong after the others, too.
+/// its answers be wrong after the others, too. Only it tries all wrong answers to each command.
 ///
 /// Afterwards the plug-in has to list again what the controller holds. Where answers were wrong, it
 /// also has to do the whole operation as if nothing had been.
