@@ -17,8 +17,7 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
     # The sloppiness that ccache wants for precompiled headers.
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
-        CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE_PROGRAM}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE_PROGRAM}")
 endif()
 
 if(VELTRA4_SANITIZE)
@@ -74,10 +73,10 @@ function(veltra4_use_headers target headers)
         PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
 endfunction()
 
-# Compiles a dozen sources at once, which takes little longer than one of them: for what is built again and
-# again and not shipped. The names of their unnamed namespaces must not meet.
+# Compiles a dozen sources at once, which takes little longer than one of them. What they name in their unnamed
+# namespaces must not meet.
 function(veltra4_compile_together target)
-    if(NOT VELTRA4_TESTS)
+    if(NOT VELTRA4_COMPILE_TOGETHER)
         return()
     endif()
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)

@@ -4,7 +4,7 @@
 
 #include <QCheckBox>
 #include <QTableWidget>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

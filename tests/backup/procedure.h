@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QtTest>
+#include <QTest>
 
 #include <stdexcept>
 

@@ -3,7 +3,7 @@
 #include "backup/documentproblem.h"
 
 #include <QFile>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

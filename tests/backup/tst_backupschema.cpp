@@ -12,7 +12,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTextCodec>
-#include <QtTest>
+#include <QTest>
 
 #include <malloc.h>
 #include <unistd.h>

@@ -6,7 +6,7 @@
 #include <QTemporaryFile>
 #include <QTextCodec>
 #include <QXmlStreamReader>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

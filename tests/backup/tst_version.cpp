@@ -1,7 +1,7 @@
 #include "backup/version.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

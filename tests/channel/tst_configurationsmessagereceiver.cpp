@@ -1,7 +1,7 @@
 #include "channel/configurationsmessagereceiver.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <QDateTime>
 #include <QRegularExpression>
 #include <QSet>
-#include <QtTest>
+#include <QTest>
 
 class TestIdentifiers : public QObject
 {

@@ -1,7 +1,7 @@
 #include "channel/quotes.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 class TestQuotes : public QObject
 {

@@ -1,7 +1,7 @@
 #include "channel/replybuffer.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

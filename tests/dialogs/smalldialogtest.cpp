@@ -8,7 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <utility>
 

@@ -3,7 +3,7 @@
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QtTest>
+#include <QTest>
 
 using UserInput::click;
 using UserInput::textOf;

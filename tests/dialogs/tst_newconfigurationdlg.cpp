@@ -4,7 +4,7 @@
 #include "tests/support/userinput.h"
 
 #include <QApplication>
-#include <QtTest>
+#include <QTest>
 
 using UserInput::click;
 using UserInput::focusOf;

@@ -4,7 +4,7 @@
 #include "tests/support/userinput.h"
 
 #include <QPushButton>
-#include <QtTest>
+#include <QTest>
 
 using UserInput::click;
 using UserInput::focusOf;

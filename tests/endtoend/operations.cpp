@@ -2,7 +2,7 @@
 
 #include "tests/endtoend/transferfiles.h"
 
-#include <QtTest>
+#include <QTest>
 
 using namespace Story;
 

@@ -5,7 +5,7 @@
 #include "tests/support/userinput.h"
 
 #include <QAbstractButton>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

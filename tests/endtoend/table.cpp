@@ -1,7 +1,7 @@
 #include "tests/endtoend/table.h"
 
 #include <QTableWidget>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

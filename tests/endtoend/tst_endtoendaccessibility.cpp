@@ -8,7 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableWidget>
-#include <QtTest>
+#include <QTest>
 
 using namespace Story;
 

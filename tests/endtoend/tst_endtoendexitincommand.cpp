@@ -6,7 +6,7 @@
 #include <QGuiApplication>
 #include <QSet>
 #include <QTimer>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "tests/support/testmain.h"
 #include "tests/tool/toolrun.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

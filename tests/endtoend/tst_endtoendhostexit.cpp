@@ -8,7 +8,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QTimer>
-#include <QtTest>
+#include <QTest>
 
 using namespace Story;
 

@@ -5,7 +5,7 @@
 
 #include <QLabel>
 #include <QTableWidget>
-#include <QtTest>
+#include <QTest>
 
 using namespace Story;
 

@@ -4,7 +4,7 @@
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <random>
 

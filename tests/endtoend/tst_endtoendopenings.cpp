@@ -8,7 +8,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QWindow>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include "tests/support/testmain.h"
 #include "tests/support/userinput.h"
 
-#include <QtTest>
+#include <QTest>
 
 using namespace Story;
 

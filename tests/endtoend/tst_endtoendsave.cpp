@@ -9,7 +9,7 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QProcess>
-#include <QtTest>
+#include <QTest>
 
 using namespace Story;
 

@@ -7,7 +7,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTableWidget>
-#include <QtTest>
+#include <QTest>
 
 using namespace Story;
 

@@ -5,7 +5,7 @@
 #include <QDialog>
 #include <QPushButton>
 #include <QTextDocument>
-#include <QtTest>
+#include <QTest>
 
 using namespace Story;
 

@@ -6,7 +6,7 @@
 #include "simulator/simulatedcontroller.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 /// What the Commands log shows of what passes a channel to a simulated controller.
 class TestChannelLogs : public QObject

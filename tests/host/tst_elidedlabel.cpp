@@ -5,7 +5,7 @@
 #include <QClipboard>
 #include <QHelpEvent>
 #include <QToolTip>
-#include <QtTest>
+#include <QTest>
 
 class TestElidedLabel : public QObject
 {

@@ -3,7 +3,7 @@
 #include "host/versiontext.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 class TestHostOptions : public QObject
 {

@@ -11,7 +11,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 class TestHostSession : public QObject
 {

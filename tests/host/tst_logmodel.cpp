@@ -4,7 +4,8 @@
 
 #include <QAbstractItemModelTester>
 #include <QIcon>
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 class TestLogModel : public QObject
 {

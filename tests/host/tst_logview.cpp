@@ -10,7 +10,7 @@
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 class TestLogView : public QObject
 {

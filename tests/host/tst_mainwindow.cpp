@@ -14,7 +14,8 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 
 #include <QDialog>
 #include <QMessageBox>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
-#include <QtTest>
+#include <QTest>
 
 class TestModuleMenus : public QObject
 {

@@ -4,7 +4,7 @@
 #include "tests/support/testmain.h"
 
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 using Result = PluginLoader::Result;
 

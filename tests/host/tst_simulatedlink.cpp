@@ -6,7 +6,8 @@
 #include "tests/support/testmain.h"
 
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 class TestSimulatedLink : public QObject
 {

@@ -2,7 +2,7 @@
 
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 /// What is told of a transfer after some commands, their answers and results.
 class TestTransferProgress : public QObject

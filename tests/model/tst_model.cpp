@@ -1,7 +1,7 @@
 #include "tests/model/sequence.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

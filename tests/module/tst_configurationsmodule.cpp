@@ -12,7 +12,7 @@
 #include <QProcess>
 #include <QSplitter>
 #include <QTableWidget>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "tests/network/channelcontract.h"
 
 #include <QTimer>
-#include <QtTest>
+#include <QTest>
 
 using Request = WireProtocol::Request;
 

@@ -4,7 +4,7 @@
 
 #include <QNetworkProxy>
 #include <QTcpServer>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 #include <utility>

@@ -5,7 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 

@@ -9,7 +9,7 @@
 #include <QNetworkProxy>
 #include <QTcpSocket>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

@@ -6,7 +6,7 @@
 
 #include <QGuiApplication>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <array>
 #include <optional>

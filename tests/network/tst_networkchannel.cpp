@@ -7,7 +7,7 @@
 #include <QHostAddress>
 #include <QHostInfo>
 #include <QTcpServer>
-#include <QtTest>
+#include <QTest>
 
 #include <array>
 

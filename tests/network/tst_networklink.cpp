@@ -8,7 +8,7 @@
 
 #include <QDir>
 #include <QLabel>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

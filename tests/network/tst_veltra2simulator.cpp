@@ -4,7 +4,7 @@
 #include "tests/network/serverprocess.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <array>
 

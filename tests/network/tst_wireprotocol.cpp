@@ -3,7 +3,7 @@
 #include "network/linecutter.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "simulator/simulatedcontroller.h"
 
 #include <QByteArrayList>
-#include <QtTest>
+#include <QTest>
 
 /// The answer, or "refused: " and the reason.
 inline QByteArray textOf(const Reply &reply)

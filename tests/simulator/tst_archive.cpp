@@ -2,7 +2,7 @@
 #include "simulator/factorydata.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

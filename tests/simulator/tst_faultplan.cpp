@@ -1,7 +1,7 @@
 #include "simulator/faultplan.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

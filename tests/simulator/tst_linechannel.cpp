@@ -3,7 +3,7 @@
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 class TestLineChannel : public QObject
 {

@@ -1,7 +1,7 @@
 #include "simulator/saltedhash.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 class TestSaltedHash : public QObject
 {

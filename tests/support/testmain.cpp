@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <QMap>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

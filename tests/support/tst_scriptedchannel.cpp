@@ -2,7 +2,7 @@
 #include "tests/support/scriptedchannel.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

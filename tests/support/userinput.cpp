@@ -2,7 +2,7 @@
 
 #include <QAbstractButton>
 #include <QLineEdit>
-#include <QtTest>
+#include <QTest>
 
 QWidget *UserInput::widgetNamed(const QWidget *window, const QString &objectName)
 {

@@ -13,7 +13,7 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "tests/sweep/stage.h"
 #include "tests/sweep/wronganswers.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

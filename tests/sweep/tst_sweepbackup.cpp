@@ -8,7 +8,7 @@
 #include <QDate>
 #include <QDir>
 #include <QLocale>
-#include <QtTest>
+#include <QTest>
 
 #include <optional>
 

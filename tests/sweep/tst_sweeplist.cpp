@@ -4,7 +4,7 @@
 #include "tests/sweep/stage.h"
 #include "tests/sweep/sweep.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

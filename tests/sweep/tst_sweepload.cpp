@@ -6,7 +6,7 @@
 #include "tests/sweep/stage.h"
 #include "tests/sweep/sweep.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

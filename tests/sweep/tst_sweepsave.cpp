@@ -9,7 +9,7 @@
 #include <QDate>
 #include <QLocale>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

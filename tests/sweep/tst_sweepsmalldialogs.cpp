@@ -6,7 +6,7 @@
 #include "tests/sweep/sweep.h"
 
 #include <QLineEdit>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

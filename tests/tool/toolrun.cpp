@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QProcess>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include "tool/age.h"
 
 #include <QDateTime>
-#include <QtTest>
+#include <QTest>
 
 class TestAge : public QObject
 {

@@ -5,7 +5,7 @@
 
 #include <QDateTime>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <atomic>
 #include <thread>

@@ -1,7 +1,7 @@
 #include "tests/support/testmain.h"
 #include "tool/documentoutline.h"
 
-#include <QtTest>
+#include <QTest>
 
 class TestDocumentOutline : public QObject
 {

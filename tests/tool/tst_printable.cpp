@@ -1,7 +1,7 @@
 #include "tests/support/testmain.h"
 #include "tool/printable.h"
 
-#include <QtTest>
+#include <QTest>
 
 class TestPrintable : public QObject
 {

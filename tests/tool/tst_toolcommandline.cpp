@@ -4,7 +4,7 @@
 #include "tests/tool/toolrun.h"
 
 #include <QProcess>
-#include <QtTest>
+#include <QTest>
 
 class TestToolCommandLine : public QObject
 {

@@ -2,7 +2,7 @@
 #include "tests/tool/toolrun.h"
 
 #include <QProcess>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

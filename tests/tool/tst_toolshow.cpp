@@ -2,7 +2,7 @@
 #include "tests/support/testmain.h"
 #include "tests/tool/toolrun.h"
 
-#include <QtTest>
+#include <QTest>
 
 using SampleBackup::document;
 using SampleBackup::documentWith;

@@ -3,7 +3,7 @@
 #include "tests/tool/toolrun.h"
 
 #include <QDateTime>
-#include <QtTest>
+#include <QTest>
 
 /// Told to watch that there are young backups.
 class TestToolWatch : public QObject

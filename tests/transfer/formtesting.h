@@ -4,7 +4,7 @@
 
 #include <QTableWidget>
 #include <QVector>
-#include <QtTest>
+#include <QTest>
 
 /// What the tests of the dialogs that list configurations have in common.
 namespace FormTesting {

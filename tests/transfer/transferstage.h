@@ -7,7 +7,7 @@
 #include <QDialog>
 #include <QEvent>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

@@ -6,7 +6,7 @@
 
 #include <QDate>
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 using namespace TransferTesting;
 

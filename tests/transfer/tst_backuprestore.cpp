@@ -5,7 +5,7 @@
 #include "tests/transfer/transferstage.h"
 #include "transfer/backuprestore.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <functional>
 #include <stdexcept>

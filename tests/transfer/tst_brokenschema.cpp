@@ -4,7 +4,7 @@
 #include "transfer/configloaddlg.h"
 
 #include <QPointer>
-#include <QtTest>
+#include <QTest>
 
 #include <functional>
 

@@ -3,7 +3,7 @@
 #include "tests/transfer/transferstage.h"
 #include "transfer/configurationimport.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <QDate>
 #include <QDir>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <cstdio>
 #include <optional>

@@ -6,7 +6,7 @@
 #include "transfer/configurationupload.h"
 
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

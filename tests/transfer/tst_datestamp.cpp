@@ -2,7 +2,7 @@
 #include "transfer/datestamp.h"
 
 #include <QDate>
-#include <QtTest>
+#include <QTest>
 
 class TestDateStamp : public QObject
 {

@@ -7,7 +7,8 @@
 #include <QDateTime>
 #include <QDir>
 #include <QLineEdit>
-#include <QtTest>
+#include <QTest>
+#include <QThread>
 
 namespace {
 

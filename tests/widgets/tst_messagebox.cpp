@@ -4,7 +4,7 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QtTest>
+#include <QTest>
 
 class TestMessageBox : public QObject
 {

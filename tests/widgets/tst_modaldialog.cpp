@@ -3,7 +3,7 @@
 #include "widgets/modaldialog.h"
 
 #include <QDialog>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

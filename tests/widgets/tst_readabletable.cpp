@@ -7,7 +7,7 @@
 #include <QImage>
 #include <QTableWidget>
 #include <QToolTip>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 #include "widgets/validators.h"
 
 #include <QRegExpValidator>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 
