@@ -68,9 +68,10 @@ function(veltra4_use_headers target headers)
     endif()
     target_precompile_headers(${target} REUSE_FROM ${headers})
     veltra4_compile_headers_for_ccache(${target})
-    # What moc makes of most targets is empty.
-    set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp"
-        PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+    if(NOT headers STREQUAL widgetheaders) # what moc makes of most other targets is empty
+        set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp"
+            PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+    endif()
 endfunction()
 
 # Compiles a dozen sources at once, which takes little longer than one of them. What they name in their unnamed
@@ -98,12 +99,17 @@ function(veltra4_link_quickly target)
     endif()
 endfunction()
 
-# veltra4_add_library(<name> SOURCES <file>... [LINK <target>...])
-# One folder's static library. Forms that its headers include are compiled automatically.
+# veltra4_add_library(<name> [WIDGETS] SOURCES <file>... [LINK <target>...])
+# One folder's static library, with or without widgets. Forms that its headers include are compiled
+# automatically.
 function(veltra4_add_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WIDGETS" "" "SOURCES;LINK")
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC veltra4_options ${arg_LINK})
     target_include_directories(${name} INTERFACE "${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/include")
-    veltra4_use_headers(${name} coreheaders)
+    if(arg_WIDGETS)
+        veltra4_use_headers(${name} widgetheaders)
+    else()
+        veltra4_use_headers(${name} coreheaders)
+    endif()
 endfunction()
