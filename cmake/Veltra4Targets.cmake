@@ -81,7 +81,7 @@ function(veltra4_compile_together target)
         return()
     endif()
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
-    # The sources count as headers then, whose classes have no members of unnamed namespaces.
+    # GCC takes the sources for headers, and warns of classes in them with members of unnamed namespaces.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endfunction()
 
