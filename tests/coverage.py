@@ -13,7 +13,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "coverage"
-FOLDERS = ["channel", "backup", "transfer", "dialogs", "module"]
+FOLDERS = ["channel", "widgets", "backup", "transfer", "dialogs", "module"]
 
 # Of these every branch has to be taken: what they make of hostile input decides about data.
 COMPLETE = re.compile(
